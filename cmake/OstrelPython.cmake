@@ -46,6 +46,8 @@ function(ostrel_python_module NAME)
     set(target ${NAME}_py${version})
     add_library(${target} MODULE ${ARG_SOURCES})
     target_include_directories(${target} SYSTEM PRIVATE ${OSTREL_PYTHON${version}_INCLUDE})
+    # Every module writes for both interpreters against pythoncompat.h.
+    target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/viewer_api/src/python)
     target_link_libraries(${target} PRIVATE ${ARG_DEPENDS})
     # Method tables leave fields empty and cast functions, as the interpreter's own do; Python
     # 2.7's headers still say "register".

@@ -1,0 +1,401 @@
+#pragma once
+
+// Every difference between Python 2.7 and Python 3 that the extension modules meet. No other file
+// asks for the interpreter's version: what reads the same on both is written once, against the
+// functions of this header.
+//
+// On both interpreters "text" is the type that the interpreter calls `str`. On Python 2 it is a
+// string of bytes, taken as it is. On Python 3 it is Unicode text that crosses as UTF-8; bytes
+// that are no UTF-8 travel in it by the "surrogateescape" error handler and come back unchanged.
+// The other kind of string, `unicode` on 2 and `bytes` on 3, is not text.
+//
+// All functions must be called with the interpreter lock held. [ui-thread]
+
+#define PY_SSIZE_T_CLEAN
+#include <Python.h>
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#if PY_MAJOR_VERSION < 3
+#include <bytesobject.h>
+#endif
+
+namespace pythoncompat {
+
+#if PY_MAJOR_VERSION >= 3
+inline constexpr bool kIsPython3 = true;
+using HashValue = Py_hash_t;
+inline constexpr long kTypeFlags = Py_TPFLAGS_DEFAULT;
+/// Flags of a type that fills tp_as_buffer by bufferProcs().
+inline constexpr long kBufferTypeFlags = Py_TPFLAGS_DEFAULT;
+#else
+inline constexpr bool kIsPython3 = false;
+using HashValue = long;
+inline constexpr long kTypeFlags = Py_TPFLAGS_DEFAULT;
+inline constexpr long kBufferTypeFlags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_NEWBUFFER;
+#endif
+
+// ---- Text ---------------------------------------------------------------------------------
+
+/// The type that parses as text with "O!".
+inline PyTypeObject* textType() noexcept {
+#if PY_MAJOR_VERSION >= 3
+    return &PyUnicode_Type;
+#else
+    return &PyString_Type;
+#endif
+}
+
+/// True for a `str` or an instance of a subclass of it.
+inline bool isText(PyObject* object) noexcept {
+#if PY_MAJOR_VERSION >= 3
+    return PyUnicode_Check(object) != 0;
+#else
+    return PyString_Check(object) != 0;
+#endif
+}
+
+/// A new `str` of the given bytes. Null with an error set when memory runs out.
+inline PyObject* newText(std::string_view text) {
+#if PY_MAJOR_VERSION >= 3
+    return PyUnicode_DecodeUTF8(text.data(), static_cast<Py_ssize_t>(text.size()),
+                                "surrogateescape");
+#else
+    return PyString_FromStringAndSize(text.data(), static_cast<Py_ssize_t>(text.size()));
+#endif
+}
+
+/// A text argument while it is in use: a zero-terminated string that is borrowed from the Python
+/// object where that is possible. The object must outlive it. Null until something is stored.
+class TextArgument {
+public:
+    TextArgument() = default;
+    TextArgument(const TextArgument&) = delete;
+    TextArgument& operator=(const TextArgument&) = delete;
+    TextArgument(TextArgument&& other) noexcept
+        : text(std::exchange(other.text, nullptr)), encoded(std::exchange(other.encoded, nullptr)) {
+    }
+    TextArgument& operator=(TextArgument&& other) noexcept {
+        std::swap(text, other.text);
+        std::swap(encoded, other.encoded);
+        return *this;
+    }
+    ~TextArgument() { Py_XDECREF(encoded); }
+
+    /// Null when nothing was stored.
+    [[nodiscard]] const char* get() const noexcept { return text; }
+    explicit operator bool() const noexcept { return text != nullptr; }
+
+    /// Takes the text of a `str`. False with an error set for any other object, and on Python 3
+    /// for text with lone surrogates that no bytes stand behind.
+    [[nodiscard]] bool store(PyObject* object) {
+#if PY_MAJOR_VERSION >= 3
+        if (!PyUnicode_Check(object)) {
+            PyErr_Format(PyExc_TypeError, "argument must be str, not %.100s",
+                         Py_TYPE(object)->tp_name);
+            return false;
+        }
+        text = PyUnicode_AsUTF8(object);
+        if (text || !PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
+            return text != nullptr;
+        }
+        PyErr_Clear();
+        Py_XDECREF(encoded);
+        encoded = PyUnicode_AsEncodedString(object, "utf-8", "surrogateescape");
+        text = encoded ? PyBytes_AS_STRING(encoded) : nullptr;
+#else
+        text = PyString_AsString(object);
+#endif
+        return text != nullptr;
+    }
+
+private:
+    template <class... Targets>
+    friend bool parseArguments(PyObject* args, const char* format, Targets&&... targets);
+
+    // As PyArg_ParseTuple's "O&" calls it.
+    static int convert(PyObject* object, void* target) {
+        auto& self = *static_cast<TextArgument*>(target);
+        if (!self.store(object)) {
+            return 0;
+        }
+        if (self.encoded &&
+            std::memchr(self.text, 0, static_cast<std::size_t>(PyBytes_GET_SIZE(self.encoded)))) {
+            PyErr_SetString(PyExc_ValueError, "embedded null character");
+            return 0;
+        }
+        return 1;
+    }
+
+    const char* text = nullptr;
+    PyObject* encoded = nullptr; // owned
+};
+
+/// The bytes of a `str`, embedded zeros included. False with an error set for anything else.
+inline bool textAsString(PyObject* object, std::string& result) {
+    if (!isText(object)) {
+        PyErr_Format(PyExc_TypeError, "expected str, not %.100s", Py_TYPE(object)->tp_name);
+        return false;
+    }
+#if PY_MAJOR_VERSION >= 3
+    Py_ssize_t size = 0;
+    if (const char* text = PyUnicode_AsUTF8AndSize(object, &size)) {
+        result.assign(text, static_cast<std::size_t>(size));
+        return true;
+    }
+    if (!PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
+        return false;
+    }
+    PyErr_Clear();
+    PyObject* encoded = PyUnicode_AsEncodedString(object, "utf-8", "surrogateescape");
+    if (!encoded) {
+        return false;
+    }
+    result.assign(PyBytes_AS_STRING(encoded), static_cast<std::size_t>(PyBytes_GET_SIZE(encoded)));
+    Py_DECREF(encoded);
+#else
+    result.assign(PyString_AS_STRING(object), static_cast<std::size_t>(PyString_GET_SIZE(object)));
+#endif
+    return true;
+}
+
+/// PyArg_ParseTuple with every "s" of the format stored in a TextArgument; all other targets are
+/// what PyArg_ParseTuple wants, pointers and type objects. Leaves the parser's own error.
+template <class... Targets>
+bool parseArguments(PyObject* args, const char* format, Targets&&... targets) {
+    const auto parse = [args](const char* parserFormat, auto... pointers) {
+        return PyArg_ParseTuple(args, parserFormat, pointers...) != 0;
+    };
+    const auto plain = [](auto&& target) {
+        if constexpr (std::is_same_v<std::decay_t<decltype(target)>, TextArgument>) {
+            return std::make_tuple(&target.text);
+        } else {
+            return std::make_tuple(target);
+        }
+    };
+    if (std::apply([&](auto... pointers) { return parse(format, pointers...); },
+                   std::tuple_cat(plain(targets)...))) {
+        return true;
+    }
+#if PY_MAJOR_VERSION >= 3
+    // The parser's "s" refuses text that stands for bytes outside UTF-8. That is rare, so only
+    // then are the strings encoded, which costs a copy of each.
+    if (!PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
+        return false;
+    }
+    PyErr_Clear();
+    std::string encodingFormat;
+    for (const char* c = format; *c; ++c) {
+        if (*c == 's') {
+            encodingFormat += "O&";
+        } else {
+            encodingFormat += *c;
+        }
+    }
+    const auto encoding = [](auto&& target) {
+        if constexpr (std::is_same_v<std::decay_t<decltype(target)>, TextArgument>) {
+            return std::make_tuple(&TextArgument::convert, static_cast<void*>(&target));
+        } else {
+            return std::make_tuple(target);
+        }
+    };
+    return std::apply([&](auto... pointers) { return parse(encodingFormat.c_str(), pointers...); },
+                      std::tuple_cat(encoding(targets)...));
+#else
+    return false;
+#endif
+}
+
+// ---- Integers -----------------------------------------------------------------------------
+
+/// The type of plain integers: `int` on both. Python 2's `long` is another type.
+inline PyTypeObject* intType() noexcept {
+#if PY_MAJOR_VERSION >= 3
+    return &PyLong_Type;
+#else
+    return &PyInt_Type;
+#endif
+}
+
+/// A new `int`.
+inline PyObject* newInt(long value) {
+#if PY_MAJOR_VERSION >= 3
+    return PyLong_FromLong(value);
+#else
+    return PyInt_FromLong(value);
+#endif
+}
+
+/// True for `int` and, on Python 2, `long`, `bool` included.
+inline bool isInteger(PyObject* object) noexcept {
+#if PY_MAJOR_VERSION >= 3
+    return PyLong_Check(object) != 0;
+#else
+    return PyInt_Check(object) != 0 || PyLong_Check(object) != 0;
+#endif
+}
+
+/// The value of an instance of intType(), narrowed to its low 32 bits. Sets no error.
+inline std::int32_t narrowInt(PyObject* object) {
+#if PY_MAJOR_VERSION >= 3
+    return static_cast<std::int32_t>(PyLong_AsUnsignedLongMask(object));
+#else
+    return static_cast<std::int32_t>(PyInt_AS_LONG(object));
+#endif
+}
+
+/// True when the object is an integer that stands for an integer attribute; `value` is then what
+/// the attribute holds. On Python 2 that is every `int`, narrowed to 32 bits, and no `long`; on
+/// Python 3, which has but one integer type, every `int` that fits 32 signed bits. `bool` counts
+/// on both. Sets no error.
+inline bool intAttributeValue(PyObject* object, std::int32_t& value) {
+#if PY_MAJOR_VERSION >= 3
+    if (!PyLong_Check(object)) {
+        return false;
+    }
+    int overflow = 0;
+    const long long wide = PyLong_AsLongLongAndOverflow(object, &overflow);
+    if (overflow != 0 || wide < INT32_MIN || wide > INT32_MAX) {
+        return false;
+    }
+    value = static_cast<std::int32_t>(wide);
+    return true;
+#else
+    if (!PyInt_Check(object)) {
+        return false;
+    }
+    value = static_cast<std::int32_t>(PyInt_AS_LONG(object));
+    return true;
+#endif
+}
+
+// ---- Calls --------------------------------------------------------------------------------
+
+/// Calls with one positional argument, by the quickest road the interpreter has. New reference, or
+/// null with an error set.
+inline PyObject* callOneArgument(PyObject* callable, PyObject* argument) {
+#if PY_VERSION_HEX >= 0x03090000
+    return PyObject_CallOneArg(callable, argument);
+#else
+    PyObject* arguments = PyTuple_Pack(1, argument);
+    if (!arguments) {
+        return nullptr;
+    }
+    PyObject* result = PyObject_CallObject(callable, arguments);
+    Py_DECREF(arguments);
+    return result;
+#endif
+}
+
+/// What a method may return when an error can be pending beside its value. Python 2 takes both and
+/// raises the error at its next test for one; Python 3 calls that a SystemError, so there the value
+/// is dropped and the error surfaces at once. Takes the reference to `value`.
+inline PyObject* returnValue(PyObject* value) {
+#if PY_MAJOR_VERSION >= 3
+    if (value && PyErr_Occurred()) {
+        Py_DECREF(value);
+        return nullptr;
+    }
+#endif
+    return value;
+}
+
+/// None with a new reference, by returnValue().
+inline PyObject* returnNone() {
+    Py_INCREF(Py_None);
+    return returnValue(Py_None);
+}
+
+/// True or False with a new reference, by returnValue().
+inline PyObject* returnBool(bool value) {
+    return returnValue(PyBool_FromLong(value));
+}
+
+// ---- Types and modules --------------------------------------------------------------------
+
+/// A static type object with its name ("module.Type"), the size of its instances and default
+/// flags; the caller fills the slots it has before PyType_Ready.
+inline PyTypeObject makeType(const char* name, std::size_t instanceSize) {
+    PyTypeObject type = {PyVarObject_HEAD_INIT(nullptr, 0)};
+    type.tp_name = name;
+    type.tp_basicsize = static_cast<Py_ssize_t>(instanceSize);
+    type.tp_flags = kTypeFlags;
+    return type;
+}
+
+/// The table of a type with the new buffer protocol; its type needs kBufferTypeFlags.
+inline PyBufferProcs bufferProcs(getbufferproc get, releasebufferproc release) {
+    PyBufferProcs procs = {};
+    procs.bf_getbuffer = get;
+    procs.bf_releasebuffer = release;
+    return procs;
+}
+
+/// The table of a type whose truth value is told by `truth`; all other entries are null.
+inline PyNumberMethods truthMethods(inquiry truth) {
+    PyNumberMethods methods = {};
+#if PY_MAJOR_VERSION >= 3
+    methods.nb_bool = truth;
+#else
+    methods.nb_nonzero = truth;
+#endif
+    return methods;
+}
+
+/// Creates the module under its name. The table and the texts must be static. Python 2 owns the
+/// result, on Python 3 the caller does: return it from PYTHONCOMPAT_MODULE's body in either case.
+/// Null with an error set on failure.
+inline PyObject* createModule(const char* name, PyMethodDef* methods, const char* documentation) {
+#if PY_MAJOR_VERSION >= 3
+    static PyModuleDef definition = {PyModuleDef_HEAD_INIT};
+    definition.m_name = name;
+    definition.m_doc = documentation;
+    definition.m_size = -1;
+    definition.m_methods = methods;
+    return PyModule_Create(&definition);
+#else
+    return Py_InitModule4(name, methods, documentation, nullptr, PYTHON_API_VERSION);
+#endif
+}
+
+/// Gives up a module that createModule made and that can't be finished.
+inline void abandonModule(PyObject* module) {
+#if PY_MAJOR_VERSION >= 3
+    Py_XDECREF(module);
+#else
+    static_cast<void>(module);
+#endif
+}
+
+} // namespace pythoncompat
+
+/// The exported entry of the module NAME, followed by its body: a function without arguments that
+/// returns what createModule() gave, or null with an error set.
+///
+///     PYTHONCOMPAT_MODULE(Example) {
+///         PyObject* module = pythoncompat::createModule("Example", methods, "What it is.");
+///         ...
+///         return module;
+///     }
+#if PY_MAJOR_VERSION >= 3
+#define PYTHONCOMPAT_MODULE(NAME)                                                                  \
+    static PyObject* createModule_##NAME();                                                        \
+    extern "C" __attribute__((visibility("default"))) PyObject* PyInit_##NAME() {                  \
+        return createModule_##NAME();                                                              \
+    }                                                                                              \
+    static PyObject* createModule_##NAME()
+#else
+#define PYTHONCOMPAT_MODULE(NAME)                                                                  \
+    static PyObject* createModule_##NAME();                                                        \
+    extern "C" __attribute__((visibility("default"))) void init##NAME() {                          \
+        static_cast<void>(createModule_##NAME());                                                  \
+    }                                                                                              \
+    static PyObject* createModule_##NAME()
+#endif
