@@ -21,8 +21,7 @@ std::deque<HostObject*>& retiredObjects() {
 
 const HostCall* HostCall::current_ = nullptr;
 
-HostObject::HostObject(HostObject* holder)
-    : holder_(holder), serial_(nextSerial()), lifeToken_(std::make_shared<const char>('\0')) {}
+HostObject::HostObject(HostObject* holder) : holder_(holder), serial_(nextSerial()) {}
 
 HostObject::~HostObject() = default;
 

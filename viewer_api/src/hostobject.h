@@ -1,7 +1,8 @@
 #pragma once
 
+#include "lifetoken.h"
+
 #include <cstdint>
-#include <memory>
 
 namespace ViewerAPI {
 
@@ -27,9 +28,6 @@ public:
     /// that is retired already.
     static void retire(HostObject* object);
 
-    /// Expires when the object is deleted, never before.
-    [[nodiscard]] std::weak_ptr<const void> watch() const { return lifeToken_; }
-
     /// Differs for any two host objects of the process, also when one takes the address of one
     /// that is gone.
     [[nodiscard]] uint64_t serial() const { return serial_; }
@@ -38,6 +36,9 @@ public:
     [[nodiscard]] bool isInCall() const;
 
     [[nodiscard]] HostObject* holder() const { return holder_; }
+
+    /// Ended by the first line of the derived class's destructor.
+    LifeToken life;
 
 protected:
     /// For an object that outlives its holder.
@@ -50,7 +51,6 @@ private:
     HostObject* holder_;
     const uint64_t serial_;
     bool isRetired_ = false;
-    std::shared_ptr<const void> lifeToken_;
 };
 
 /// Marks a call of a host object as being on the stack, for as long as the mark lives.
