@@ -1,6 +1,7 @@
 #include "hostobject.h"
 
-#include <deque>
+#include <algorithm>
+#include <vector>
 
 namespace ViewerAPI {
 
@@ -12,8 +13,8 @@ uint64_t nextSerial() {
 }
 
 // Oldest first. Never destroyed, so that objects retired while the process ends find it.
-std::deque<HostObject*>& retiredObjects() {
-    static auto* objects = new std::deque<HostObject*>;
+std::vector<HostObject*>& retiredObjects() {
+    static auto* objects = new std::vector<HostObject*>;
     return *objects;
 }
 
@@ -21,7 +22,8 @@ std::deque<HostObject*>& retiredObjects() {
 
 const HostCall* HostCall::current_ = nullptr;
 
-HostObject::HostObject(HostObject* holder) : holder_(holder), serial_(nextSerial()) {}
+HostObject::HostObject(HostObject* holder)
+    : holder_(holder), serial_(nextSerial()), lifeToken_(std::make_shared<const char>('\0')) {}
 
 HostObject::~HostObject() = default;
 
@@ -33,11 +35,19 @@ bool HostObject::isInCall() const {
     return false;
 }
 
+bool HostObject::isHeldBy(const HostObject& holder) const {
+    for (const HostObject* object = holder_; object; object = object->holder_)
+        if (object == &holder)
+            return true;
+    return false;
+}
+
 void HostObject::retire(HostObject* object) {
     if (!object || object->isRetired_)
         return;
     object->isRetired_ = true;
-    if (object->isInCall())
+    const auto isHeld = [object](const HostObject* other) { return other->isHeldBy(*object); };
+    if (object->isInCall() || std::ranges::any_of(retiredObjects(), isHeld))
         retiredObjects().push_back(object);
     else
         delete object;
@@ -50,10 +60,15 @@ void HostObject::deleteRetired() {
     if (isDeleting)
         return;
     isDeleting = true;
-    std::deque<HostObject*>& retired = retiredObjects();
+    std::vector<HostObject*>& retired = retiredObjects();
     while (!retired.empty()) {
-        HostObject* object = retired.front();
-        retired.pop_front();
+        // In order of retirement, but nothing before what it holds.
+        auto next = retired.begin();
+        for (auto other = retired.begin(); other != retired.end(); ++other)
+            if ((*other)->isHeldBy(**next))
+                next = other;
+        HostObject* object = *next;
+        retired.erase(next);
         delete object;
     }
     isDeleting = false;

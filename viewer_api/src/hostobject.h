@@ -1,8 +1,7 @@
 #pragma once
 
-#include "lifetoken.h"
-
 #include <cstdint>
+#include <memory>
 
 namespace ViewerAPI {
 
@@ -24,9 +23,14 @@ public:
     HostObject& operator=(const HostObject&) = delete;
 
     /// Deletes `object`: at once, or, while a call of the object (or of something held by it) is
-    /// on the stack, when the outermost host call returns. Null is ignored, and so is an object
-    /// that is retired already.
+    /// on the stack, when the outermost host call returns. Objects that wait are deleted in the
+    /// order in which they were retired, but a holder after what it holds. Null is ignored, and so
+    /// is an object that is retired already.
     static void retire(HostObject* object);
+
+    /// Expires when the object's destructor begins, never before: a removed object that waits for
+    /// its end is still there.
+    [[nodiscard]] std::weak_ptr<const void> watch() const { return lifeToken_; }
 
     /// Differs for any two host objects of the process, also when one takes the address of one
     /// that is gone.
@@ -37,20 +41,23 @@ public:
 
     [[nodiscard]] HostObject* holder() const { return holder_; }
 
-    /// Ended by the first line of the derived class's destructor.
-    LifeToken life;
-
 protected:
     /// For an object that outlives its holder.
     void setHolder(HostObject* holder) { holder_ = holder; }
 
+    /// For the first line of a derived class's destructor: what the destructor calls must not
+    /// reach back into the object.
+    void endLife() { lifeToken_.reset(); }
+
 private:
     friend class HostCall;
     static void deleteRetired();
+    [[nodiscard]] bool isHeldBy(const HostObject& holder) const;
 
     HostObject* holder_;
     const uint64_t serial_;
     bool isRetired_ = false;
+    std::shared_ptr<const void> lifeToken_;
 };
 
 /// Marks a call of a host object as being on the stack, for as long as the mark lives.
