@@ -1,0 +1,70 @@
+#pragma once
+
+#include "locationchange.h"
+
+#include <cstddef>
+#include <deque>
+#include <vector>
+
+namespace ViewerAPI {
+
+struct VlViewerDelegateHostStruct;
+
+/// Brings what changed in a delegate's two trees to its plug-ins.
+///
+/// Every flush makes one batch. Batches are delivered whole and in order: a flush from within a
+/// plug-in's entry queues its batch behind the one under way. When a plug-in throws, the record
+/// that it threw on counts as delivered; those behind it are delivered by the next flush.
+/// [ui-thread]
+class LocationDelivery {
+public:
+    explicit LocationDelivery(VlViewerDelegateHostStruct& delegate);
+    LocationDelivery(const LocationDelivery&) = delete;
+    LocationDelivery& operator=(const LocationDelivery&) = delete;
+
+    /// Collects what changed in the primary tree and sends it to the components, last to first,
+    /// and then to the delegate, record by record; then what changed in the sources tree to the
+    /// delegate alone. If the primary tree had changes and no manipulation holds events back, the
+    /// user interface hears "__SELECTED_ENABLED_LOCATIONS_CHANGED". Does nothing but remember the
+    /// wish while a Pause stands.
+    void flush();
+
+    /// Keeps the trees' nodes in place while one walks them and calls plug-ins on the way: no
+    /// collection happens as long as it stands. The owner of the last one calls resume() after it.
+    class Pause {
+    public:
+        explicit Pause(LocationDelivery& delivery) noexcept : delivery_(delivery) {
+            ++delivery_.pauses_;
+        }
+        ~Pause() { --delivery_.pauses_; }
+        Pause(const Pause&) = delete;
+        Pause& operator=(const Pause&) = delete;
+
+    private:
+        LocationDelivery& delivery_;
+    };
+
+    /// Does the flush that a pause put off, if there was one.
+    void resume();
+
+private:
+    struct Batch {
+        std::vector<LocationChange> changes;
+        std::size_t next = 0;
+        bool hasCollectedSources = false;
+        std::vector<LocationChange> sourceChanges;
+        std::size_t nextSource = 0;
+    };
+
+    void deliver(Batch& batch);
+    void deliverToPlugins(const LocationChange& change);
+    void deliverSource(const LocationChange& change);
+
+    VlViewerDelegateHostStruct& delegate_;
+    std::deque<Batch> batches_;
+    bool isDelivering_ = false;
+    int pauses_ = 0;
+    bool isFlushWanted_ = false;
+};
+
+} // namespace ViewerAPI
