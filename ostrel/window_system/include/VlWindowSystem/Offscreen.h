@@ -1,0 +1,23 @@
+#pragma once
+
+#include "VlWindowSystem/Image.h"
+
+// Off-screen surfaces: windows without a screen, drawn to like any other under their ids. All
+// functions throw std::runtime_error, with the id or the size in the text, for an id that is none
+// and for a size that isn't from 1 to kMaximumOffscreenSize each way. [ui-thread]
+
+inline constexpr int kMaximumOffscreenSize = 16384;
+
+/// Makes a surface of so many pixels, black and transparent; its id is negative and never used
+/// again. It needs no display: an id is given even where no device context can be had for it.
+int createOffscreen(int width, int height);
+
+/// Changes the size. The device context stays the same, a binding in force included; the picture is
+/// black and transparent until the next swap. On failure all stays as it was.
+void resizeOffscreen(int id, int width, int height);
+
+/// Ends the surface. Its device context is invalid from now on, and no longer current.
+void destroyOffscreen(int id);
+
+/// The picture that the last swap showed; black and transparent before the first. A copy.
+[[nodiscard]] Image readPixels(int id);
