@@ -163,7 +163,10 @@ private:
     using LayerOperation = std::function<void(VlViewportLayerHostStruct&)>;
 
     void walkLayers(const LayerOperation& operation);
-    void setupAddedLayer(VlViewportLayerHostStruct* layer);
+    VlViewportLayerHostStruct* placeLayer(const std::string& pluginName,
+                                          const std::string& layerName, size_t index);
+    void storeActiveCamera(VlViewportCameraHostStruct* camera);
+    bool recordCapability(uint32_t capability, bool isEnabled);
     void updateActiveCamera();
 };
 
