@@ -1,0 +1,46 @@
+#include "viewportlayerhostsuite.h"
+
+#include "triple.h"
+#include "vlviewporthost.h"
+#include "vlviewportlayerhost.h"
+
+namespace ViewerAPI {
+
+namespace {
+
+VlViewportLayerHostStruct& layerOf(void* host) {
+    return *static_cast<VlViewportLayerHostStruct*>(host);
+}
+
+void getViewport(void* host, void** viewportHost, void** instance, const void** suite) {
+    writeTriple(layerOf(host).viewport, viewportHost, instance, suite);
+}
+
+int event(void* host, VlAttributeStruct* eventData) {
+    return layerOf(host).event(eventData);
+}
+
+void draw(void* host) {
+    layerOf(host).draw();
+}
+
+void hover(void* host, int isHovering, int x, int y) {
+    layerOf(host).hover(isHovering != 0, x, y);
+}
+
+constexpr ViewportLayerHostSuite kSuite = {
+    .getViewport = getViewport,
+    .event = event,
+    .draw = draw,
+    .hover = hover,
+    .addPickableObject = nullptr,
+    .getPickedObjects = nullptr,
+};
+
+} // namespace
+
+const ViewportLayerHostSuite* getViewportLayerHostSuite() {
+    return &kSuite;
+}
+
+} // namespace ViewerAPI

@@ -1,0 +1,379 @@
+#include "vlviewporthost.h"
+
+#include "glcalls.h"
+#include "plugininstance.h"
+#include "sharedglcontext.h"
+#include "vlviewerdelegatehost.h"
+#include "vlviewportcamerahost.h"
+#include "vlviewportlayerhost.h"
+
+#include "VlAttribute/GroupAttribute.h"
+#include "VlAttribute/IntAttribute.h"
+#include "VlAttribute/StringAttribute.h"
+#include "VlWindowSystem/WindowSystem.h"
+#include "viewer_api/ViewportPluginSuite.h"
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+
+namespace ViewerAPI {
+
+namespace {
+
+constexpr const char* kViewFrozenStateChanged = "__VIEWPORT_VIEW_FROZEN_STATE_CHANGED";
+
+} // namespace
+
+VlViewportHostStruct::VlViewportHostStruct(const std::string& pluginName, const std::string& name_,
+                                           VlViewerDelegateHostStruct* viewerDelegate_)
+    : HostObject(viewerDelegate_), name(name_), viewerDelegate(viewerDelegate_) {
+    createPluginInstance(PluginKind::Viewport, pluginName, this, pluginSuite, pluginHandle);
+}
+
+VlViewportHostStruct::~VlViewportHostStruct() {
+    endLife();
+    makeGLContextCurrent();
+    // A layer's plug-in may still look at the list from its destroy entry.
+    while (!layers.empty()) {
+        VlViewportLayerHostStruct* layer = layers.back();
+        layers.pop_back();
+        layerNames.pop_back();
+        HostObject::retire(layer);
+    }
+    SharedGLContext::releaseDeviceContext(windowId, deviceContext);
+    deviceContext = nullptr;
+    destroyPluginInstance(pluginSuite, pluginHandle);
+    storeActiveCamera(nullptr);
+    for (VlViewportCameraHostStruct* camera : cameras)
+        camera->leaveViewport();
+}
+
+void VlViewportHostStruct::setup(int32_t windowId_) {
+    if (isInitialized)
+        return;
+    HostCall call(*this);
+    windowId = windowId_;
+    const bool hasJoined = initializeGLContext();
+    const bool isCurrent = makeGLContextCurrent();
+    pluginSuite->setup(pluginHandle);
+    walkLayers([](VlViewportLayerHostStruct& layer) { layer.setup(); });
+    // Either suffices: a viewport whose window has its device context from an earlier setup draws
+    // even when joining failed this time.
+    isInitialized = hasJoined || isCurrent;
+}
+
+void VlViewportHostStruct::cleanup() {
+    if (!isInitialized)
+        return;
+    HostCall call(*this);
+    makeGLContextCurrent();
+    walkLayers([](VlViewportLayerHostStruct& layer) { layer.cleanup(); });
+    pluginSuite->cleanup(pluginHandle);
+    isInitialized = false;
+}
+
+void VlViewportHostStruct::draw() {
+    HostCall call(*this);
+    makeGLContextCurrent();
+    pluginSuite->draw(pluginHandle);
+    windowSystem().swapBuffers(deviceContext);
+}
+
+void VlViewportHostStruct::resize(int width_, int height_) {
+    HostCall call(*this);
+    width = width_;
+    height = height_;
+    makeGLContextCurrent();
+    pluginSuite->resize(pluginHandle, width_, height_);
+    walkLayers([=](VlViewportLayerHostStruct& layer) { layer.resize(width_, height_); });
+}
+
+void VlViewportHostStruct::hover(bool isHovering, int x, int y) {
+    HostCall call(*this);
+    makeGLContextCurrent();
+    pluginSuite->hover(pluginHandle, isHovering ? 1 : 0, x, y);
+}
+
+bool VlViewportHostStruct::event(VlAttributeStruct* eventData) {
+    if (!isInitialized)
+        return false;
+    HostCall call(*this);
+    return pluginSuite->event(pluginHandle, eventData) != 0;
+}
+
+void VlViewportHostStruct::freeze() {
+    HostCall call(*this);
+    pluginSuite->freeze(pluginHandle);
+}
+
+void VlViewportHostStruct::thaw() {
+    HostCall call(*this);
+    pluginSuite->thaw(pluginHandle);
+}
+
+void VlViewportHostStruct::setViewFrozen(bool isFrozen) {
+    if (isViewFrozen == isFrozen)
+        return;
+    HostCall call(*this);
+    isViewFrozen = isFrozen;
+    const VlAttribute::GroupAttribute state{
+        {"viewport", VlAttribute::StringAttribute(name)},
+        {"isViewFrozen", VlAttribute::IntAttribute(isFrozen ? 1 : 0)}};
+    viewerDelegate->callPythonCallback(kViewFrozenStateChanged, state);
+}
+
+void VlViewportHostStruct::setHorizontalOffset(float offset) {
+    horizontalOffset = offset;
+    updateActiveCamera();
+}
+
+void VlViewportHostStruct::setVerticalOffset(float offset) {
+    verticalOffset = offset;
+    updateActiveCamera();
+}
+
+void VlViewportHostStruct::setZoom(float factor) {
+    zoom = factor;
+    updateActiveCamera();
+}
+
+void VlViewportHostStruct::setPanAndZoomActive(bool isActive) {
+    isPanAndZoomActive = isActive;
+    updateActiveCamera();
+}
+
+void VlViewportHostStruct::updateActiveCamera() {
+    if (activeCamera)
+        activeCamera->updatePanZoomProjection();
+}
+
+// A layer's plug-in may add and remove layers while it is called: each layer that is in the list
+// when its turn comes is visited once.
+void VlViewportHostStruct::walkLayers(const LayerOperation& operation) {
+    std::vector<uint64_t> visited;
+    const auto isUnvisited = [&visited](const VlViewportLayerHostStruct* layer) {
+        return std::ranges::find(visited, layer->serial()) == visited.end();
+    };
+    for (;;) {
+        const auto next = std::ranges::find_if(layers, isUnvisited);
+        if (next == layers.end())
+            return;
+        visited.push_back((*next)->serial());
+        operation(**next);
+    }
+}
+
+VlViewportLayerHostStruct* VlViewportHostStruct::placeLayer(const std::string& pluginName,
+                                                            const std::string& layerName,
+                                                            size_t index) {
+    HostCall call(*this);
+    std::unique_ptr<VlViewportLayerHostStruct, RetireHostObject> created(
+        new VlViewportLayerHostStruct(pluginName, this));
+    // Only now: the plug-in's create entry may have changed the list.
+    const auto place = static_cast<ptrdiff_t>(std::min(index, layers.size()));
+    layers.reserve(layers.size() + 1);
+    layerNames.insert(layerNames.begin() + place, layerName);
+    VlViewportLayerHostStruct* layer = created.release();
+    layers.insert(layers.begin() + place, layer);
+    if (!isInitialized)
+        return layer;
+    makeGLContextCurrent();
+    layer->setup();
+    doneGLContextCurrent();
+    // A layer that removed itself while it was set up is deleted when this call returns.
+    return std::ranges::find(layers, layer) == layers.end() ? nullptr : layer;
+}
+
+VlViewportLayerHostStruct* VlViewportHostStruct::addLayer(const std::string& pluginName,
+                                                          const std::string& layerName) {
+    return placeLayer(pluginName, layerName, std::numeric_limits<size_t>::max());
+}
+
+VlViewportLayerHostStruct* VlViewportHostStruct::insertLayer(const std::string& pluginName,
+                                                             const std::string& layerName,
+                                                             uint32_t index) {
+    return index > layers.size() ? nullptr : placeLayer(pluginName, layerName, index);
+}
+
+VlViewportLayerHostStruct* VlViewportHostStruct::getLayer(const std::string& layerName) const {
+    const int index = getLayerIndex(layerName);
+    return index < 0 ? nullptr : layers[static_cast<size_t>(index)];
+}
+
+VlViewportLayerHostStruct* VlViewportHostStruct::getLayerByIndex(uint32_t index) const {
+    return index < layers.size() ? layers[index] : nullptr;
+}
+
+void VlViewportHostStruct::removeLayer(const std::string& layerName) {
+    const int index = getLayerIndex(layerName);
+    if (index >= 0)
+        removeLayerByIndex(static_cast<uint32_t>(index));
+}
+
+void VlViewportHostStruct::removeLayerByIndex(uint32_t index) {
+    if (index >= layers.size())
+        return;
+    HostCall call(*this);
+    makeGLContextCurrent();
+    std::unique_ptr<VlViewportLayerHostStruct, RetireHostObject> layer(layers[index]);
+    layers.erase(layers.begin() + index);
+    layerNames.erase(layerNames.begin() + index);
+    layer->cleanup();
+}
+
+uint32_t VlViewportHostStruct::getNumberOfLayers() const {
+    return static_cast<uint32_t>(layers.size());
+}
+
+const char* VlViewportHostStruct::getLayerName(uint32_t index) const {
+    return index < layerNames.size() ? layerNames[index].c_str() : "";
+}
+
+int VlViewportHostStruct::getLayerIndex(const std::string& layerName) const {
+    const auto found = std::ranges::find(layerNames, layerName);
+    return found == layerNames.end() ? -1 : static_cast<int>(found - layerNames.begin());
+}
+
+VlViewportCameraHostStruct* VlViewportHostStruct::addCamera(const std::string& pluginName,
+                                                            const std::string& cameraName) {
+    HostCall call(*this);
+    std::unique_ptr<VlViewportCameraHostStruct, RetireHostObject> created(
+        new VlViewportCameraHostStruct(pluginName, this));
+    VlViewportCameraHostStruct* camera = created.get();
+    const auto found = cameraIndexByName.find(cameraName);
+    if (found != cameraIndexByName.end() && found->second < cameras.size()) {
+        // Removal passes over the active camera, so the new one takes over first; it has no
+        // projection yet that pan and zoom could be applied to.
+        const uint32_t index = found->second;
+        if (cameras[index] == activeCamera)
+            storeActiveCamera(camera);
+        removeCameraByIndex(index);
+    }
+    cameras.reserve(cameras.size() + 1);
+    cameraIndexByName[cameraName] = getNumberOfCameras();
+    cameras.push_back(created.release());
+    return camera;
+}
+
+void VlViewportHostStruct::storeActiveCamera(VlViewportCameraHostStruct* camera) {
+    if (activeCamera)
+        std::erase(activeCamera->activeIn_, this);
+    activeCamera = camera;
+    if (camera)
+        camera->activeIn_.push_back(this);
+}
+
+void VlViewportHostStruct::setActiveCamera(VlViewportCameraHostStruct* camera) {
+    storeActiveCamera(camera);
+    updateActiveCamera();
+}
+
+VlViewportCameraHostStruct*
+VlViewportHostStruct::getCameraByName(const std::string& cameraName) const {
+    const int index = getCameraIndex(cameraName);
+    return index < 0 ? nullptr : getCameraByIndex(static_cast<uint32_t>(index));
+}
+
+VlViewportCameraHostStruct* VlViewportHostStruct::getCameraByIndex(uint32_t index) const {
+    return index < cameras.size() ? cameras[index] : nullptr;
+}
+
+void VlViewportHostStruct::removeCameraByName(const std::string& cameraName) {
+    const int index = getCameraIndex(cameraName);
+    if (index >= 0)
+        removeCameraByIndex(static_cast<uint32_t>(index));
+}
+
+void VlViewportHostStruct::removeCameraByIndex(uint32_t index) {
+    if (index > cameras.size())
+        return;
+    // Callers tell "one past the end" from "far out" by this error.
+    if (index == cameras.size())
+        throw std::out_of_range("invalid vector<T> subscript");
+    if (cameras[index] == activeCamera)
+        return;
+    HostCall call(*this);
+    std::unique_ptr<VlViewportCameraHostStruct, RetireHostObject> camera(cameras[index]);
+    cameras.erase(cameras.begin() + index);
+    auto ended = cameraIndexByName.end();
+    for (auto entry = cameraIndexByName.begin(); entry != cameraIndexByName.end(); ++entry) {
+        if (entry->second == index)
+            ended = entry;
+        else if (entry->second > index)
+            --entry->second;
+    }
+    if (ended != cameraIndexByName.end())
+        cameraIndexByName.erase(ended);
+}
+
+void VlViewportHostStruct::removeCamera(const VlViewportCameraHostStruct* camera) {
+    const auto found = std::ranges::find(cameras, camera);
+    if (found != cameras.end())
+        removeCameraByIndex(static_cast<uint32_t>(found - cameras.begin()));
+}
+
+uint32_t VlViewportHostStruct::getNumberOfCameras() const {
+    return static_cast<uint32_t>(cameras.size());
+}
+
+const char* VlViewportHostStruct::getCameraName(uint32_t index) const {
+    for (const auto& [cameraName, cameraIndex] : cameraIndexByName)
+        if (cameraIndex == index)
+            return cameraName.c_str();
+    return "";
+}
+
+int VlViewportHostStruct::getCameraIndex(const std::string& cameraName) const {
+    const auto found = cameraIndexByName.find(cameraName);
+    return found == cameraIndexByName.end() ? -1 : static_cast<int>(found->second);
+}
+
+const double* VlViewportHostStruct::getViewMatrix() const {
+    return activeCamera ? activeCamera->getViewMatrix() : fallbackViewMatrix.getValue();
+}
+
+const double* VlViewportHostStruct::getProjectionMatrix() const {
+    return activeCamera ? activeCamera->getProjectionMatrix() : fallbackProjectionMatrix.getValue();
+}
+
+bool VlViewportHostStruct::initializeGLContext() {
+    return SharedGLContext::instance().join(windowId, deviceContext);
+}
+
+bool VlViewportHostStruct::makeGLContextCurrent() {
+    if (!SharedGLContext::instance().makeCurrent(deviceContext))
+        return false;
+    glCalls().viewport(0, 0, width, height);
+    return true;
+}
+
+bool VlViewportHostStruct::doneGLContextCurrent() {
+    return SharedGLContext::instance().doneCurrent(deviceContext);
+}
+
+bool VlViewportHostStruct::isGLContextCurrent() const {
+    return SharedGLContext::instance().isCurrent(deviceContext);
+}
+
+void VlViewportHostStruct::enableCapability(uint32_t capability) {
+    if (recordCapability(capability, true))
+        glCalls().enable(capability);
+}
+
+void VlViewportHostStruct::disableCapability(uint32_t capability) {
+    if (recordCapability(capability, false))
+        glCalls().disable(capability);
+}
+
+// Whether GL has to be told. What GL had at first is not known, so the first request always does.
+bool VlViewportHostStruct::recordCapability(uint32_t capability, bool isEnabled) {
+    const auto [state, isNew] = glCapabilityStates.try_emplace(capability, isEnabled);
+    if (!isNew && state->second == isEnabled)
+        return false;
+    state->second = isEnabled;
+    return true;
+}
+
+} // namespace ViewerAPI
