@@ -35,7 +35,7 @@ bool registerPlugin(const char* name) {
 
 // The entry points, once per library however many of its sources register something: inline, but
 // kept although nothing in the library calls them.
-#define VL_LIBRARY_ENTRY extern "C" [[gnu::used, gnu::visibility("default")]] inline
+#define VL_LIBRARY_ENTRY extern "C" [[gnu::used]] VL_PLUGIN_EXPORT inline
 
 VL_LIBRARY_ENTRY int vlGetNumberOfPlugins(void) {
     return static_cast<int>(ViewerPlugin::pluginRecords().size());
@@ -48,7 +48,7 @@ VL_LIBRARY_ENTRY const VlPluginRecord* vlGetPlugin(int index) {
 }
 
 VL_LIBRARY_ENTRY int vlSetPluginHost(const VlPluginHost* host) {
-    if (!host || !host->getSuite) {
+    if (!host->getSuite(VL_PLUGIN_HOST_SUITE, VL_PLUGIN_API_VERSION)) {
         return 1;
     }
     ViewerPlugin::pluginHost() = host;
