@@ -24,33 +24,35 @@ namespace VlAttribute {
 class Attribute {
 public:
     Attribute() noexcept = default;
-    Attribute(const Attribute& other) noexcept : node(other.node) { detail::retainNode(node); }
-    Attribute(Attribute&& other) noexcept : node(std::exchange(other.node, nullptr)) {}
-    ~Attribute() { detail::releaseNode(node); }
+    Attribute(const Attribute& other) noexcept : shared(other.shared) {
+        detail::retainNode(shared);
+    }
+    Attribute(Attribute&& other) noexcept : shared(std::exchange(other.shared, nullptr)) {}
+    ~Attribute() { detail::releaseNode(shared); }
 
     Attribute& operator=(const Attribute& other) noexcept {
         Attribute copy(other);
-        std::swap(node, copy.node);
+        std::swap(shared, copy.shared);
         return *this;
     }
     Attribute& operator=(Attribute&& other) noexcept {
         Attribute taken(std::move(other));
-        std::swap(node, taken.node);
+        std::swap(shared, taken.shared);
         return *this;
     }
 
-    [[nodiscard]] bool isValid() const noexcept { return node != nullptr; }
-    explicit operator bool() const noexcept { return node != nullptr; }
+    [[nodiscard]] bool isValid() const noexcept { return shared != nullptr; }
+    explicit operator bool() const noexcept { return shared != nullptr; }
     [[nodiscard]] AttributeType getType() const noexcept {
-        return node ? node->type : AttributeType::None;
+        return shared ? shared->type : AttributeType::None;
     }
 
     /// The hash of type, tuple size, sample times and content (of a group: of names, groupInherit
     /// flags and children in order). Computed once per value, then a plain read. The reference
     /// lives as long as the value; a null attribute's is all zero. [any-thread]
     const Hash& getHash() const noexcept {
-        if (node && node->hashState.load(std::memory_order_acquire) == 2) {
-            return node->hash;
+        if (shared && shared->hashState.load(std::memory_order_acquire) == 2) {
+            return shared->hash;
         }
         return computeHash();
     }
@@ -65,26 +67,26 @@ public:
         return Attribute(handle);
     }
     /// Borrowed: valid while this attribute (or another reference) is.
-    [[nodiscard]] VlAttributeStruct* getHandle() const noexcept { return node; }
+    [[nodiscard]] VlAttributeStruct* getHandle() const noexcept { return shared; }
     /// The caller owns one reference and gives it back with `CreateAndSteal` or
     /// `vlAttributeRelease`.
     [[nodiscard]] VlAttributeStruct* getRetainedHandle() const noexcept {
-        detail::retainNode(node);
-        return node;
+        detail::retainNode(shared);
+        return shared;
     }
     /// Hands this object's own reference to the caller and becomes null.
-    [[nodiscard]] VlAttributeStruct* detach() noexcept { return std::exchange(node, nullptr); }
+    [[nodiscard]] VlAttributeStruct* detach() noexcept { return std::exchange(shared, nullptr); }
 
     /// Deep equality. The same value, a difference of type or shape, or two hashes that are already
     /// there decide at once; otherwise the content does. A number that is not a number equals
     /// itself, whatever its bits, and -0.0 equals 0.0: so every attribute equals its own copy.
     /// Two null attributes are equal. [any-thread]
     friend bool operator==(const Attribute& left, const Attribute& right) noexcept {
-        return left.node == right.node || equal(left.node, right.node);
+        return left.shared == right.shared || equal(left.shared, right.shared);
     }
 
 protected:
-    explicit Attribute(VlAttributeStruct* stolen) noexcept : node(stolen) {}
+    explicit Attribute(VlAttributeStruct* stolen) noexcept : shared(stolen) {}
 
     /// Becomes null unless of that kind.
     void keepOnly(AttributeType type) noexcept {
@@ -97,7 +99,7 @@ private:
     const Hash& computeHash() const noexcept;
     static bool equal(VlAttributeStruct* left, VlAttributeStruct* right) noexcept;
 
-    VlAttributeStruct* node = nullptr;
+    VlAttributeStruct* shared = nullptr;
 };
 
 } // namespace VlAttribute

@@ -13,7 +13,7 @@ namespace VlAttribute {
 /// separates the names of a path through nested groups. No child is null. Equality and hash heed
 /// the order.
 ///
-/// A group costs one allocation of 32 bytes and 16 a child (22 to 27 where there are 16 or more,
+/// A group costs one allocation of 32 bytes and 16 a child (22 to 28 where there are 16 or more,
 /// as those are looked up by hash); names are stored once per process and never freed.
 class GroupAttribute final : public Attribute {
 public:

@@ -42,7 +42,8 @@ public:
     GroupBuilder& update(const GroupAttribute& group);
 
     /// As `update`, but where both sides have a group of a name, the one is merged into the other
-    /// in the same manner.
+    /// in the same manner. Throws std::runtime_error when groups on both sides nest deeper than
+    /// `kMaxDepth`.
     GroupBuilder& deepUpdate(const GroupAttribute& group);
 
     /// Removes a child if it is there. A group that loses its last child stays, empty.
@@ -59,6 +60,8 @@ public:
 
 private:
     class Level;
+    Level& top();
+
     std::unique_ptr<Level> root;
 };
 
