@@ -97,6 +97,11 @@ private:
     /// Null when the parent is unknown and is not to be created.
     LocationNode* createNode(std::string_view path, bool createParents, bool isProxy);
     void attachToParent(LocationNode& node, LocationNode& parent, bool isProxy);
+    static void inheritState(LocationNode& proxy, const LocationNode& parent);
+    /// Whether the location shows although it is collapsed, and its proxies with it.
+    [[nodiscard]] static bool showsByPin(const LocationNode& node) {
+        return node.pinned || node.pinnedDescendants != 0;
+    }
     void changePinnedAncestors(LocationNode& node, std::int32_t by);
     static bool storeAttributes(LocationNode& node, VlAttribute::GroupAttribute attributes);
 
@@ -104,6 +109,7 @@ private:
     [[nodiscard]] bool isVisible(const LocationNode& node) const;
     [[nodiscard]] bool showsHidden(const LocationNode& node) const;
     [[nodiscard]] bool showsChildren(const LocationNode& node) const;
+    static void forget(LocationNode& node);
     void appendChange(LocationNode& node, std::vector<LocationChange>& out) const;
     void deleteDoomed();
     void deleteSubtree(LocationNode* node);

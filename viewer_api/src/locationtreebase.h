@@ -58,6 +58,8 @@ protected:
     Node* addNode(std::string_view path);
     /// Appends to a list of the parent's (its children or another) and sets parent and depth.
     static void attach(Node& node, Node& parent, NodeList<Node>& list);
+    /// Undoes `attach`: the list's last element takes the node's place.
+    static void detach(Node& node, NodeList<Node>& list);
     void enqueue(Node& node);
     /// Takes the node, which has no children any more, out of the index and deletes it.
     void deleteNode(Node* node);

@@ -48,6 +48,7 @@ private:
     void changePinnedAncestors(SourceLocationNode& node, std::int32_t by);
     void walk(SourceLocationNode& node, const Inherited& inherited,
               std::vector<LocationChange>& out);
+    static void appendChange(SourceLocationNode& node, std::vector<LocationChange>& out);
     void deleteDoomed();
     void deleteSubtree(SourceLocationNode* node);
 };

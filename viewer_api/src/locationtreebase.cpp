@@ -1,0 +1,203 @@
+#include "locationtreebase.h"
+
+#include "VlScenelib/VlXFormUtil.h"
+
+#include <ImathMatrix.h>
+
+#include <cstdint>
+#include <cstring>
+#include <span>
+
+namespace ViewerAPI {
+
+using VlAttribute::DoubleAttribute;
+using VlAttribute::GroupAttribute;
+
+namespace {
+
+Imath::M44d toMatrix(std::span<const double, 16> values) {
+    Imath::M44d matrix(Imath::UNINITIALIZED);
+    std::memcpy(matrix.getValue(), values.data(), values.size_bytes());
+    return matrix;
+}
+
+DoubleAttribute toAttribute(const Imath::M44d& matrix) {
+    return DoubleAttribute(std::span<const double>(matrix.getValue(), 16), 4);
+}
+
+const DoubleAttribute& identityXform() {
+    static const DoubleAttribute kIdentity = toAttribute(Imath::M44d());
+    return kIdentity;
+}
+
+} // namespace
+
+template <class Node>
+LocationTreeBase<Node>::~LocationTreeBase() {
+    index_.drain([](Node* node) { delete node; });
+}
+
+template <class Node>
+GroupAttribute LocationTreeBase<Node>::getAttributes(std::string_view path,
+                                                     bool requireSent) const {
+    const Node* node = findToRead(path, requireSent);
+    return node ? node->attributes : GroupAttribute();
+}
+
+template <class Node>
+GroupAttribute LocationTreeBase<Node>::getXformGroup(std::string_view path,
+                                                     bool requireSent) const {
+    const Node* node = findToRead(path, requireSent);
+    return node ? node->xformGroup : GroupAttribute();
+}
+
+template <class Node>
+DoubleAttribute LocationTreeBase<Node>::getLocalXform(std::string_view path, bool& isAbsolute,
+                                                      bool requireSent) const {
+    const Node* node = findToRead(path, requireSent);
+    isAbsolute = node && node->absolute;
+    return node ? node->matrix : DoubleAttribute();
+}
+
+template <class Node>
+DoubleAttribute LocationTreeBase<Node>::getWorldXform(std::string_view path,
+                                                      bool requireSent) const {
+    const Node* node = findToRead(path, requireSent);
+    return node ? worldXform(node) : DoubleAttribute();
+}
+
+template <class Node>
+DoubleAttribute LocationTreeBase<Node>::getParentXform(std::string_view path,
+                                                       bool requireSent) const {
+    const Node* node = findToRead(path, requireSent);
+    return node ? worldXform(node->parent) : DoubleAttribute();
+}
+
+template <class Node>
+DoubleAttribute LocationTreeBase<Node>::worldXform(const Node* node) {
+    // The first matrix is taken as it is: a location under ancestors without transforms shares
+    // its own.
+    const DoubleAttribute* only = nullptr;
+    Imath::M44d product(Imath::UNINITIALIZED);
+    bool isProduct = false;
+    for (; node; node = node->parent) {
+        const std::span<const double> values = node->matrix.getNearestSample(0.0F);
+        if (values.size() == 16) {
+            const Imath::M44d local = toMatrix(values.template first<16>());
+            if (!only) {
+                only = &node->matrix;
+                product = local;
+            } else {
+                product = product * local;
+                isProduct = true;
+            }
+        }
+        if (node->absolute) {
+            break;
+        }
+    }
+    return isProduct ? toAttribute(product) : only ? *only : identityXform();
+}
+
+template <class Node>
+const Node* LocationTreeBase<Node>::findToRead(std::string_view path, bool requireSent) const {
+    const Node* node = index_.find(path);
+    return node && (node->sent || !requireSent) ? node : nullptr;
+}
+
+template <class Node>
+Node* LocationTreeBase<Node>::findParent(std::string_view path) {
+    const std::string_view parentPath = LocationPath::parentOf(path);
+    if (!lastParent_ || !(lastParent_->path == parentPath)) {
+        lastParent_ = index_.find(parentPath);
+    }
+    return lastParent_;
+}
+
+template <class Node>
+Node* LocationTreeBase<Node>::addNode(std::string_view path) {
+    Node* node = new Node(path);
+    index_.insert(node);
+    return node;
+}
+
+template <class Node>
+void LocationTreeBase<Node>::attach(Node& node, Node& parent, NodeList<Node>& list) {
+    node.parent = &parent;
+    node.depth = parent.depth + 1;
+    node.childIndex = static_cast<std::uint32_t>(list.size());
+    list.push_back(&node);
+}
+
+template <class Node>
+void LocationTreeBase<Node>::detach(Node& node, NodeList<Node>& list) {
+    if (Node* moved = list.swapOut(node.childIndex)) {
+        moved->childIndex = node.childIndex;
+    }
+    node.parent = nullptr;
+}
+
+template <class Node>
+void LocationTreeBase<Node>::enqueue(Node& node) {
+    if (!node.queued) {
+        node.queued = true;
+        dirty_.insert(&node);
+    }
+}
+
+template <class Node>
+void LocationTreeBase<Node>::deleteNode(Node* node) {
+    if (node == lastParent_) {
+        lastParent_ = nullptr;
+    }
+    index_.erase(node);
+    delete node;
+}
+
+template <class Node>
+void LocationTreeBase<Node>::updateXform(Node& node, const GroupAttribute& attributes) {
+    GroupAttribute xform(attributes.borrowChildByName("xform"));
+    if (xform == node.xformGroup) {
+        return;
+    }
+    node.xformGroup = std::move(xform);
+    auto [matrix, isAbsolute] =
+        VlScenelib::VlXFormUtil::CalcTransformMatrixAtTime(node.xformGroup, 0.0F);
+    node.matrix = std::move(matrix);
+    node.absolute = isAbsolute;
+}
+
+template <class Node>
+bool LocationTreeBase<Node>::differsFromSent(const Node& node) {
+    if (!node.sent) {
+        return true;
+    }
+    return node.attributes.getHandle() != node.sentAttributes.getHandle() &&
+           node.attributes.getHash() != node.sentAttributes.getHash();
+}
+
+template <class Node>
+bool LocationTreeBase<Node>::xformDiffersFromSent(const Node& node) {
+    return node.absolute != node.sentAbsolute || !(node.matrix == node.sentMatrix);
+}
+
+template <class Node>
+void LocationTreeBase<Node>::rememberSent(Node& node) {
+    node.sent = true;
+    node.sentAttributes = node.attributes;
+    node.sentMatrix = node.matrix;
+    node.sentAbsolute = node.absolute;
+}
+
+template <class Node>
+void LocationTreeBase<Node>::forgetSent(Node& node) {
+    node.sent = false;
+    node.sentAttributes = GroupAttribute();
+    node.sentMatrix = DoubleAttribute();
+    node.sentAbsolute = false;
+}
+
+template class LocationTreeBase<LocationNode>;
+template class LocationTreeBase<SourceLocationNode>;
+
+} // namespace ViewerAPI
