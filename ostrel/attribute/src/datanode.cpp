@@ -37,7 +37,7 @@ void hashNumbers(HashStream& stream, const DataNode& node) noexcept {
 }
 
 std::string timeText(float time) {
-    std::string text = std::to_string(time);
+    std::string text = std::to_string(time + 0.0F); // without the sign of -0
     if (text.find('.') != std::string::npos) {
         text.erase(text.find_last_not_of('0') + 1);
         if (text.back() == '.') {
