@@ -52,6 +52,8 @@ public:
 
     /// The list as it is now; cheap.
     [[nodiscard]] Snapshot snapshot() const;
+    /// Whether the list is still as it was then.
+    [[nodiscard]] bool isCurrent(const Snapshot& snapshot) const { return snapshot == snapshot_; }
     [[nodiscard]] bool contains(const Component* component) const;
 
 private:
@@ -60,6 +62,8 @@ private:
         std::unique_ptr<const std::string> name;
         Component* component;
     };
+
+    bool take(const Component* component);
 
     VlViewerDelegateHostStruct& delegate_;
     std::vector<Entry> entries_;

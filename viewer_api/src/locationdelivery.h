@@ -1,5 +1,6 @@
 #pragma once
 
+#include "componentlist.h"
 #include "locationchange.h"
 
 #include <cstddef>
@@ -57,8 +58,8 @@ private:
     };
 
     void deliver(Batch& batch);
-    void deliverToPlugins(const LocationChange& change);
-    void deliverSource(const LocationChange& change);
+    void deliverToPlugins(const LocationChange& change,
+                          const std::vector<ComponentList::Component*>& components);
 
     VlViewerDelegateHostStruct& delegate_;
     std::deque<Batch> batches_;

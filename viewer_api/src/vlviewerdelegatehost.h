@@ -231,6 +231,7 @@ private:
     void handleSourceEvents(std::vector<VlScenelib::LocationEvent>& events);
     void handleLookThroughEvents(std::vector<VlScenelib::LocationEvent>& events);
     void forgetLiveAttributes(const std::string& path);
+    [[nodiscard]] const LiveEntry* findLiveEntry(const std::string& path, int sceneView) const;
 
     LocationDelivery delivery_{*this};
     bool isHandlingEvents_ = false;

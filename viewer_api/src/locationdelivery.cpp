@@ -1,0 +1,78 @@
+#include "locationdelivery.h"
+
+#include "raisedflag.h"
+#include "vlviewerdelegatecomponenthost.h"
+#include "vlviewerdelegatehost.h"
+
+#include "viewer_api/ViewerLocationEvent.h"
+
+#include <utility>
+
+namespace ViewerAPI {
+namespace {
+
+/// Borrows from the record.
+ViewerLocationEvent toEvent(const LocationChange& change) {
+    return {change.path.c_str(), change.attributes.getHandle(), change.matrix.getHandle(),
+            change.getFlags()};
+}
+
+} // namespace
+
+LocationDelivery::LocationDelivery(VlViewerDelegateHostStruct& delegate) : delegate_(delegate) {}
+
+void LocationDelivery::flush() {
+    if (pauses_ > 0) {
+        isFlushWanted_ = true;
+        return;
+    }
+    isFlushWanted_ = false;
+    delegate_.locationTree.collect(batches_.emplace_back().changes);
+    if (isDelivering_)
+        return;
+    while (!batches_.empty()) {
+        {
+            const RaisedFlag delivering(isDelivering_);
+            deliver(batches_.front());
+        }
+        const bool hadChanges = !batches_.front().changes.empty();
+        batches_.pop_front();
+        if (hadChanges && !delegate_.isFrozenDueToManipulation())
+            delegate_.callPythonCallback("__SELECTED_ENABLED_LOCATIONS_CHANGED", {});
+    }
+}
+
+void LocationDelivery::resume() {
+    if (pauses_ == 0 && isFlushWanted_)
+        flush();
+}
+
+void LocationDelivery::deliver(Batch& batch) {
+    // The record's place is left before a plug-in hears of it, so that one that throws can't stop
+    // what comes behind for ever.
+    ComponentList::Snapshot components = delegate_.components.snapshot();
+    while (batch.next < batch.changes.size()) {
+        if (!delegate_.components.isCurrent(components))
+            components = delegate_.components.snapshot();
+        deliverToPlugins(batch.changes[batch.next++], *components);
+    }
+    if (!std::exchange(batch.hasCollectedSources, true))
+        delegate_.sourceLocationTree.collect(batch.sourceChanges);
+    while (batch.nextSource < batch.sourceChanges.size()) {
+        const ViewerLocationEvent event = toEvent(batch.sourceChanges[batch.nextSource++]);
+        delegate_.suite->sourceLocationEvent(delegate_.instance, &event);
+    }
+}
+
+void LocationDelivery::deliverToPlugins(const LocationChange& change,
+                                        const std::vector<ComponentList::Component*>& components) {
+    const ViewerLocationEvent event = toEvent(change);
+    bool handled = false;
+    for (auto place = components.rbegin(); place != components.rend(); ++place) {
+        if (delegate_.components.contains(*place))
+            handled = (*place)->locationEvent(event, handled) || handled;
+    }
+    delegate_.suite->locationEvent(delegate_.instance, &event, handled ? 1 : 0);
+}
+
+} // namespace ViewerAPI

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "VlAttribute/DoubleAttribute.h"
+#include "VlAttribute/GroupAttribute.h"
+
+#include <string>
+#include <string_view>
+
+namespace ViewerAPI {
+
+/// Which part of a location's transform is wanted, for the editor of one component.
+struct PartialXformQuery {
+    std::string groupName;
+    /// Matches components whose names begin with it; a "?" at its end is left out, and the whole
+    /// run of neighbours that match counts either way.
+    std::string componentName;
+    /// Whether the matching components take part. Those before always do, those behind never.
+    bool includeComponent = false;
+    bool includeGroupsBefore = true;
+    bool includeGroupsAfter = false;
+};
+
+/// The matrix of a part of an `xform` group; `isAbsolute` tells whether the part discards the
+/// parent's transform. Null when there is no such group or no matching component. [any-thread]
+[[nodiscard]] VlAttribute::DoubleAttribute
+calcPartialXform(const VlAttribute::GroupAttribute& xform, const PartialXformQuery& query,
+                 bool& isAbsolute);
+
+/// The product left x right of two matrix attributes in row-vector convention, at every time that
+/// either has a sample of. A null matrix stands for the identity; of two the product is null.
+/// [any-thread]
+[[nodiscard]] VlAttribute::DoubleAttribute
+multiplyMatrices(const VlAttribute::DoubleAttribute& left,
+                 const VlAttribute::DoubleAttribute& right);
+
+} // namespace ViewerAPI

@@ -1,0 +1,463 @@
+#include "vlviewerdelegatehost.h"
+
+#include "manipulatorbridge.h"
+#include "plugininstance.h"
+#include "pythonchannel.h"
+#include "raisedflag.h"
+#include "scenebounds.h"
+#include "scenetransforms.h"
+#include "steadyclock.h"
+#include "vlviewerdelegatecomponenthost.h"
+#include "workingsetextraction.h"
+
+#include "VlAttribute/GroupBuilder.h"
+#include "VlScenelib/Client.h"
+#include "VlScenelib/LocationEvent.h"
+#include "VlScenelib/ScenelibRuntime.h"
+
+#include <algorithm>
+#include <atomic>
+#include <span>
+
+namespace ViewerAPI {
+
+using VlAttribute::Attribute;
+using VlAttribute::DoubleAttribute;
+using VlAttribute::GroupAttribute;
+using VlAttribute::GroupBuilder;
+using VlAttribute::StringAttribute;
+using VlScenelib::LocationData;
+using VlScenelib::LocationEvent;
+
+namespace {
+
+std::atomic<std::int32_t> viewerDelegateInstanceCount{0};
+
+constexpr const char* kRootPath = "/root";
+constexpr const char* kSelectLocationsChannel = "__SELECT_LOCATIONS";
+constexpr const char* kGetSelectedLocationsChannel = "__GET_SELECTED_LOCATIONS";
+
+/// Null, which makes an operation do nothing, for a list that has a null in it.
+StringAttribute packPaths(const char* const* paths, std::uint32_t count) {
+    if (count == 0)
+        return StringAttribute(std::span<const char* const>());
+    if (!paths)
+        return {};
+    const std::span<const char* const> list(paths, count);
+    if (std::find(list.begin(), list.end(), nullptr) != list.end())
+        return {};
+    return StringAttribute(list);
+}
+
+} // namespace
+
+VlViewerDelegateHostStruct::VlViewerDelegateHostStruct(const std::string& pluginName,
+                                                       void* pythonObject)
+    : hostedPythonObject(pythonObject), components(*this), bridge(createManipulatorBridge()) {
+    // Never taken back when what follows fails: the count tells of delegates that were begun.
+    ++viewerDelegateInstanceCount;
+    createPluginInstance(PluginKind::ViewerDelegate, pluginName, this, suite, instance);
+    try {
+        scene.create();
+    } catch (...) {
+        destroyPluginInstance(suite, instance);
+        throw;
+    }
+    lastCleanup = steadyNow();
+    identityXform = DoubleAttribute({1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}, 4);
+}
+
+VlViewerDelegateHostStruct::~VlViewerDelegateHostStruct() {
+    endLife();
+    components.clear();
+    viewports.clear();
+    destroyPluginInstance(suite, instance);
+    --viewerDelegateInstanceCount;
+}
+
+std::int32_t VlViewerDelegateHostStruct::getInstanceCount() noexcept {
+    return viewerDelegateInstanceCount.load(std::memory_order_relaxed);
+}
+
+void VlViewerDelegateHostStruct::setup() {
+    const HostCall call(*this);
+    suite->setup(instance);
+}
+
+void VlViewerDelegateHostStruct::cleanup() {
+    const HostCall call(*this);
+    for (std::uint32_t index = getNumberOfComponents(); index-- > 0;)
+        removeComponentByIndex(index);
+    for (std::uint32_t index = getNumberOfViewports(); index-- > 0;)
+        removeViewportByIndex(index);
+    suite->cleanup(instance);
+}
+
+void VlViewerDelegateHostStruct::freeze() {
+    const HostCall call(*this);
+    suite->freeze(instance);
+}
+
+void VlViewerDelegateHostStruct::thaw() {
+    const HostCall call(*this);
+    suite->thaw(instance);
+}
+
+void VlViewerDelegateHostStruct::setOption(std::uint64_t optionId, const Attribute& value) {
+    const HostCall call(*this);
+    suite->setOption(instance, optionId, value.getRetainedHandle());
+}
+
+Attribute VlViewerDelegateHostStruct::getOption(std::uint64_t optionId) {
+    const HostCall call(*this);
+    return Attribute::CreateAndSteal(suite->getOption(instance, optionId));
+}
+
+void VlViewerDelegateHostStruct::flushCaches() {
+    locationTree.deleteLocation(kRootPath);
+    flushLocationChanges();
+}
+
+// ---- Scene events
+
+void VlViewerDelegateHostStruct::processLocationEvents() {
+    const HostCall call(*this);
+    manipulationFreeze.update(*bridge);
+    // The bridge may pump again while events are being handled. What the outer pump holds is older
+    // than what waits in the clients, and must come first.
+    if (!manipulationFreeze.isFrozen() && !isHandlingEvents_)
+        fetchAndHandleEvents();
+    flushLocationChanges();
+}
+
+void VlViewerDelegateHostStruct::fetchAndHandleEvents() {
+    const RaisedFlag handling(isHandlingEvents_);
+    // All are read before any is handled, so that they show one moment of the scene.
+    SceneEvents events = scene.fetchEvents(eventLimit);
+    if (const std::int64_t now = steadyNow(); elapsedMs(lastCleanup, now) >= cleanupIntervalMs) {
+        cleanupLiveAttributesPass();
+        lastCleanup = now;
+    }
+    handlePrimaryEvents(events.primary);
+    handlePrimaryEvents(events.pinned);
+    handleSourceEvents(events.sources);
+    handleLookThroughEvents(events.lookThrough);
+}
+
+void VlViewerDelegateHostStruct::handlePrimaryEvents(std::vector<LocationEvent>& events) {
+    for (LocationEvent& event : events) {
+        const std::string path = event.takeLocationPath();
+        // Before the cook: what the runtime tells supersedes every value set on top.
+        bridge->cleanupLiveAttributes(path);
+        forgetLiveAttributes(path);
+        const LocationData& data = event.getLocationData();
+        if (!data.doesLocationExist()) {
+            locationTree.deleteLocation(path);
+            continue;
+        }
+        WorkingSetState workingSet;
+        GroupAttribute attributes = extractWorkingSetState(data.getAttrs(), workingSet);
+        const bool isLeaf = data.getPotentialChildren().getNumberOfValues() == 0;
+        locationTree.cook(path, std::move(attributes), workingSet, false, isLeaf);
+    }
+}
+
+void VlViewerDelegateHostStruct::handleSourceEvents(std::vector<LocationEvent>& events) {
+    for (const LocationEvent& event : events) {
+        const LocationData& data = event.getLocationData();
+        if (data.doesLocationExist())
+            sourceLocationTree.cook(event.getLocationPath(), data.getAttrs());
+        else
+            sourceLocationTree.deleteLocation(event.getLocationPath());
+    }
+}
+
+void VlViewerDelegateHostStruct::handleLookThroughEvents(std::vector<LocationEvent>& events) {
+    for (const LocationEvent& event : events)
+        lookThroughLiveAttributes.erase(event.getLocationPath());
+}
+
+void VlViewerDelegateHostStruct::forgetLiveAttributes(const std::string& path) {
+    if (!liveAttributes.empty())
+        liveAttributes.erase(path);
+    if (!lookThroughLiveAttributes.empty())
+        lookThroughLiveAttributes.erase(path);
+}
+
+void VlViewerDelegateHostStruct::cleanupLiveAttributesPass() {
+    cleanupCurrentLiveAttributes(liveAttributes, *scene.primaryClient);
+    cleanupCurrentLiveAttributes(lookThroughLiveAttributes, *scene.lookThroughClient);
+}
+
+void VlViewerDelegateHostStruct::cleanupCurrentLiveAttributes(LiveAttributes& live,
+                                                              const VlScenelib::Client& client) {
+    // The bridge may change the map while it is told.
+    std::vector<std::string> paths;
+    paths.reserve(live.size());
+    for (const auto& entry : live)
+        paths.push_back(entry.first);
+    for (const std::string& path : paths) {
+        if (!live.contains(path) ||
+            !client.isLocationDataCurrent(path, manipulationFreeze.manipulationCommitId))
+            continue;
+        bridge->cleanupLiveAttributes(path);
+        live.erase(path);
+    }
+}
+
+void VlViewerDelegateHostStruct::flushLocationChanges() {
+    const HostCall call(*this);
+    delivery_.flush();
+}
+
+bool VlViewerDelegateHostStruct::isProcessing() {
+    const HostCall call(*this);
+    if (scene.runtime->isProcessing() || scene.hasEvents())
+        return true;
+    const ComponentList::Snapshot snapshot = components.snapshot();
+    for (VlViewerDelegateComponentHostStruct* const component : *snapshot) {
+        if (components.contains(component) && component->isProcessing())
+            return true;
+    }
+    return suite->isProcessing(instance) != 0;
+}
+
+void VlViewerDelegateHostStruct::setManipulationFreezePeriod(std::int64_t milliseconds) {
+    manipulationFreeze.setPeriod(milliseconds);
+}
+
+bool VlViewerDelegateHostStruct::isFrozenDueToManipulation() const {
+    return manipulationFreeze.isFrozen();
+}
+
+// ---- What is viewed
+
+std::int64_t VlViewerDelegateHostStruct::setViewOp(int opId) {
+    const HostCall call(*this);
+    bridge->updateOp(opId);
+    return scene.setViewOp(opId);
+}
+
+void VlViewerDelegateHostStruct::setVisibilityWorkingSet(const GroupAttribute& workingSet) {
+    scene.setVisibilityWorkingSet(workingSet);
+}
+
+void VlViewerDelegateHostStruct::setWorkingSetVisibilityEnabled(bool isEnabled) {
+    if (isEnabled == scene.workingSetVisibilityEnabled)
+        return;
+    locationTree.setMode(isEnabled);
+    scene.setWorkingSetVisibilityEnabled(isEnabled);
+}
+
+bool VlViewerDelegateHostStruct::getWorkingSetVisibilityEnabled() const {
+    return scene.workingSetVisibilityEnabled;
+}
+
+// ---- State of locations
+
+void VlViewerDelegateHostStruct::openLocations(const char* const* paths, std::uint32_t count) {
+    const StringAttribute list = packPaths(paths, count);
+    if (!list)
+        return;
+    scene.primaryClient->setLocationsOpen(list);
+    for (const auto path : list.getNearestSample(0.0F))
+        locationTree.openLocation(path);
+}
+
+void VlViewerDelegateHostStruct::closeLocations(const char* const* paths, std::uint32_t count) {
+    const StringAttribute list = packPaths(paths, count);
+    if (!list)
+        return;
+    scene.primaryClient->setLocationsClosed(list);
+    for (const auto path : list.getNearestSample(0.0F))
+        locationTree.closeLocation(path);
+}
+
+void VlViewerDelegateHostStruct::pinLocations(const char* const* paths, std::uint32_t count) {
+    const StringAttribute list = packPaths(paths, count);
+    if (!list)
+        return;
+    scene.pinLocations(list);
+    for (const auto path : list.getNearestSample(0.0F))
+        locationTree.pinLocation(path);
+}
+
+void VlViewerDelegateHostStruct::unpinLocations(const char* const* paths, std::uint32_t count) {
+    const StringAttribute list = packPaths(paths, count);
+    if (!list)
+        return;
+    scene.unpinLocations(list);
+    for (const auto path : list.getNearestSample(0.0F))
+        locationTree.unpinLocation(path);
+}
+
+void VlViewerDelegateHostStruct::activateSourceLocations(const char* const* paths,
+                                                         std::uint32_t count) {
+    const StringAttribute list = packPaths(paths, count);
+    if (!list)
+        return;
+    scene.sourcesClient->setLocationsActive(list);
+    for (const auto path : list.getNearestSample(0.0F))
+        sourceLocationTree.pinLocation(path);
+}
+
+void VlViewerDelegateHostStruct::deactivateSourceLocations(const char* const* paths,
+                                                           std::uint32_t count) {
+    const StringAttribute list = packPaths(paths, count);
+    if (!list)
+        return;
+    scene.sourcesClient->setLocationsInactive(list);
+    for (const auto path : list.getNearestSample(0.0F))
+        sourceLocationTree.unpinLocation(path);
+}
+
+void VlViewerDelegateHostStruct::hideLocations(const char* const* paths, std::uint32_t count) {
+    if (packPaths(paths, count))
+        locationTree.hideLocations({paths, count});
+}
+
+void VlViewerDelegateHostStruct::unhideLocations(const char* const* paths, std::uint32_t count) {
+    if (packPaths(paths, count))
+        locationTree.unhideLocations({paths, count});
+}
+
+void VlViewerDelegateHostStruct::unhideAllLocations() {
+    locationTree.unhideAllLocations();
+}
+
+StringAttribute VlViewerDelegateHostStruct::getHiddenLocations() const {
+    return locationTree.getHiddenLocations();
+}
+
+// ---- Selection
+
+void VlViewerDelegateHostStruct::setSelectedLocations(const char* const* paths,
+                                                      std::uint32_t count) {
+    const HostCall call(*this);
+    const ComponentList::Snapshot snapshot = components.snapshot();
+    for (auto place = snapshot->rbegin(); place != snapshot->rend(); ++place) {
+        if (components.contains(*place))
+            (*place)->locationsSelected(paths, count);
+    }
+    suite->locationsSelected(instance, const_cast<const char**>(paths), count);
+}
+
+void VlViewerDelegateHostStruct::selectLocation(const char* path) {
+    selectLocations(&path, 1);
+}
+
+void VlViewerDelegateHostStruct::selectLocations(const char* const* paths, std::uint32_t count) {
+    if (const StringAttribute list = packPaths(paths, count))
+        callPythonCallback(kSelectLocationsChannel, list);
+}
+
+StringAttribute VlViewerDelegateHostStruct::getSelectedLocations() {
+    return StringAttribute(callPythonCallback(kGetSelectedLocationsChannel, {}));
+}
+
+Attribute VlViewerDelegateHostStruct::callPythonCallback(const char* name, const Attribute& value) {
+    const HostCall call(*this);
+    return dispatchChannel(hostedPythonObject, name, value);
+}
+
+// ---- Attributes
+
+GroupAttribute VlViewerDelegateHostStruct::getAttributes(const std::string& path,
+                                                         int sceneView) const {
+    switch (sceneView) {
+    case kVlViewerDelegatePrimary:
+        return locationTree.getAttributes(path, true);
+    case kVlViewerDelegateSources:
+        return sourceLocationTree.getAttributes(path, true);
+    case kVlViewerDelegateLookThrough: {
+        const auto [data, isFound] = scene.lookThroughClient->getCachedLocation(path);
+        return isFound ? data.getAttrs() : GroupAttribute();
+    }
+    default:
+        return {};
+    }
+}
+
+GroupAttribute VlViewerDelegateHostStruct::getCookedAttributes(const std::string& path,
+                                                               int sceneView) const {
+    if (const LiveEntry* const entry = findLiveEntry(path, sceneView))
+        return entry->base;
+    return getAttributes(path, sceneView);
+}
+
+GroupAttribute VlViewerDelegateHostStruct::getLiveAttributes(const std::string& path,
+                                                             int sceneView) const {
+    const LiveEntry* const entry = findLiveEntry(path, sceneView);
+    if (!entry)
+        return {};
+    GroupBuilder overrides;
+    for (const auto& [name, value] : entry->overrides)
+        overrides.set(name, value);
+    return overrides.build();
+}
+
+const LiveEntry* VlViewerDelegateHostStruct::findLiveEntry(const std::string& path,
+                                                           int sceneView) const {
+    const LiveAttributes* live = nullptr;
+    if (sceneView == kVlViewerDelegatePrimary)
+        live = &liveAttributes;
+    else if (sceneView == kVlViewerDelegateLookThrough)
+        live = &lookThroughLiveAttributes;
+    if (!live)
+        return nullptr;
+    const auto found = live->find(path);
+    return found == live->end() ? nullptr : &found->second;
+}
+
+StringAttribute VlViewerDelegateHostStruct::getDescendantLocations(const std::string& path) const {
+    return locationTree.getDescendantLocations(path);
+}
+
+// ---- Transforms and bounds
+
+DoubleAttribute VlViewerDelegateHostStruct::getLocalXform(const std::string& path, bool& isAbsolute,
+                                                          int sceneView) const {
+    return SceneTransforms(*this).getLocalXform(path, isAbsolute, sceneView);
+}
+
+DoubleAttribute VlViewerDelegateHostStruct::getWorldXform(const std::string& path,
+                                                          int sceneView) const {
+    return SceneTransforms(*this).getWorldXform(path, sceneView);
+}
+
+DoubleAttribute VlViewerDelegateHostStruct::getParentXform(const std::string& path,
+                                                           int sceneView) const {
+    return SceneTransforms(*this).getParentXform(path, sceneView);
+}
+
+DoubleAttribute VlViewerDelegateHostStruct::getPartialXform(
+    const std::string& path, const std::string& groupName, const std::string& componentName,
+    bool includeComponent, int sceneView, bool includeParentXform, bool includeGroupsBefore,
+    bool includeGroupsAfter) const {
+    return SceneTransforms(*this).getPartialXform(
+        path, {groupName, componentName, includeComponent, includeGroupsBefore, includeGroupsAfter},
+        sceneView, includeParentXform);
+}
+
+DoubleAttribute VlViewerDelegateHostStruct::getBounds(const std::string& path) {
+    return SceneBounds(*this).getBounds(path);
+}
+
+DoubleAttribute VlViewerDelegateHostStruct::computeExtent(const std::string& path) {
+    return SceneBounds(*this).computeExtent(path);
+}
+
+DoubleAttribute VlViewerDelegateHostStruct::computeMergedExtent(const char* const* paths,
+                                                                std::uint32_t count,
+                                                                const std::string& excludePath) {
+    const HostCall call(*this);
+    DoubleAttribute extent;
+    {
+        const LocationDelivery::Pause pause(delivery_);
+        extent = SceneBounds(*this).computeMergedExtent(paths, count, excludePath);
+    }
+    delivery_.resume();
+    return extent;
+}
+
+} // namespace ViewerAPI
