@@ -17,6 +17,7 @@
 #include "viewer_api/ViewportLayerHostSuite.h"
 #include "viewer_api/ViewportLayerPluginSuite.h"
 #include "viewer_api/ViewportPluginSuite.h"
+#include "viewer_api/VlPlugin.h"
 
 #include <cstddef>
 
@@ -369,3 +370,11 @@ static_assert(offsetof(ViewerLocationEvent, locationPath) == 0);
 static_assert(offsetof(ViewerLocationEvent, attributes) == sizeof(void*));
 static_assert(offsetof(ViewerLocationEvent, xform) == 2 * sizeof(void*));
 static_assert(offsetof(ViewerLocationEvent, flags) == 3 * sizeof(void*));
+
+VL_SLOT(VlPluginHost, 0, getSuite);
+VL_SLOTS(VlPluginHost, 1);
+VL_SLOT(VlPluginRecord, 0, typeName);
+VL_SLOT(VlPluginRecord, 1, name);
+VL_SLOT(VlPluginRecord, 2, apiVersion);
+VL_SLOT(VlPluginRecord, 3, suite);
+VL_SLOTS(VlPluginRecord, 4);
