@@ -10,7 +10,6 @@
 namespace {
 
 using VlAttribute::GroupAttribute;
-using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 using VlScenelib::Client;
 using VlScenelib::LocationEvent;

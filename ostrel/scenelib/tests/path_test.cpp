@@ -48,8 +48,8 @@ INSTANTIATE_TEST_SUITE_P(Rows, PathIsAncestor,
                                          AncestorRow{"prefixOfAName", "/root/a", "/root/ab", false},
                                          AncestorRow{"sibling", "/root/a", "/root/b", false},
                                          AncestorRow{"empty", "", "/root", false}),
-                         [](const testing::TestParamInfo<AncestorRow>& info) {
-                             return std::string(info.param.name);
+                         [](const testing::TestParamInfo<AncestorRow>& row) {
+                             return std::string(row.param.name);
                          });
 
 } // namespace
