@@ -1,0 +1,61 @@
+#pragma once
+
+#include "VlAttribute/GroupAttribute.h"
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace VlScenelibEngine {
+
+/// Registers the engine's host suites ("ScenelibRuntimeHost", 2, and "VlScenelibServicesHost", 1)
+/// and its op types. Further calls do nothing. [any-thread]
+void registerScenelibEngine();
+
+/// The application's op graph: the one that runtimes of type "runtime-async" work on. It lives as
+/// long as the process, and so do the ops made here.
+///
+/// Every function may be called from any thread and returns without waiting for cooking, except
+/// waitUntilIdle(). Errors are std::runtime_error with the value in the text.
+namespace ApplicationGraph {
+
+/// Edits that are applied together. Used from one thread at a time.
+class Transaction {
+public:
+    Transaction();
+    ~Transaction();
+    Transaction(Transaction&&) noexcept;
+    Transaction& operator=(Transaction&&) noexcept;
+
+    /// Returns the new op's id: positive, unique in the process. Throws as setOpInputs() does.
+    int createOp(const std::string& opType,
+                 const VlAttribute::GroupAttribute& args = VlAttribute::GroupAttribute(),
+                 const std::vector<int>& inputs = {});
+    /// Null args count as empty. Throws when there is no such op.
+    void setOpArgs(int opId, const std::string& opType, const VlAttribute::GroupAttribute& args);
+    /// Replaces the inputs. Throws when one of the ops does not exist.
+    void setOpInputs(int opId, const std::vector<int>& inputs);
+    /// Applies what was recorded, in order, and empties the transaction. Returns the commit id.
+    /// Throws when ops would form a cycle; the transaction is then empty and nothing is applied.
+    std::int64_t commit();
+
+private:
+    class Impl;
+    std::unique_ptr<Impl> impl;
+};
+
+/// Waits until every commit and request on the application's graph is finished and what it cooked
+/// can be fetched. Returns false when that takes longer than `timeout`.
+[[nodiscard]] bool waitUntilIdle(std::chrono::duration<double> timeout);
+
+/// Whether waitUntilIdle() would have to wait.
+[[nodiscard]] bool isProcessing();
+
+/// Drops what is memoised; every cooked location is cooked and reported again.
+void flushCaches();
+
+} // namespace ApplicationGraph
+
+} // namespace VlScenelibEngine
