@@ -23,6 +23,7 @@
 #include <type_traits>
 #include <utility>
 
+#include <frameobject.h>
 #if PY_MAJOR_VERSION < 3
 #include <bytesobject.h>
 #endif
@@ -316,6 +317,73 @@ inline PyObject* returnNone() {
 /// True or False with a new reference, by returnValue().
 inline PyObject* returnBool(bool value) {
     return returnValue(PyBool_FromLong(value));
+}
+
+// ---- Errors -------------------------------------------------------------------------------
+
+/// Sets an error that is pending aside for as long as it lives, so that Python can be called
+/// meanwhile, and puts it back in place of one that came up since. On Python 2, where calls go on
+/// with an error pending, it does nothing.
+class PendingErrorAside {
+public:
+#if PY_MAJOR_VERSION >= 3
+    PendingErrorAside() {
+        if (PyErr_Occurred()) {
+            PyErr_Fetch(&type, &value, &traceback);
+        }
+    }
+    ~PendingErrorAside() {
+        if (type) {
+            PyErr_Restore(type, value, traceback);
+        }
+    }
+#else
+    PendingErrorAside() {}
+    ~PendingErrorAside() {}
+#endif
+    PendingErrorAside(const PendingErrorAside&) = delete;
+    PendingErrorAside& operator=(const PendingErrorAside&) = delete;
+
+private:
+#if PY_MAJOR_VERSION >= 3
+    PyObject* type = nullptr; // owned, like the other two
+    PyObject* value = nullptr;
+    PyObject* traceback = nullptr;
+#endif
+};
+
+/// One entry of a traceback. The objects are borrowed from it.
+struct TracebackEntry {
+    PyObject* fileName; ///< text
+    PyObject* codeName; ///< text
+    int line;
+};
+
+/// Calls `visit(TracebackEntry)` for each entry of a traceback, outermost frame first. Null has
+/// none. Leaves no error set.
+template <class Visitor>
+void visitTraceback(PyObject* traceback, Visitor&& visit) {
+    for (auto* entry = reinterpret_cast<PyTracebackObject*>(traceback); entry;
+         entry = entry->tb_next) {
+#if PY_MAJOR_VERSION >= 3
+        // From 3.12 on the field is computed at need, by the attribute.
+        PyObject* line = PyObject_GetAttrString(reinterpret_cast<PyObject*>(entry), "tb_lineno");
+        const long lineNumber = line ? PyLong_AsLong(line) : 0;
+        Py_XDECREF(line);
+        PyErr_Clear();
+#if PY_VERSION_HEX >= 0x03090000
+        PyCodeObject* code = PyFrame_GetCode(entry->tb_frame);
+#else
+        PyCodeObject* code = entry->tb_frame->f_code;
+        Py_INCREF(code);
+#endif
+        visit(TracebackEntry{code->co_filename, code->co_name, static_cast<int>(lineNumber)});
+        Py_DECREF(code);
+#else
+        PyCodeObject* code = entry->tb_frame->f_code;
+        visit(TracebackEntry{code->co_filename, code->co_name, entry->tb_lineno});
+#endif
+    }
 }
 
 // ---- Types and modules --------------------------------------------------------------------

@@ -1,6 +1,7 @@
-#include "optionidgeneratorhostsuite.h"
-
+#include "hostsuites.h"
 #include "optionidgenerator.h"
+
+#include "viewer_api/OptionIdGeneratorHostSuite.h"
 
 namespace ViewerAPI {
 namespace {

@@ -1,8 +1,9 @@
-#include "viewerdelegatecomponenthostsuite.h"
-
-#include "triple.h"
+#include "hostsuites.h"
+#include "suitearguments.h"
 #include "vlviewerdelegatecomponenthost.h"
 #include "vlviewerdelegatehost.h"
+
+#include "viewer_api/ViewerDelegateComponentHostSuite.h"
 
 namespace ViewerAPI {
 namespace {

@@ -1,11 +1,11 @@
-#include "viewerdelegatehostsuite.h"
-
-#include "triple.h"
+#include "hostsuites.h"
+#include "suitearguments.h"
 #include "vlviewerdelegatecomponenthost.h"
 #include "vlviewerdelegatehost.h"
 #include "vlviewporthost.h"
 
-#include <string>
+#include "viewer_api/ViewerDelegateHostSuite.h"
+#include "viewer_api/ViewerDelegateHostSuiteV2.h"
 
 namespace ViewerAPI {
 namespace {
@@ -17,9 +17,11 @@ VlViewerDelegateHostStruct& delegateOf(VlViewerDelegateHandle handle) {
     return *static_cast<VlViewerDelegateHostStruct*>(handle);
 }
 
-/// A null pointer counts as the empty text.
-std::string textOf(const char* text) {
-    return text ? text : "";
+void writeViewportTriple(VlViewportHostStruct* viewport, void** host, void** instance,
+                         const void** suite) {
+    *host = viewport;
+    *instance = viewport ? viewport->pluginHandle : nullptr;
+    *suite = viewport ? viewport->pluginSuite : nullptr;
 }
 
 int setViewOp(VlViewerDelegateHandle host, int opId) {
@@ -158,12 +160,13 @@ void addViewport(VlViewerDelegateHandle host, VlViewportHandle viewport, const c
 
 void getViewport(VlViewerDelegateHandle host, const char* name, void** viewportHost,
                  void** instance, const void** suite) {
-    writeTriple(name ? delegateOf(host).getViewport(name) : nullptr, viewportHost, instance, suite);
+    writeViewportTriple(name ? delegateOf(host).getViewport(name) : nullptr, viewportHost, instance,
+                        suite);
 }
 
 void getViewportByIndex(VlViewerDelegateHandle host, uint32_t index, void** viewportHost,
                         void** instance, const void** suite) {
-    writeTriple(delegateOf(host).getViewportByIndex(index), viewportHost, instance, suite);
+    writeViewportTriple(delegateOf(host).getViewportByIndex(index), viewportHost, instance, suite);
 }
 
 void removeViewport(VlViewerDelegateHandle host, const char* name) {
