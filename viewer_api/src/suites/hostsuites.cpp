@@ -1,5 +1,12 @@
 #include "hostsuites.h"
 
+#include "optionidgeneratorhostsuite.h"
+#include "viewerdelegatecomponenthostsuite.h"
+#include "viewerdelegatehostsuite.h"
+#include "viewportcamerahostsuite.h"
+#include "viewporthostsuite.h"
+#include "viewportlayerhostsuite.h"
+
 #include "VlPluginSystem/VlPluginSystem.h"
 
 namespace ViewerAPI {
@@ -11,6 +18,9 @@ void registerHostSuites() {
     // Both versions stay available, so that plug-ins built against either load.
     addHostSuite(getViewerDelegateHostSuiteV2(), "ViewerDelegateHost", 2);
     addHostSuite(getViewerDelegateHostSuite(), "ViewerDelegateHost", 3);
+    addHostSuite(getViewportCameraHostSuite(), "ViewportCameraHost", 2);
+    addHostSuite(getViewportHostSuite(), "ViewportHost", 3);
+    addHostSuite(getViewportLayerHostSuite(), "ViewportLayerHost", 2);
 }
 
 } // namespace ViewerAPI

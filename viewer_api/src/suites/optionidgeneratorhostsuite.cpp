@@ -1,7 +1,6 @@
-#include "hostsuites.h"
-#include "optionidgenerator.h"
+#include "optionidgeneratorhostsuite.h"
 
-#include "viewer_api/OptionIdGeneratorHostSuite.h"
+#include "optionidgenerator.h"
 
 namespace ViewerAPI {
 namespace {

@@ -1,9 +1,8 @@
-#include "hostsuites.h"
-#include "suitearguments.h"
+#include "viewerdelegatecomponenthostsuite.h"
+
+#include "triple.h"
 #include "vlviewerdelegatecomponenthost.h"
 #include "vlviewerdelegatehost.h"
-
-#include "viewer_api/ViewerDelegateComponentHostSuite.h"
 
 namespace ViewerAPI {
 namespace {

@@ -1,11 +1,11 @@
-#include "hostsuites.h"
-#include "suitearguments.h"
+#include "viewerdelegatehostsuite.h"
+
+#include "triple.h"
 #include "vlviewerdelegatecomponenthost.h"
 #include "vlviewerdelegatehost.h"
 #include "vlviewporthost.h"
 
-#include "viewer_api/ViewerDelegateHostSuite.h"
-#include "viewer_api/ViewerDelegateHostSuiteV2.h"
+#include <string>
 
 namespace ViewerAPI {
 namespace {
@@ -17,11 +17,9 @@ VlViewerDelegateHostStruct& delegateOf(VlViewerDelegateHandle handle) {
     return *static_cast<VlViewerDelegateHostStruct*>(handle);
 }
 
-void writeViewportTriple(VlViewportHostStruct* viewport, void** host, void** instance,
-                         const void** suite) {
-    *host = viewport;
-    *instance = viewport ? viewport->pluginHandle : nullptr;
-    *suite = viewport ? viewport->pluginSuite : nullptr;
+/// A null pointer counts as the empty text.
+std::string textOf(const char* text) {
+    return text ? text : "";
 }
 
 int setViewOp(VlViewerDelegateHandle host, int opId) {
@@ -160,13 +158,12 @@ void addViewport(VlViewerDelegateHandle host, VlViewportHandle viewport, const c
 
 void getViewport(VlViewerDelegateHandle host, const char* name, void** viewportHost,
                  void** instance, const void** suite) {
-    writeViewportTriple(name ? delegateOf(host).getViewport(name) : nullptr, viewportHost, instance,
-                        suite);
+    writeTriple(name ? delegateOf(host).getViewport(name) : nullptr, viewportHost, instance, suite);
 }
 
 void getViewportByIndex(VlViewerDelegateHandle host, uint32_t index, void** viewportHost,
                         void** instance, const void** suite) {
-    writeViewportTriple(delegateOf(host).getViewportByIndex(index), viewportHost, instance, suite);
+    writeTriple(delegateOf(host).getViewportByIndex(index), viewportHost, instance, suite);
 }
 
 void removeViewport(VlViewerDelegateHandle host, const char* name) {
