@@ -1,32 +1,10 @@
 #include "VlAttribute/VlAttribute.h"
+#include "allocationcounter.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <functional>
-#include <new>
 #include <vector>
-
-namespace {
-
-// Counted for this thread only; the test program has the one definition.
-thread_local int allocationCount = 0;
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    ++allocationCount;
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-        return memory;
-    }
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace {
 
@@ -45,11 +23,11 @@ TEST(Attribute, dataOfOneSmallSampleIsOneAllocation) {
         {"string", [] { return StringAttribute("a text that fills no small buffer at all"); }},
     };
     for (const auto& row : rows) {
-        const int before = allocationCount;
+        const int before = allocationCount();
         const Attribute attribute = row.make();
-        EXPECT_EQ(allocationCount - before, 1) << row.name;
+        EXPECT_EQ(allocationCount() - before, 1) << row.name;
         attribute.getHash();
-        EXPECT_EQ(allocationCount - before, 1) << row.name << ", hashed";
+        EXPECT_EQ(allocationCount() - before, 1) << row.name << ", hashed";
     }
 }
 
@@ -58,18 +36,18 @@ TEST(GroupBuilder, buildIsOneAllocationAGroup) {
     for (int i = 0; i < 100; ++i) {
         builder.set("allocated" + std::to_string(i), IntAttribute(i));
     }
-    const int before = allocationCount;
+    const int before = allocationCount();
     const GroupAttribute group = builder.build(BuildMode::KeepBuilder);
-    EXPECT_EQ(allocationCount - before, 1);
+    EXPECT_EQ(allocationCount() - before, 1);
 }
 
 TEST(GroupAttribute, readingAllocatesNothing) {
     const GroupAttribute group{{"a.b.c", IntAttribute(1)}, {"s", StringAttribute("text")}};
-    const int before = allocationCount;
+    const int before = allocationCount();
     EXPECT_TRUE(group.getChildByName("a.b.c"));
     EXPECT_TRUE(group.getChildByIndex(0));
     EXPECT_STREQ(StringAttribute(group.getChildByName("s")).getValueCstr(), "text");
-    EXPECT_EQ(allocationCount, before);
+    EXPECT_EQ(allocationCount(), before);
 }
 
 } // namespace
