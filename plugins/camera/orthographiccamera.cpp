@@ -1,0 +1,3 @@
+#include "camera/orthographiccamera.h"
+
+VL_REGISTER_PLUGIN(Bundled::OrthographicCamera, "OrthographicCamera");

@@ -1,0 +1,3 @@
+#include "camera/perspectivecamera.h"
+
+VL_REGISTER_PLUGIN(Bundled::PerspectiveCamera, "PerspectiveCamera");

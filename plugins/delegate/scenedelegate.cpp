@@ -1,0 +1,46 @@
+#include "delegate/scenedelegate.h"
+
+#include "viewer_api/plugin/ViewportHost.h"
+
+namespace Bundled {
+
+void SceneDelegate::locationEvent(const ViewerLocationEvent& event, bool handledByComponent) {
+    // A component that handles a location draws it as well; a removal ends what was drawn here
+    // before it did.
+    LocationUpdate update = LocationUpdate::fromEvent(event);
+    if (handledByComponent && (event.flags & kVlLocationEventRemoved) == 0) {
+        update.attributes = VlAttribute::GroupAttribute();
+        update.flags |= kVlLocationEventAttributesChanged;
+    }
+    mirror.apply(update);
+    askForPictures();
+}
+
+void SceneDelegate::locationsSelected(std::span<const char* const> paths) {
+    mirror.setSelection(paths);
+    askForPictures();
+}
+
+std::shared_ptr<GpuScene> SceneDelegate::shareGpuScene() {
+    std::shared_ptr<GpuScene> shared = gpuScene.lock();
+    if (!shared) {
+        shared = std::make_shared<GpuScene>();
+        gpuScene = shared;
+        mirror.forgetUploads();
+    }
+    return shared;
+}
+
+void SceneDelegate::askForPictures() {
+    if (!pictureIsCurrent) {
+        return;
+    }
+    pictureIsCurrent = false;
+    for (std::uint32_t i = 0; i < host.getNumberOfViewports(); ++i) {
+        ViewerPlugin::ViewportHost(host.getViewportByIndex(i).host).setDirty(true);
+    }
+}
+
+} // namespace Bundled
+
+VL_REGISTER_PLUGIN(Bundled::SceneDelegate, "SceneDelegate");

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "gl/gpuscene.h"
+#include "scene/scenemirror.h"
+#include "viewer_api/plugin/ViewerDelegatePlugin.h"
+
+#include <memory>
+
+namespace Bundled {
+
+/// "SceneDelegate": mirrors what it is told for the layers of this library to draw. It opens no
+/// location by itself, and knows no bounds that the host could not compute.
+///
+/// Layers find it through their viewport's delegate (`pluginCast<SceneDelegate>`), from the second
+/// of their calls on: while a viewport is made, its delegate may not be there yet.
+class SceneDelegate final : public ViewerPlugin::ViewerDelegatePlugin {
+public:
+    using ViewerDelegatePlugin::ViewerDelegatePlugin;
+
+    void locationEvent(const ViewerLocationEvent& event, bool handledByComponent) override;
+    void locationsSelected(std::span<const char* const> paths) override;
+
+    /// What was told so far. The caller may `update` it.
+    SceneMirror& getMirror() { return mirror; }
+    /// The mirror in the graphics card's memory, made for the first and ended with the last holder:
+    /// layers hold it between setup and cleanup, so that it ends with the context current.
+    std::shared_ptr<GpuScene> shareGpuScene();
+    /// A layer drew the mirror's present state: the next change asks for a new picture.
+    void noteDrawn() { pictureIsCurrent = true; }
+
+private:
+    void askForPictures();
+
+    SceneMirror mirror;
+    std::weak_ptr<GpuScene> gpuScene;
+    bool pictureIsCurrent = true;
+};
+
+} // namespace Bundled

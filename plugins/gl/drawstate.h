@@ -1,0 +1,32 @@
+#pragma once
+
+#include <GL/glew.h>
+
+namespace Bundled {
+
+/// The capabilities and masks that a pass of drawing needs; the ones before come back with its end,
+/// so that layers don't depend on each other's order. [gl-current]
+class DrawState {
+public:
+    struct Wanted {
+        bool depthTest = true;
+        bool depthWrite = true;
+        bool blend = false;
+        bool alphaToCoverage = false;
+    };
+
+    explicit DrawState(const Wanted& wanted);
+    DrawState(const DrawState&) = delete;
+    DrawState& operator=(const DrawState&) = delete;
+    ~DrawState();
+
+private:
+    GLboolean depthWrite = GL_TRUE;
+    GLint depthFunction = GL_LESS;
+    GLint vertexArray = 0;
+    GLint program = 0;
+    GLint blendFactors[4] = {};
+    bool enabled[5] = {};
+};
+
+} // namespace Bundled

@@ -1,0 +1,211 @@
+#include "gl/shaders.h"
+
+// All shading is in linear light; the encode shader alone knows of sRGB.
+namespace Bundled {
+
+const char* const kFullscreenVertexShader = R"(
+out vec2 place;
+void main() {
+    place = vec2((gl_VertexID << 1) & 2, gl_VertexID & 2);
+    gl_Position = vec4(place * 2.0 - 1.0, 1.0, 1.0);
+}
+)";
+
+const char* const kEncodeFragmentShader = R"(
+uniform sampler2D picture;
+in vec2 place;
+out vec4 encoded;
+
+// Interleaved gradient noise: hides the steps of eight bits in smooth gradients.
+float dither(vec2 pixel) {
+    return fract(52.9829189 * fract(dot(pixel, vec2(0.06711056, 0.00583715)))) - 0.5;
+}
+
+void main() {
+    vec4 color = texelFetch(picture, ivec2(gl_FragCoord.xy), 0);
+    vec3 linear = clamp(color.rgb, 0.0, 1.0);
+    vec3 low = linear * 12.92;
+    vec3 high = 1.055 * pow(linear, vec3(1.0 / 2.4)) - 0.055;
+    vec3 srgb = mix(high, low, vec3(lessThan(linear, vec3(0.0031308))));
+    encoded = vec4(srgb + dither(gl_FragCoord.xy) / 255.0, 1.0);
+}
+)";
+
+const char* const kBackgroundFragmentShader = R"(
+in vec2 place;
+out vec4 color;
+void main() {
+    const vec3 top = vec3(0.205, 0.235, 0.275);
+    const vec3 bottom = vec3(0.040, 0.045, 0.053);
+    float height = smoothstep(-0.1, 1.1, place.y);
+    // A little light behind the middle lifts the model off the background.
+    vec2 offset = (place - vec2(0.5, 0.55)) * vec2(1.0, 0.8);
+    float glow = exp(-5.0 * dot(offset, offset));
+    color = vec4(mix(bottom, top, height) * (0.85 + 0.4 * glow), 1.0);
+}
+)";
+
+const char* const kMeshVertexShader = R"(
+layout(location = 0) in vec3 position;
+layout(location = 1) in vec3 normal;
+layout(location = 2) in vec2 st;
+layout(location = 3) in vec3 color;
+// Per instance: the rows of the local-to-world matrix for row vectors.
+layout(location = 4) in vec3 row0;
+layout(location = 5) in vec3 row1;
+layout(location = 6) in vec3 row2;
+layout(location = 7) in vec3 row3;
+layout(location = 8) in float selected;
+
+uniform mat4 worldToView;
+uniform mat4 viewToClip;
+
+out vec3 viewPosition;
+out vec3 viewNormal;
+out vec2 texturePlace;
+out vec3 vertexColor;
+flat out float isSelected;
+
+void main() {
+    mat3 linear = mat3(row0, row1, row2);
+    vec4 view = worldToView * vec4(linear * position + row3, 1.0);
+    // Cofactors carry normals through any transform, singular ones included; a mirrored one turns
+    // them round, which the fragment shader does not mind.
+    mat3 cofactors = mat3(cross(row1, row2), cross(row2, row0), cross(row0, row1));
+    viewPosition = view.xyz;
+    viewNormal = mat3(worldToView) * (cofactors * normal);
+    texturePlace = st;
+    vertexColor = color;
+    isSelected = selected;
+    gl_Position = viewToClip * view;
+}
+)";
+
+const char* const kMeshFragmentShader = R"(
+in vec3 viewPosition;
+in vec3 viewNormal;
+in vec2 texturePlace;
+in vec3 vertexColor;
+flat in float isSelected;
+
+uniform mat4 worldToView;
+// 1 for a perspective projection, 0 for an orthographic one.
+uniform float perspective;
+uniform vec3 baseColor;
+uniform float opacity;
+uniform int hasTexture;
+// 1 for polygons, 0 for lines and points, which have no surface to light.
+uniform int hasSurface;
+uniform sampler2D surfaceTexture;
+
+out vec4 color;
+
+// Soft light from a direction, reaching a little round the edge of the shadow.
+float wrapped(vec3 n, vec3 light, float wrap) {
+    return max(0.0, (dot(n, light) + wrap) / (1.0 + wrap));
+}
+
+void main() {
+    vec3 albedo = baseColor * vertexColor;
+    float alpha = opacity;
+    if (hasTexture == 1) {
+        vec4 texel = texture(surfaceTexture, texturePlace);
+        albedo *= texel.rgb;
+        alpha *= texel.a;
+    }
+    if (alpha < 0.004) {
+        discard;
+    }
+    vec3 toEye = normalize(mix(vec3(0.0, 0.0, 1.0), -viewPosition, perspective));
+    vec3 lit = albedo;
+    if (hasSurface == 1) {
+        // The side that is seen decides which way the normal points, whatever the winding, the
+        // given normals and mirroring transforms say.
+        vec3 face = cross(dFdx(viewPosition), dFdy(viewPosition));
+        face = dot(face, toEye) < 0.0 ? -face : face;
+        vec3 n = dot(viewNormal, viewNormal) > 0.0 ? viewNormal : face;
+        n = normalize(dot(n, face) < 0.0 ? -n : n);
+
+        vec3 up = normalize(mat3(worldToView) * vec3(0.0, 1.0, 0.0));
+        const vec3 keyDirection = normalize(vec3(-0.45, 0.65, 0.75));
+        const vec3 fillDirection = normalize(vec3(0.85, 0.10, 0.45));
+        const vec3 rimDirection = normalize(vec3(0.35, 0.55, -0.80));
+        vec3 light = mix(vec3(0.105, 0.098, 0.090), vec3(0.215, 0.235, 0.265),
+                         0.5 + 0.5 * dot(n, up));
+        light += vec3(0.800, 0.770, 0.720) * wrapped(n, keyDirection, 0.25);
+        light += vec3(0.140, 0.165, 0.205) * wrapped(n, fillDirection, 0.5);
+        light += vec3(0.120, 0.125, 0.140) * wrapped(n, rimDirection, 0.0);
+
+        vec3 halfway = normalize(keyDirection + toEye);
+        float gloss = pow(max(0.0, dot(n, halfway)), 40.0);
+        float grazing = pow(1.0 - max(0.0, dot(n, toEye)), 5.0);
+        lit = albedo * light + vec3(0.07) * gloss + vec3(0.05, 0.055, 0.065) * grazing;
+    }
+    vec3 highlight = vec3(1.0, 0.36, 0.05);
+    lit = mix(lit, highlight * (0.25 + 0.75 * dot(lit, vec3(0.333)) * 2.0), 0.45 * isSelected);
+    color = vec4(lit, alpha);
+}
+)";
+
+const char* const kGridVertexShader = R"(
+uniform mat4 worldToView;
+uniform mat4 viewToClip;
+uniform vec3 centre;
+uniform float radius;
+out vec2 ground;
+void main() {
+    vec2 corner = vec2(gl_VertexID & 1, gl_VertexID >> 1) * 2.0 - 1.0;
+    ground = centre.xz + corner * radius;
+    gl_Position = viewToClip * (worldToView * vec4(ground.x, centre.y, ground.y, 1.0));
+}
+)";
+
+const char* const kGridFragmentShader = R"(
+uniform vec3 centre;
+uniform vec3 eye;
+uniform float perspective;
+uniform float radius;
+uniform float spacing;
+in vec2 ground;
+out vec4 color;
+
+// How much of the pixel a grid of lines covers. Where lines stand closer than pixels, it fades to
+// nothing instead of shimmering.
+float lines(vec2 place, vec2 footprint, float step, float widthPx) {
+    vec2 cell = place / step;
+    vec2 pixel = max(footprint / step, vec2(1e-9));
+    vec2 distancePx = abs(fract(cell - 0.5) - 0.5) / pixel;
+    vec2 cover = clamp(0.5 + 0.5 * widthPx - distancePx, 0.0, 1.0);
+    cover *= 1.0 - smoothstep(vec2(0.15), vec2(0.5), pixel);
+    return max(cover.x, cover.y);
+}
+
+float axis(float place, float footprint, float widthPx) {
+    return clamp(0.5 + 0.5 * widthPx - abs(place) / max(footprint, 1e-9), 0.0, 1.0);
+}
+
+void main() {
+    vec2 footprint = fwidth(ground);
+    float minor = lines(ground, footprint, spacing, 1.0);
+    float major = lines(ground, footprint, spacing * 10.0, 1.4);
+    float cover = max(0.16 * minor, 0.36 * major);
+    vec3 tint = vec3(0.42, 0.45, 0.50);
+
+    float alongX = axis(ground.y, footprint.y, 1.8);
+    float alongZ = axis(ground.x, footprint.x, 1.8);
+    tint = mix(tint, vec3(0.62, 0.10, 0.10), alongX);
+    tint = mix(tint, vec3(0.10, 0.22, 0.66), alongZ);
+    cover = max(cover, 0.75 * max(alongX, alongZ));
+
+    float fade = 1.0 - smoothstep(0.25, 1.0, length(ground - centre.xz) / radius);
+    // Lines that are seen from the side run together.
+    vec3 toEye = normalize(eye - vec3(ground.x, centre.y, ground.y));
+    float slope = mix(1.0, smoothstep(0.0, 0.12, abs(toEye.y)), perspective);
+    color = vec4(tint, cover * fade * slope);
+    if (color.a < 0.002) {
+        discard;
+    }
+}
+)";
+
+} // namespace Bundled

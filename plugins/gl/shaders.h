@@ -1,0 +1,16 @@
+#pragma once
+
+namespace Bundled {
+
+/// A triangle that covers the picture, from no buffers; passes `place`, 0 to 1 from bottom left.
+extern const char* const kFullscreenVertexShader;
+/// Encodes linear light as sRGB.
+extern const char* const kEncodeFragmentShader;
+/// A vertical gradient behind everything.
+extern const char* const kBackgroundFragmentShader;
+extern const char* const kMeshVertexShader;
+extern const char* const kMeshFragmentShader;
+extern const char* const kGridVertexShader;
+extern const char* const kGridFragmentShader;
+
+} // namespace Bundled

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "VlAttribute/GroupAttribute.h"
+
+#include <array>
+#include <string>
+
+namespace Bundled {
+
+/// What a location's `material` group says about shading. Colours are linear.
+struct Material {
+    std::array<float, 3> baseColor{0.62f, 0.62f, 0.62f};
+    /// 0 (invisible) to 1.
+    float opacity = 1.0f;
+    /// A picture file in sRGB; empty for none.
+    std::string texture;
+
+    /// A null group, and what it does not say, gives the defaults: a neutral grey. With a texture
+    /// the default base colour is white, so that the picture shows as it is.
+    static Material fromAttributes(const VlAttribute::GroupAttribute& material);
+
+    friend bool operator==(const Material&, const Material&) = default;
+};
+
+} // namespace Bundled

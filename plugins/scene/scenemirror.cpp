@@ -1,0 +1,345 @@
+#include "scene/scenemirror.h"
+
+#include <Imath/ImathBoxAlgo.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace Bundled {
+
+namespace {
+
+/// "" for a top-level location.
+std::string_view parentPath(std::string_view path) {
+    const auto slash = path.rfind('/');
+    return slash == std::string_view::npos || slash == 0 ? std::string_view{}
+                                                         : path.substr(0, slash);
+}
+
+/// The identity unless the attribute holds 16 values.
+Imath::M44d toMatrix(const VlAttribute::DoubleAttribute& xform) {
+    Imath::M44d matrix;
+    const auto values = xform.getNearestSample(0.0f);
+    if (values.size() == 16) {
+        std::memcpy(matrix.getValue(), values.data(), 16 * sizeof(double));
+    }
+    return matrix;
+}
+
+} // namespace
+
+LocationUpdate LocationUpdate::fromEvent(const ViewerLocationEvent& event) {
+    using VlAttribute::Attribute;
+    return {event.locationPath,
+            VlAttribute::GroupAttribute(Attribute::CreateAndRetain(event.attributes)),
+            VlAttribute::DoubleAttribute(Attribute::CreateAndRetain(event.xform)), event.flags};
+}
+
+void SceneMirror::apply(const LocationUpdate& update) {
+    if (update.path.empty()) {
+        return;
+    }
+    if (update.flags & kVlLocationEventRemoved) {
+        if (const std::uint32_t node = find(update.path); node != kNone) {
+            removeSubtree(node);
+        }
+        return;
+    }
+    const std::uint32_t node = findOrCreate(update.path);
+    if (!flags[node].known) {
+        flags[node].known = true;
+        ++known;
+    }
+    if (update.flags & kVlLocationEventXformChanged) {
+        xforms[node] = update.xform;
+        flags[node].absolute = (update.flags & kVlLocationEventXformAbsolute) != 0;
+        markDirty(node);
+    }
+    if (update.flags & kVlLocationEventHiddenChanged) {
+        flags[node].hidden = (update.flags & kVlLocationEventHidden) != 0;
+    }
+    if (update.flags & kVlLocationEventAttributesChanged) {
+        setContent(node, update.attributes);
+    }
+    placeInBatch(node);
+}
+
+void SceneMirror::setSelection(std::span<const char* const> selectedPaths) {
+    const auto mark = [this](std::string_view path, bool isSelected) {
+        if (const std::uint32_t node = find(path); node != kNone) {
+            flags[node].selectedItself = isSelected;
+            markDirty(node);
+        }
+    };
+    for (const std::string& path : selection) {
+        mark(path, false);
+    }
+    selection.clear();
+    for (const char* path : selectedPaths) {
+        selection.emplace(path);
+        mark(path, true);
+    }
+}
+
+void SceneMirror::update() {
+    // An ancestor's walk covers its descendants, so those that come later are found clean.
+    std::sort(dirtyNodes.begin(), dirtyNodes.end(),
+              [this](std::uint32_t a, std::uint32_t b) { return links[a].depth < links[b].depth; });
+    for (const std::uint32_t node : dirtyNodes) {
+        if (flags[node].dirty) {
+            refreshSubtree(node);
+        }
+    }
+    dirtyNodes.clear();
+}
+
+void SceneMirror::forgetUploads() {
+    for (Batch* batch : batchList) {
+        batch->changed = {0, batch->instances.size()};
+    }
+}
+
+Imath::Box3d SceneMirror::getBounds() {
+    Imath::Box3d all;
+    for (Batch* batch : batchList) {
+        const Imath::Box3d& local = geometries[batch->geometry].bounds;
+        if (batch->boundsChanged) {
+            batch->bounds = Imath::Box3d();
+            for (const std::uint32_t node : batch->nodes) {
+                if (!local.isEmpty()) {
+                    batch->bounds.extendBy(Imath::transform(local, worlds[node]));
+                }
+            }
+            batch->boundsChanged = false;
+        }
+        all.extendBy(batch->bounds);
+    }
+    return all;
+}
+
+bool SceneMirror::hasLocation(std::string_view path) const {
+    const std::uint32_t node = find(path);
+    return node != kNone && flags[node].known;
+}
+
+Imath::M44d SceneMirror::getWorldXform(std::string_view path) const {
+    const std::uint32_t node = find(path);
+    return node == kNone ? Imath::M44d() : worlds[node];
+}
+
+std::uint32_t SceneMirror::find(std::string_view path) const {
+    const auto found = nodeByPath.find(path);
+    return found == nodeByPath.end() ? kNone : found->second;
+}
+
+std::uint32_t SceneMirror::findOrCreate(std::string_view path) {
+    std::uint32_t node = find(path);
+    if (node != kNone) {
+        return node;
+    }
+    // Everything that is missing on the way from the top, topmost first.
+    std::vector<std::string_view> missing;
+    for (std::string_view step = path; !step.empty() && node == kNone;) {
+        missing.push_back(step);
+        step = parentPath(step);
+        node = step.empty() ? kNone : find(step);
+    }
+    std::for_each(missing.rbegin(), missing.rend(), [&](std::string_view step) {
+        node = takeNode(node);
+        const auto place = nodeByPath.emplace(step, node).first;
+        paths[node] = &place->first;
+        flags[node].selectedItself = selection.contains(step);
+        markDirty(node);
+    });
+    return node;
+}
+
+std::uint32_t SceneMirror::takeNode(std::uint32_t parent) {
+    auto node = static_cast<std::uint32_t>(links.size());
+    if (freeNodes.empty()) {
+        links.emplace_back();
+        flags.emplace_back();
+        contents.emplace_back();
+        xforms.emplace_back();
+        worlds.emplace_back();
+        paths.push_back(nullptr);
+    } else {
+        node = freeNodes.back();
+        freeNodes.pop_back();
+    }
+    if (parent != kNone) {
+        Links& own = links[node];
+        own.parent = parent;
+        own.depth = links[parent].depth + 1;
+        own.nextSibling = std::exchange(links[parent].firstChild, node);
+        if (own.nextSibling != kNone) {
+            links[own.nextSibling].previousSibling = node;
+        }
+    }
+    return node;
+}
+
+void SceneMirror::removeSubtree(std::uint32_t top) {
+    std::uint32_t above = links[top].parent;
+    unlink(top);
+    walk.assign(1, top);
+    for (std::size_t i = 0; i < walk.size(); ++i) {
+        for (std::uint32_t child = links[walk[i]].firstChild; child != kNone;
+             child = links[child].nextSibling) {
+            walk.push_back(child);
+        }
+    }
+    for (const std::uint32_t node : walk) {
+        freeNode(node);
+    }
+    // Ancestors that nobody told of stood only for what has gone now.
+    while (above != kNone && !flags[above].known && links[above].firstChild == kNone) {
+        const std::uint32_t next = links[above].parent;
+        unlink(above);
+        freeNode(above);
+        above = next;
+    }
+}
+
+void SceneMirror::freeNode(std::uint32_t node) {
+    takeOutOfBatch(node);
+    geometries.release(contents[node].geometry);
+    materials.release(contents[node].material);
+    known -= flags[node].known ? 1 : 0;
+    nodeByPath.erase(nodeByPath.find(*paths[node]));
+    links[node] = {};
+    flags[node] = {};
+    contents[node] = {};
+    xforms[node] = {};
+    worlds[node] = {};
+    paths[node] = nullptr;
+    freeNodes.push_back(node);
+}
+
+void SceneMirror::unlink(std::uint32_t node) {
+    const Links& own = links[node];
+    if (own.previousSibling != kNone) {
+        links[own.previousSibling].nextSibling = own.nextSibling;
+    } else if (own.parent != kNone) {
+        links[own.parent].firstChild = own.nextSibling;
+    }
+    if (own.nextSibling != kNone) {
+        links[own.nextSibling].previousSibling = own.previousSibling;
+    }
+}
+
+void SceneMirror::markDirty(std::uint32_t node) {
+    if (!flags[node].dirty) {
+        flags[node].dirty = true;
+        dirtyNodes.push_back(node);
+    }
+}
+
+void SceneMirror::setContent(std::uint32_t node, const VlAttribute::GroupAttribute& attributes) {
+    std::uint32_t geometry = kNone;
+    std::uint32_t material = kNone;
+    if (const auto kind = Geometry::kindOf(attributes)) {
+        const VlAttribute::GroupAttribute group{attributes.getChildByName("geometry")};
+        geometry = geometries.acquire(Geometry::contentOf(group, *kind),
+                                      [&] { return Geometry::fromAttributes(group, *kind); });
+        const VlAttribute::GroupAttribute look{attributes.getChildByName("material")};
+        material =
+            materials.acquire(look.getHash(), [&] { return Material::fromAttributes(look); });
+    }
+    // Out of the batch before its geometry can go.
+    Content& content = contents[node];
+    if (content.geometry != geometry || content.material != material) {
+        takeOutOfBatch(node);
+    }
+    geometries.release(std::exchange(content.geometry, geometry));
+    materials.release(std::exchange(content.material, material));
+}
+
+void SceneMirror::placeInBatch(std::uint32_t node) {
+    Content& content = contents[node];
+    const bool visible = flags[node].known && !flags[node].hidden && content.geometry != kNone;
+    if (!visible) {
+        takeOutOfBatch(node);
+        return;
+    }
+    if (content.batch) {
+        return;
+    }
+    const auto [place, isNew] = batches.try_emplace({content.geometry, content.material});
+    Batch& batch = place->second;
+    if (isNew) {
+        batch.geometry = content.geometry;
+        batch.material = content.material;
+        batch.serial = ++lastBatchSerial;
+        batch.listPosition = batchList.size();
+        batchList.push_back(&batch);
+    }
+    content.batch = &batch;
+    content.position = static_cast<std::uint32_t>(batch.nodes.size());
+    batch.nodes.push_back(node);
+    // `update` writes the instance, once the world matrix is known.
+    batch.instances.emplace_back();
+    markDirty(node);
+}
+
+void SceneMirror::takeOutOfBatch(std::uint32_t node) {
+    Content& content = contents[node];
+    Batch* batch = std::exchange(content.batch, nullptr);
+    if (!batch) {
+        return;
+    }
+    const std::uint32_t last = batch->nodes.back();
+    if (last != node) {
+        batch->nodes[content.position] = last;
+        batch->instances[content.position] = batch->instances.back();
+        contents[last].position = content.position;
+        batch->changed.include(content.position);
+    }
+    batch->nodes.pop_back();
+    batch->instances.pop_back();
+    batch->boundsChanged = true;
+    if (batch->nodes.empty()) {
+        batchList.back()->listPosition = batch->listPosition;
+        batchList[batch->listPosition] = batchList.back();
+        batchList.pop_back();
+        batches.erase({batch->geometry, batch->material});
+    }
+}
+
+void SceneMirror::refreshSubtree(std::uint32_t top) {
+    walk.assign(1, top);
+    while (!walk.empty()) {
+        const std::uint32_t node = walk.back();
+        walk.pop_back();
+        if (refresh(node)) {
+            for (std::uint32_t child = links[node].firstChild; child != kNone;
+                 child = links[child].nextSibling) {
+                walk.push_back(child);
+            }
+        }
+    }
+}
+
+/// Whether something changed that locations below inherit.
+bool SceneMirror::refresh(std::uint32_t node) {
+    const std::uint32_t parent = links[node].parent;
+    const bool inherits = parent != kNone && !flags[node].absolute;
+    const Imath::M44d local = toMatrix(xforms[node]);
+    const Imath::M44d world = inherits ? local * worlds[parent] : local;
+    const bool selected = flags[node].selectedItself || (parent != kNone && flags[parent].selected);
+    ++computations;
+
+    const bool changed = world != worlds[node] || selected != flags[node].selected;
+    worlds[node] = world;
+    flags[node].selected = selected;
+    flags[node].dirty = false;
+    if (Content& content = contents[node]; content.batch) {
+        content.batch->instances[content.position] = Instance(world, selected);
+        content.batch->changed.include(content.position);
+        content.batch->boundsChanged = true;
+    }
+    return changed;
+}
+
+} // namespace Bundled
