@@ -38,10 +38,11 @@ endforeach()
 set(OSTREL_PYTHON27_NAME python2.7)
 set(OSTREL_PYTHON3_NAME python3)
 
-# ostrel_python_module(NAME SOURCES sources... [DEPENDS libraries...])
-# Makes the targets NAME_py27 and NAME_py3; both files are named NAME.so.
+# ostrel_python_module(NAME SOURCES sources... [DEPENDS libraries...] [FOR_TESTS])
+# Makes the targets NAME_py27 and NAME_py3; both files are named NAME.so. A module FOR_TESTS stands
+# beside the test plug-ins, in a folder named like the interpreter, and is not installed.
 function(ostrel_python_module NAME)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "FOR_TESTS" "" "SOURCES;DEPENDS" ${ARGN})
   foreach(version 27 3)
     set(target ${NAME}_py${version})
     add_library(${target} MODULE ${ARG_SOURCES})
@@ -58,7 +59,12 @@ function(ostrel_python_module NAME)
       LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/${OSTREL_PYTHON${version}_NAME}
       CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
       INSTALL_RPATH "$ORIGIN/..")
-    install(TARGETS ${target} LIBRARY DESTINATION lib/${OSTREL_PYTHON${version}_NAME})
+    if(ARG_FOR_TESTS)
+      set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY
+        ${CMAKE_BINARY_DIR}/test_plugins/${OSTREL_PYTHON${version}_NAME})
+    else()
+      install(TARGETS ${target} LIBRARY DESTINATION lib/${OSTREL_PYTHON${version}_NAME})
+    endif()
   endforeach()
 endfunction()
 

@@ -11,6 +11,7 @@
 #include "optionidgeneratorclient.h"
 #include "pythonchannel.h"
 #include "suites/hostsuites.h"
+#include "suites/optionidgeneratorhostsuite.h"
 #include "vlviewerdelegatehost.h"
 
 #include "PyVlAttribute/PyVlAttribute.h"
