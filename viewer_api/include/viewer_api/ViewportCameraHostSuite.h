@@ -104,7 +104,7 @@ typedef struct ViewportCameraHostSuite {
      * [ui-thread] */
     int (*hasLocationPath)(VlViewportCameraHandle host);
 
-    /* The location that drives this camera, "" for none; never null, valid until it is set again.
+    /* The location that drives this camera; null when none does. Valid until it is set again.
      * [ui-thread] */
     const char* (*getLocationPath)(VlViewportCameraHandle host);
 

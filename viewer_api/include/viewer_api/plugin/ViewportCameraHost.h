@@ -80,7 +80,11 @@ public:
         return found;
     }
     [[nodiscard]] bool hasLocationPath() const { return suite->hasLocationPath(handle) != 0; }
-    [[nodiscard]] std::string getLocationPath() const { return suite->getLocationPath(handle); }
+    /// "" when no location drives the camera.
+    [[nodiscard]] std::string getLocationPath() const {
+        const char* path = suite->getLocationPath(handle);
+        return path ? path : "";
+    }
     void setLocationPath(const std::string& path) const {
         suite->setLocationPath(handle, path.c_str());
     }
