@@ -2,7 +2,7 @@
 
 #include "support/viewporttest.h"
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 namespace {
 
 const std::string kChoose = "choosePixelFormat dc5 8193=1 8208=1 8209=1 8195=8231 8211=8235 "
@@ -306,4 +306,4 @@ TEST_F(SharedGLContextTest, capabilityRecordIsEachViewportsOwnAndMayGoStale) {
 }
 
 } // namespace
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

@@ -5,7 +5,7 @@
 
 #include <stdexcept>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 namespace {
 
 class ViewportCameras : public ViewportTest {
@@ -204,4 +204,4 @@ TEST_F(ViewportCameras, matricesAreTheActiveCameras) {
 }
 
 } // namespace
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

@@ -14,7 +14,7 @@
 #include <cstring>
 #include <stdexcept>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 namespace {
 
 using VlAttribute::GroupAttribute;
@@ -345,4 +345,4 @@ TEST_F(ViewportSuites, viewportOfACameraThatOutlivedItWritesNulls) {
 }
 
 } // namespace
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

@@ -9,7 +9,7 @@
 
 #include <stdexcept>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 namespace {
 
 class ViewportReentrance : public ViewportTest {
@@ -239,4 +239,4 @@ TEST_F(ViewportReentrance, anExceptionLeavesNoCallBehind) {
 }
 
 } // namespace
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

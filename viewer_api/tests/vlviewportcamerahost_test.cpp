@@ -9,7 +9,7 @@
 #include <random>
 #include <stdexcept>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 namespace {
 
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
@@ -450,4 +450,4 @@ TEST_F(VlViewportCameraHost, exceptionOfSetDirtyPassesThroughAndTheValueStays) {
 }
 
 } // namespace
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

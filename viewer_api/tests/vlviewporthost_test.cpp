@@ -7,7 +7,7 @@
 
 #include <stdexcept>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 namespace {
 
 using VlAttribute::GroupAttribute;
@@ -341,4 +341,4 @@ TEST_F(VlViewportHost, exceptionOfDestroyEndsWithTheViewport) {
 }
 
 } // namespace
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

@@ -7,7 +7,7 @@
 
 #include <stdexcept>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 namespace {
 
 using VlAttribute::GroupAttribute;
@@ -224,4 +224,4 @@ TEST_F(VlViewportLayerHost, exceptionOfCleanupDoesNotKeepItAlive) {
 }
 
 } // namespace
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 
 /// The calls that doubles got, in order, a line each: "getDC 7", "layer1.draw". Doubles that share
 /// a journal show the order of calls between them.
@@ -34,4 +34,4 @@ private:
     }
 };
 
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

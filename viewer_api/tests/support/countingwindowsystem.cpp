@@ -2,7 +2,7 @@
 
 #include <numeric>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 
 namespace {
 
@@ -116,4 +116,4 @@ int CountingWindowSystem::swapBuffers(NativeDeviceContext deviceContext) {
     return deviceContext && !fails("swapBuffers") ? 1 : 0;
 }
 
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

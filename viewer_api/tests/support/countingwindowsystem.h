@@ -8,7 +8,7 @@
 #include <set>
 #include <string>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 
 /// A window system without windows: writes every call into a journal and answers as told.
 ///
@@ -65,4 +65,4 @@ private:
     std::map<int, std::string> contexts_;
 };
 
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

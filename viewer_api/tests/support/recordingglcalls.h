@@ -3,7 +3,7 @@
 #include "glcalls.h"
 #include "support/calljournal.h"
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 
 /// Writes the host's own GL calls into a journal instead of making them. In force while it lives.
 class RecordingGLCalls : public GLCalls {
@@ -25,4 +25,4 @@ private:
     CallJournal& journal_;
 };
 
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

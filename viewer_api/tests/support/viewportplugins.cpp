@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 
 namespace {
 
@@ -257,4 +257,4 @@ int ViewportPlugins::called(void* instance, const std::string& entry,
     return answer == answers.end() ? 0 : answer->second;
 }
 
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 
 /// Plug-ins of the kinds Viewport, ViewportLayer and ViewportCamera that live in the test program,
 /// write every call into a journal and answer as told. Registered while this object lives, of
@@ -63,4 +63,4 @@ private:
     std::vector<std::pair<std::string, std::string>> registered_;
 };
 
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test

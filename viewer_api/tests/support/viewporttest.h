@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-namespace ViewerAPI::Testing {
+namespace ViewerAPI::test {
 
 using Lines = std::vector<std::string>;
 
@@ -55,4 +55,4 @@ private:
     LogLevel logLevelBefore_ = getLogLevel();
 };
 
-} // namespace ViewerAPI::Testing
+} // namespace ViewerAPI::test
