@@ -14,14 +14,6 @@ protected:
         viewport = makeViewport();
         journal.take();
     }
-    void TearDown() override {
-        // A viewport leaves its cameras alive.
-        const auto cameras = viewport->cameras;
-        viewport.reset();
-        for (auto* camera : cameras)
-            HostObject::retire(camera);
-    }
-
     VlViewportCameraHostStruct* add(const std::string& name) {
         return viewport->addCamera("Recording", name);
     }

@@ -49,13 +49,6 @@ protected:
         viewport = makeViewport();
         journal.take();
     }
-    void TearDown() override {
-        const auto cameras = viewport->cameras;
-        viewport.reset();
-        for (auto* camera : cameras)
-            HostObject::retire(camera);
-    }
-
     // What a plug-in has: its own pointer and the tables.
     const ViewportHostSuite& suite = *getViewportHostSuite();
     const ViewportLayerHostSuite& layerSuite = *getViewportLayerHostSuite();
@@ -341,7 +334,6 @@ TEST_F(ViewportSuites, viewportOfACameraThatOutlivedItWritesNulls) {
     Triple triple;
     cameraSuite.getViewport(camera, &triple.host, &triple.instance, &triple.suite);
     EXPECT_TRUE(names(triple, kNoLayer));
-    HostObject::retire(camera);
 }
 
 } // namespace

@@ -314,7 +314,6 @@ TEST_F(VlViewportHost, endLeavesTheCamerasAlive) {
     viewport.reset();
     EXPECT_FALSE(plugins.instance("camera1").isDestroyed);
     EXPECT_EQ(plugins.instance("camera1").host, camera);
-    HostObject::retire(camera);
 }
 
 TEST_F(VlViewportHost, exceptionsOfThePluginPassThrough) {

@@ -1,5 +1,7 @@
 #include "support/viewportplugins.h"
 
+#include "vlviewportcamerahost.h"
+
 #include "VlPluginSystem/VlPluginSystem.h"
 #include "viewer_api/ViewportCameraPluginSuite.h"
 #include "viewer_api/ViewportLayerPluginSuite.h"
@@ -227,6 +229,12 @@ ViewportPlugins::Instance& ViewportPlugins::instance(const std::string& name) {
 int ViewportPlugins::livingInstances() const {
     return static_cast<int>(std::ranges::count_if(
         instances_, [](const auto& candidate) { return !candidate->isDestroyed; }));
+}
+
+void ViewportPlugins::endCameras() {
+    for (const auto& candidate : instances_)
+        if (!candidate->isDestroyed && candidate->name.starts_with("camera"))
+            HostObject::retire(static_cast<VlViewportCameraHostStruct*>(candidate->host));
 }
 
 void* ViewportPlugins::create(const char* kind, void* host) {

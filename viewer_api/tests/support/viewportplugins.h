@@ -40,6 +40,9 @@ public:
     /// How many were created and not destroyed.
     [[nodiscard]] int livingInstances() const;
 
+    /// Ends the cameras that are left, as a viewport's end leaves its cameras alive.
+    void endCameras();
+
     /// Runs when an entry is called, after it is written down: key "layer1.draw". May throw, call
     /// hosts and remove them; runs at every call until it is taken out.
     std::map<std::string, std::function<void(Instance&)>> hooks;

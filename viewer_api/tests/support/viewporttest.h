@@ -29,6 +29,7 @@ protected:
         setLogSink([this](const LogRecord& record) { log.push_back(record); });
     }
     ~ViewportTest() override {
+        plugins.endCameras();
         setLogSink({});
         setLogLevel(logLevelBefore_);
         SharedGLContext::instance() = SharedGLContext();
