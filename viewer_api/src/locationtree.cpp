@@ -21,6 +21,10 @@ void LocationTree::cook(std::string_view path, GroupAttribute attributes,
     if (!node->cooked) {
         node->cooked = true;
         hasChanged = true;
+        if (node->proxy) {
+            // Its cooks never tell of the working set, and its deletion took that state away.
+            inheritState(*node, *node->parent);
+        }
     }
     if (node->leaf != isLeaf) {
         node->leaf = isLeaf;
@@ -251,7 +255,7 @@ void LocationTree::attachToParent(LocationNode& node, LocationNode& parent, bool
     } else {
         // What the parent was at the last collection: what it has become since, its own walk
         // brings, by comparing with what it was.
-        node.collapsed = parent.collapsed || !parent.wasOpen;
+        node.collapsed = parent.collapsed || (!parent.proxy && !parent.wasOpen);
         attach(node, parent, parent.children);
     }
     node.inheritedHidden = parent.wasHidden || parent.inheritedHidden;

@@ -4,6 +4,15 @@
 
 namespace ViewerAPI {
 
+namespace {
+
+/// What lies below a proxy are proxies, and those don't heed whether it is open.
+bool collapsesChildren(const LocationNode& node) {
+    return node.collapsed || (!node.proxy && !node.open);
+}
+
+} // namespace
+
 void LocationTree::collect(std::vector<LocationChange>& out) {
     out.clear();
     if (mode_ != previousMode_) {
@@ -26,7 +35,7 @@ void LocationTree::walk(LocationNode& node, const Inherited& inherited,
     }
     const bool isExpansion = mode_ == Mode::Expansion;
     const bool wasCooked = node.wasCooked || node.cooked;
-    const bool didCollapseChildren = node.collapsed || !node.wasOpen;
+    const bool didCollapseChildren = node.collapsed || (!node.proxy && !node.wasOpen);
     const bool didHideChildren = node.wasHidden || node.inheritedHidden;
 
     if (inherited.parentRemoved) {
@@ -40,7 +49,7 @@ void LocationTree::walk(LocationNode& node, const Inherited& inherited,
         node.cooked = node.workingSetCooked = false;
     }
     if (inherited.collapsedChanged && isExpansion) {
-        node.collapsed = node.parent->collapsed || (!node.proxy && !node.parent->open);
+        node.collapsed = node.proxy ? node.parent->collapsed : collapsesChildren(*node.parent);
     }
     if (inherited.inheritState) {
         inheritState(node, *node.parent);
@@ -72,8 +81,7 @@ void LocationTree::walk(LocationNode& node, const Inherited& inherited,
     forChildren.parentUncooked = wasCooked && !node.cooked;
     forChildren.parentDeleted = inherited.parentDeleted || isDoomed;
     forChildren.collapsedChanged =
-        isExpansion &&
-        (inherited.modeChanged || didCollapseChildren != (node.collapsed || !node.open));
+        isExpansion && (inherited.modeChanged || didCollapseChildren != collapsesChildren(node));
     forChildren.inheritState = inherited.inheritState;
     forChildren.modeChanged = inherited.modeChanged;
     forChildren.hiddenChanged = didHideChildren != isHidden(node);
