@@ -24,8 +24,8 @@ extern "C" {
 #define VL_VIEWER_DELEGATE_HOST_SUITE_VERSION 3
 
 typedef struct ViewerDelegateHostSuite {
-    /* Views another op of the scene. Non-zero when there is one with this id; otherwise the view
-     * stays as it is.
+    /* Views the op of the scene with this id: the commit id of the change, or -1 when it is viewed
+     * already. An unknown id makes the view empty. The application hears of every call.
      * [ui-thread] */
     int (*setViewOp)(VlViewerDelegateHandle host, int opId);
 
