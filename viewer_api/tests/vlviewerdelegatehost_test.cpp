@@ -2,7 +2,7 @@
 
 #include "support/delegatetest.h"
 
-#include "VlPluginSystem/VlPluginSystem.h"
+#include "VlLogging/LogSink.h"
 
 #include <stdexcept>
 
@@ -44,7 +44,7 @@ TEST_F(VlViewerDelegateHost, makesClientsAndOpsInOneTransactionAfterThePlugin) {
                 ElementsAre("createRuntime runtime-async", "createTransaction",
                             "createClient client5", "createClient client6", "createClient client7",
                             "createClient client8", "setEventCachingEnabled client8 1",
-                            "createOp op4", "setOpArgs op4 no-op {}", "createOp op5",
+                            "createOp op4", "setOpArgs op4 no-op null", "createOp op5",
                             "createOp op6", "setOpInputs op6 [op5]",
                             "setOpArgs op6 WorkingSet.Prune {groupName=\"__viewerWorkingSets\"}",
                             "setOpArgs op5 WorkingSet.MultipleOnePassResolve {}", "commit 2",
@@ -248,7 +248,9 @@ TEST_F(VlViewerDelegateHost, survivesAPluginThatThrowsFromDestroy) {
             throw std::runtime_error("from destroy");
     };
     const std::int32_t count = VlViewerDelegateHostStruct::getInstanceCount();
+    setLogSink([](const LogRecord&) {});
     delegate.reset();
+    setLogSink({});
     EXPECT_EQ(VlViewerDelegateHostStruct::getInstanceCount(), count - 1);
     plugin.onCall = nullptr;
 }
