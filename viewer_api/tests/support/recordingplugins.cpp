@@ -1,6 +1,7 @@
 #include "support/recordingplugins.h"
 
 #include "support/attributetext.h"
+#include "support/flagstext.h"
 
 #include "VlPluginSystem/VlPluginSystem.h"
 #include "viewer_api/ViewerDelegateComponentPluginSuite.h"
@@ -43,27 +44,6 @@ std::vector<std::string> PluginLog::take(std::string_view entry) {
         return std::string_view(line).substr(begin, line.find(' ', begin) - begin) != entry;
     });
     return taken;
-}
-
-std::string textOfFlags(std::uint32_t flags) {
-    static const std::pair<std::uint32_t, const char*> kNames[] = {
-        {kVlLocationEventXformAbsolute, "absolute"},
-        {kVlLocationEventHidden, "hidden"},
-        {kVlLocationEventLeaf, "leaf"},
-        {kVlLocationEventProxy, "proxy"},
-        {kVlLocationEventRemoved, "removed"},
-        {kVlLocationEventAttributesChanged, "attributesChanged"},
-        {kVlLocationEventXformChanged, "xformChanged"},
-        {kVlLocationEventHiddenChanged, "hiddenChanged"},
-        {kVlLocationEventLeafChanged, "leafChanged"}};
-    std::string text;
-    for (const auto& [bit, name] : kNames) {
-        if ((flags & bit) != 0) {
-            text += (text.empty() ? "" : " ") + std::string(name);
-            flags &= ~bit;
-        }
-    }
-    return flags == 0 ? text : text + " unknown bits " + std::to_string(flags);
 }
 
 /// The entries of both tables; an instance is the RecordingPlugin.

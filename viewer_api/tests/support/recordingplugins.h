@@ -40,9 +40,6 @@ struct RecordedEvent {
     bool isSource = false;
 };
 
-/// The names of the set bits, as in the log.
-std::string textOfFlags(std::uint32_t locationEventFlags);
-
 /// A ViewerDelegate or ViewerDelegateComponent plug-in that lives in the test program, registered
 /// as long as this object lives. It records its calls and answers as told. One object may have
 /// several instances; they share it.

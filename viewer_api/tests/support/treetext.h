@@ -1,7 +1,7 @@
 #pragma once
 
 #include "locationchange.h"
-#include "support/recordingplugins.h"
+#include "support/flagstext.h"
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
