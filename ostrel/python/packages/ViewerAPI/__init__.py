@@ -1,0 +1,26 @@
+"""The viewer: delegates, viewports, cameras and layers, and the bridge to the application.
+
+Everything of the extension module ViewerAPI_cmodule is here under its own name:
+
+    import ViewerAPI
+    delegate = ViewerAPI.CreateViewerDelegate("SceneDelegate")
+    delegate.setup()
+    viewport = delegate.addViewport("SceneViewport", "main")
+
+Besides, there is the class ManipulatorBridge. Each delegate makes an instance of whatever class
+stands under that name when it is created, so an application that stores edits replaces it first:
+
+    class NodeGraphBridge(ViewerAPI.ManipulatorBridge):
+        def setValue(self, locationPath, attributeName, attribute, isFinal):
+            ...
+
+    ViewerAPI.ManipulatorBridge = NodeGraphBridge
+
+The package "ostrel" puts scene and viewer together for scripts.
+"""
+from ViewerAPI_cmodule import *  # noqa: F401,F403
+from ViewerAPI_cmodule import __doc__ as _moduleDocumentation
+
+from ViewerAPI.manipulatorbridge import ManipulatorBridge
+
+__doc__ += "\n" + (_moduleDocumentation or "")

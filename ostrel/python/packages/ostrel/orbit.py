@@ -1,0 +1,116 @@
+"""Where a camera stands."""
+import math
+
+_UNIT_BOX = (-1.0, 1.0, -1.0, 1.0, -1.0, 1.0)
+_PERSPECTIVE = 1  # ViewerAPI.kVlViewportCameraTypePerspective
+
+
+def _dot(a, b):
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]
+
+
+def usableBounds(bounds):
+    """Six finite numbers (xmin, xmax, ymin, ymax, zmin, zmax) with min <= max on each axis.
+
+    What is None, inverted or not finite becomes a box of size 2 around the origin.
+    """
+    if bounds is None:
+        return _UNIT_BOX
+    bounds = tuple(float(value) for value in bounds)
+    isUsable = len(bounds) == 6 and all(abs(value) < 1e300 for value in bounds) and all(
+        bounds[axis] <= bounds[axis + 1] for axis in (0, 2, 4))
+    return bounds if isUsable else _UNIT_BOX
+
+
+class Orbit(object):
+    """A camera that looks at a target from a distance.
+
+    yaw     degrees around the y axis; 0 looks along -z, positive values go round to the right
+    pitch   degrees above the horizon, within -89 and 89
+    radius  size of what is looked at: how far the near and far planes reach
+    """
+
+    #: How much of the picture what is framed fills, at most.
+    FILL = 0.86
+
+    def __init__(self, target=(0.0, 0.0, 0.0), distance=20.0, yaw=35.0, pitch=22.0, radius=10.0):
+        self.target = tuple(target)
+        self.distance = distance
+        self.yaw = yaw
+        self.pitch = pitch
+        self.radius = radius
+
+    def axes(self):
+        """The camera's right, up and back axes in world space: unit vectors."""
+        yaw, pitch = math.radians(self.yaw), math.radians(self.pitch)
+        right = (math.cos(yaw), 0.0, -math.sin(yaw))
+        back = (math.sin(yaw) * math.cos(pitch), math.sin(pitch), math.cos(yaw) * math.cos(pitch))
+        up = (-math.sin(yaw) * math.sin(pitch), math.cos(pitch), -math.cos(yaw) * math.sin(pitch))
+        return right, up, back
+
+    def origin(self):
+        """Where the camera is, in world space."""
+        back = self.axes()[2]
+        return tuple(self.target[i] + self.distance * back[i] for i in range(3))
+
+    def viewMatrix(self):
+        """World to camera: 16 numbers, row vectors."""
+        right, up, back = self.axes()
+        origin = self.origin()
+        return (right[0], up[0], back[0], 0.0,
+                right[1], up[1], back[1], 0.0,
+                right[2], up[2], back[2], 0.0,
+                -_dot(origin, right), -_dot(origin, up), -_dot(origin, back), 1.0)
+
+    def frame(self, bounds, fov=45.0, aspect=1.0):
+        """Keeps the direction and steps back until bounds fit a picture.
+
+        fov is the vertical angle in degrees, aspect the picture's width by its height. A point
+        counts as a small box.
+        """
+        bounds = usableBounds(bounds)
+        self.target = tuple((bounds[i] + bounds[i + 1]) / 2 for i in (0, 2, 4))
+        halves = [(bounds[i + 1] - bounds[i]) / 2 for i in (0, 2, 4)]
+        self.radius = math.sqrt(_dot(halves, halves))
+        if self.radius == 0.0:
+            self.radius = max(1e-3, 1e-3 * max(abs(value) for value in self.target))
+            halves = [self.radius] * 3
+        right, up, back = self.axes()
+        slopeUp = math.tan(math.radians(fov) / 2) * self.FILL
+        slopeRight = slopeUp * aspect
+        self.distance = 0.0
+        for corner in range(8):
+            point = [halves[i] if corner >> i & 1 else -halves[i] for i in range(3)]
+            depth = _dot(point, back)
+            self.distance = max(self.distance, depth + abs(_dot(point, right)) / slopeRight,
+                                depth + abs(_dot(point, up)) / slopeUp)
+
+    def orbit(self, yaw, pitch):
+        """Turns around the target, by degrees."""
+        self.yaw = (self.yaw + yaw) % 360.0
+        self.pitch = min(89.0, max(-89.0, self.pitch + pitch))
+
+    def zoom(self, factor):
+        """Comes nearer by a factor above 1, goes back by one below."""
+        self.distance = min(1e12, max(self.radius * 1e-3, self.distance / factor))
+
+    def pan(self, right, up, fov=45.0):
+        """Moves target and camera; the numbers are in heights of the picture."""
+        height = 2 * self.distance * math.tan(math.radians(fov) / 2)
+        rightAxis, upAxis, _ = self.axes()
+        self.target = tuple(self.target[i] + height * (right * rightAxis[i] + up * upAxis[i])
+                            for i in range(3))
+
+    def nearFar(self):
+        """The planes between which everything framed, and the ground far around it, is drawn."""
+        near = max(self.distance * 1e-2, (self.distance - self.radius) / 2)
+        return near, max(self.distance + 40 * self.radius, near * 2)
+
+    def apply(self, camera, aspect=1.0):
+        """Puts a ViewportCamera there."""
+        camera.setViewMatrix(self.viewMatrix())
+        camera.setCenterOfInterest(self.distance)
+        camera.setNearFar(*self.nearFar())
+        if camera.getCameraTypeID() != _PERSPECTIVE:
+            height = 2 * self.distance * math.tan(math.radians(camera.getFOV()) / 2)
+            camera.setOrthographicWidth(height * aspect)

@@ -1,0 +1,144 @@
+"""A scene and a viewer delegate that shows it."""
+import os
+import time
+
+import PyScenelib
+import PyWindowSystem
+from PyVlAttribute import FloatAttribute, GroupAttribute, GroupBuilder, StringAttribute
+
+import ViewerAPI
+from ostrel.orbit import usableBounds
+from ostrel.plugins import loadPlugins
+from ostrel.view import View
+
+#: The longest time between two looks at a scene that is being cooked, in seconds.
+_PUMP_PERIOD = 0.02
+
+
+class Session(object):
+    """A scene that is the merger of its models and other ops, and the delegate that views it.
+
+    Everything cooks in the background: pump() waits for it and passes it to the viewer. A session
+    is used from one thread, and ends with close() or at the end of a "with" block.
+
+    delegate  the ViewerAPI.ViewerDelegate; set up, viewing the scene, with all locations open
+    """
+
+    def __init__(self, delegatePlugin="SceneDelegate"):
+        loadPlugins()
+        self._time = 0.0
+        self._imports = []  # (op id, args)
+        self._inputs = []
+        self._merge = PyScenelib.createOp("Scene.Merge")
+        self._windowIds = []
+        self.delegate = ViewerAPI.CreateViewerDelegate(delegatePlugin)
+        self.delegate.setup()
+        self.delegate.addComponent("LocationExpander", "expander")
+        self._errors = self.delegate.addComponent("ErrorCollector", "errors")
+        self.delegate.setViewOp(self._merge)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exception):
+        self.close()
+
+    def close(self):
+        """Ends the viewer and its off-screen windows. Further calls do nothing."""
+        if self.delegate is None:
+            return
+        self.delegate.cleanup()
+        self.delegate = None
+        self._errors = None
+        for windowId in self._windowIds:
+            PyWindowSystem.destroyOffscreen(windowId)
+        self._windowIds = []
+
+    # The scene.
+
+    def importModel(self, path):
+        """Adds a model file to the scene, under a location of its own; returns the op's id.
+
+        Importing happens later: a file that can't be read shows in getErrors() after a pump().
+        """
+        args = GroupAttribute(("filePath", StringAttribute(os.path.abspath(path))))
+        op = PyScenelib.createOp("Geometry.Import", self._timed(args))
+        self._imports.append((op, args))
+        self.addOp(op)
+        return op
+
+    def createOp(self, opType, args=None, inputs=()):
+        """Makes an op and adds it to the scene; returns its id. See PyScenelib.getOpTypes()."""
+        op = PyScenelib.createOp(opType, args, inputs)
+        self.addOp(op)
+        return op
+
+    def addOp(self, op):
+        """Merges an op of PyScenelib into the scene."""
+        self._inputs.append(op)
+        PyScenelib.setOpInputs(self._merge, self._inputs)
+
+    def removeOp(self, op):
+        """Takes an op, or a model by the id that importModel gave, out of the scene."""
+        self._inputs.remove(op)
+        self._imports = [(each, args) for each, args in self._imports if each != op]
+        PyScenelib.setOpInputs(self._merge, self._inputs)
+
+    def setTime(self, frame):
+        """Shows the models at this frame."""
+        self._time = float(frame)
+        transaction = PyScenelib.Transaction()
+        for op, args in self._imports:
+            transaction.setOpArgs(op, "Geometry.Import", self._timed(args))
+        transaction.commit()
+
+    def getTime(self):
+        """The frame that is shown, at first 0."""
+        return self._time
+
+    def _timed(self, args):
+        builder = GroupBuilder().update(args)
+        return builder.set("system.timeSlice.currentTime", FloatAttribute(self._time)).build()
+
+    # The viewer.
+
+    def pump(self, progress=None, timeout=None):
+        """Passes what is cooked to the viewer until nothing is left to do.
+
+        progress, a callable, is told the seconds so far after each round; False from it stops.
+        timeout is in seconds. Returns whether everything is done.
+        """
+        begin = time.time()
+        while True:
+            self.delegate.processLocationEvents()
+            if not self.delegate.isProcessing():
+                return True
+            elapsed = time.time() - begin
+            if progress is not None and progress(elapsed) is False:
+                return False
+            if timeout is not None and elapsed >= timeout:
+                return False
+            PyScenelib.waitUntilIdle(_PUMP_PERIOD)
+
+    def getErrors(self):
+        """What failed: a list of (location path, message)."""
+        flat = list(self._errors.getOptionByName("errors"))
+        return list(zip(flat[::2], flat[1::2]))
+
+    def getBounds(self):
+        """The extent of all that the viewer knows, in world space: (xmin, xmax, ymin, ymax, zmin,
+        zmax), or None without any."""
+        bounds = self.delegate.computeMergedExtent(["/root"])
+        if bounds is None or len(bounds) != 6:
+            return None
+        return usableBounds(bounds)
+
+    def addView(self, windowId, width, height, name="main", cameraPlugin="PerspectiveCamera"):
+        """A View in a native window of this size in pixels; names of views are unique."""
+        return View(self, windowId, width, height, name, cameraPlugin)
+
+    def addOffscreenView(self, width, height, name="picture", cameraPlugin="PerspectiveCamera"):
+        """A View of this size in pixels that shows on no screen, for pictures."""
+        windowId = PyWindowSystem.createOffscreen(width, height)
+        self._windowIds.append(windowId)
+        return self.addView(windowId, width, height, name, cameraPlugin)

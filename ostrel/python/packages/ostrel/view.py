@@ -1,0 +1,67 @@
+"""A viewport with everything that a picture needs."""
+import PyWindowSystem
+
+from ostrel.orbit import Orbit
+
+
+class View(object):
+    """A viewport that shows a session's scene. Made by Session.addView and addOffscreenView.
+
+    viewport  the ViewerAPI.Viewport
+    camera    its ViewerAPI.ViewportCamera
+    orbit     where the camera stands; call updateCamera() after changing it
+    """
+
+    def __init__(self, session, windowId, width, height, name, cameraPlugin):
+        self._session = session
+        self._windowId = windowId
+        self.width, self.height = width, height
+        self.orbit = Orbit()
+        self.viewport = session.delegate.addViewport("SceneViewport", name)
+        self.viewport.setup(windowId)
+        self.viewport.addLayer("MeshLayer", "meshes")
+        self.viewport.addLayer("GridLayer", "grid")
+        self.camera = self.viewport.addCamera(cameraPlugin, "main")
+        self.viewport.setActiveCamera(self.camera)
+        self.resize(width, height)
+
+    @property
+    def aspect(self):
+        """Width by height."""
+        return float(self.width) / max(1, self.height)
+
+    def resize(self, width, height):
+        """The window has this size in pixels."""
+        self.width, self.height = width, height
+        if self._windowId < 0:
+            PyWindowSystem.resizeOffscreen(self._windowId, width, height)
+        self.viewport.resize(width, height)
+        self.updateCamera()
+
+    def frame(self, bounds=None):
+        """Brings the scene, or the given bounds, into the picture without turning the camera."""
+        if bounds is None:
+            bounds = self._session.getBounds()
+        self.orbit.frame(bounds, self.camera.getFOV(), self.aspect)
+        self.updateCamera()
+
+    def updateCamera(self):
+        """Puts the camera where the orbit is."""
+        self.orbit.apply(self.camera, self.aspect)
+        self.viewport.setDirty(True)
+
+    def draw(self):
+        """Draws what the delegate knows by now."""
+        self.viewport.draw()
+        self.viewport.setDirty(False)
+
+    def readPixels(self):
+        """Draws, and gives (width, height, bytes): RGBA, top row first. Off-screen views only."""
+        self.draw()
+        return PyWindowSystem.readPixels(self._windowId)
+
+    def savePicture(self, path):
+        """Draws, and writes a PNG file. Off-screen views only. Raises RuntimeError naming the file
+        when it can't be written."""
+        width, height, pixels = self.readPixels()
+        PyWindowSystem.writePng(path, width, height, pixels)

@@ -1,0 +1,127 @@
+"""Shows models: in a window, or as a picture.
+
+The command line of ./view.sh, which builds what this needs and starts it with the right paths.
+"""
+from __future__ import print_function
+
+import argparse
+import os
+import re
+import sys
+
+DESCRIPTION = """Shows models: in a window, or as a picture."""
+EPILOG = """With a display a window opens: drag to orbit, drag with the middle button or with shift to
+pan, turn the wheel or drag with the right button to zoom, press F to frame everything. Without a
+display, or with --output, a picture is written. A model that can't be read is reported on a line of
+its own and the others still show; the exit status is then 1."""
+
+
+def parseSize(text):
+    match = re.match(r"^([1-9][0-9]{0,4})x([1-9][0-9]{0,4})$", text)
+    if not match or max(int(number) for number in match.groups()) > 16384:
+        raise argparse.ArgumentTypeError("\"%s\" is not WIDTHxHEIGHT, 1x1 to 16384x16384" % text)
+    return tuple(int(number) for number in match.groups())
+
+
+def parseArguments(arguments):
+    parser = argparse.ArgumentParser(prog="view", description=DESCRIPTION, epilog=EPILOG)
+    parser.add_argument("scenes", metavar="SCENE", nargs="*",
+                        help="a model file; several are shown together (default: a bundled scene)")
+    parser.add_argument("--output", metavar="FILE.png",
+                        help="write a picture (default without a display: view.png)")
+    parser.add_argument("--size", metavar="WxH", type=parseSize, default=(1280, 720),
+                        help="of the picture or window, in pixels (default: 1280x720)")
+    parser.add_argument("--frame", metavar="N", type=float, default=0.0,
+                        help="show animated models at this frame (default: 0)")
+    parser.add_argument("--python", metavar="2.7|3", help="the interpreter that runs this")
+    parsed = parser.parse_args(arguments)
+    if not parsed.output and not os.environ.get("DISPLAY"):
+        parsed.output = "view.png"
+    return parsed
+
+
+class Failures(object):
+    """Tells the user, once each, what could not be shown."""
+
+    def __init__(self):
+        self.told = set()
+
+    def tell(self, text):
+        line = " ".join(text.split())
+        if line not in self.told:
+            self.told.add(line)
+            print("view: " + line, file=sys.stderr)
+
+    def tellErrors(self, session):
+        for path, message in session.getErrors():
+            self.tell(message or "%s: unknown error" % path)
+
+
+def loadScenes(session, options):
+    import defaultscene
+
+    if options.scenes:
+        for scene in options.scenes:
+            session.importModel(scene)
+    else:
+        defaultscene.addTo(session)
+    session.setTime(options.frame)
+
+
+def writePicture(session, options, failures):
+    isTerminal = sys.stderr.isatty()
+    shown = []
+
+    def progress(elapsed):
+        # Quick scenes need no word.
+        if isTerminal and elapsed > 0.5:
+            shown.append(elapsed)
+            print("\rview: loading, %.1f s" % elapsed, end="", file=sys.stderr)
+            sys.stderr.flush()
+
+    view = session.addOffscreenView(*options.size)
+    session.pump(progress)
+    if shown:
+        print("\r" + " " * 30 + "\r", end="", file=sys.stderr)
+    failures.tellErrors(session)
+    if session.getBounds() is None and failures.told:
+        return  # a picture of nothing would pass for one of the models
+    view.frame()
+    view.savePicture(options.output)
+
+
+def openWindow(session, options, failures):
+    try:
+        import qtwindow as window
+    except ImportError:
+        import tkwindow as window
+    window.run(session, options.size, title(options.scenes),
+               lambda: failures.tellErrors(session))
+
+
+def title(scenes):
+    names = [os.path.basename(scene) for scene in scenes]
+    return ", ".join(names[:3]) + (", ..." if len(names) > 3 else "") if names else "view"
+
+
+def main(arguments):
+    options = parseArguments(arguments)
+    failures = Failures()
+    try:
+        import ostrel
+
+        with ostrel.Session() as session:
+            loadScenes(session, options)
+            if options.output:
+                writePicture(session, options, failures)
+            else:
+                openWindow(session, options, failures)
+    except (ImportError, RuntimeError, ValueError) as error:
+        failures.tell(str(error))
+    except KeyboardInterrupt:
+        return 130
+    return 1 if failures.told else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
