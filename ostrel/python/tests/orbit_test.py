@@ -1,0 +1,138 @@
+"""Where ostrel's cameras stand, and the bridge's defaults."""
+import itertools
+import math
+import random
+import unittest
+
+from ostrel.orbit import Orbit, usableBounds
+
+BOXES = {
+    "cube": (-1, 1, -1, 1, -1, 1),
+    "far away": (1000, 1001, 2000, 2003, -500, -490),
+    "flat": (-5, 5, 0, 0, -2, 2),
+    "needle": (0, 0, -100, 100, 0, 0),
+    "tiny": (1e-6, 2e-6, 0, 1e-6, 0, 1e-6),
+    "huge": (-1e9, 1e9, 0, 1e8, -1e9, 1e9),
+}
+
+
+def transform(point, matrix):
+    row = tuple(point) + (1.0,)
+    return [sum(row[i] * matrix[4 * i + j] for i in range(4)) for j in range(4)]
+
+
+def corners(bounds):
+    return itertools.product(bounds[0:2], bounds[2:4], bounds[4:6])
+
+
+class FakeCamera(object):
+    """Records what an orbit sets."""
+
+    def __init__(self, cameraType):
+        self.cameraType = cameraType
+        self.set = {}
+
+    def getCameraTypeID(self):
+        return self.cameraType
+
+    def getFOV(self):
+        return 60.0
+
+    def __getattr__(self, name):
+        return lambda *values: self.set.__setitem__(name, values)
+
+
+class OrbitTest(unittest.TestCase):
+    def testViewMatrixTurnsButDoesNotScaleAndLooksAtTheTarget(self):
+        for yaw, pitch in itertools.product((0, 35, 90, 200, 359), (-89, -20, 0, 45, 89)):
+            orbit = Orbit((3, -4, 5), 7.0, yaw, pitch)
+            matrix = orbit.viewMatrix()
+            rows = [matrix[4 * i:4 * i + 3] for i in range(3)]
+            for i, j in itertools.product(range(3), range(3)):
+                product = sum(a * b for a, b in zip(rows[i], rows[j]))
+                self.assertAlmostEqual(product, 1.0 if i == j else 0.0, 12)
+            for value, expected in zip(transform(orbit.target, matrix), (0, 0, -7, 1)):
+                self.assertAlmostEqual(value, expected, 9)
+            for value, expected in zip(transform(orbit.origin(), matrix), (0, 0, 0, 1)):
+                self.assertAlmostEqual(value, expected, 9)
+            up = transform((3, -3, 5), matrix)
+            self.assertTrue(up[1] > 0, "the y axis points up in the picture")
+            self.assertAlmostEqual(up[0], 0, 9)
+
+    def testFrameFitsEveryBoxTightlyFromEveryDirection(self):
+        for (name, box), aspect, fov in itertools.product(BOXES.items(), (0.3, 1.0, 16 / 9.0),
+                                                          (20.0, 45.0, 100.0)):
+            for yaw, pitch in ((35, 22), (0, 0), (120, -60), (270, 89)):
+                orbit = Orbit(yaw=yaw, pitch=pitch)
+                orbit.frame(box, fov, aspect)
+                slope = math.tan(math.radians(fov) / 2)
+                near, far = orbit.nearFar()
+                matrix = orbit.viewMatrix()
+                reach = 0.0
+                for corner in corners(box):
+                    x, y, z, _ = transform(corner, matrix)
+                    self.assertTrue(near < -z < far, name)
+                    reach = max(reach, abs(x) / (-z * slope * aspect), abs(y) / (-z * slope))
+                self.assertAlmostEqual(reach, Orbit.FILL, 4, "%s from %d, %d" % (name, yaw, pitch))
+
+    def testFrameOfAPointStepsBackALittle(self):
+        orbit = Orbit()
+        orbit.frame((5, 5, 5, 5, 5, 5))
+        self.assertEqual(orbit.target, (5, 5, 5))
+        self.assertTrue(0 < orbit.distance < 1)
+
+    def testUnusableBoundsBecomeABoxAroundTheOrigin(self):
+        inf, nan = float("inf"), float("nan")
+        for bounds in (None, (), (1, -1, 0, 0, 0, 0), (0, inf, 0, 1, 0, 1), (nan,) * 6,
+                       (1e308, 2.2e-308) * 3):
+            self.assertEqual(usableBounds(bounds), (-1, 1, -1, 1, -1, 1))
+        self.assertEqual(usableBounds((0, 0, 1, 2, 3, 3)), (0, 0, 1, 2, 3, 3))
+
+    def testOrbitStopsBelowThePoles(self):
+        orbit = Orbit()
+        orbit.orbit(10, 1000)
+        self.assertEqual((orbit.yaw, orbit.pitch), (45, 89))
+        orbit.orbit(-400, -1000)
+        self.assertEqual((orbit.yaw, orbit.pitch), (5, -89))
+
+    def testZoomAndItsReverseCancelAndNeverReachTheTarget(self):
+        orbit = Orbit(distance=10, radius=1)
+        orbit.zoom(4)
+        self.assertAlmostEqual(orbit.distance, 2.5)
+        orbit.zoom(0.25)
+        self.assertAlmostEqual(orbit.distance, 10)
+        for _ in range(100):
+            orbit.zoom(10)
+        self.assertTrue(orbit.distance > 0)
+        for _ in range(100):
+            orbit.zoom(1e-10)
+        self.assertTrue(orbit.distance <= 1e12)
+
+    def testPanMovesTheTargetInThePlaneOfThePicture(self):
+        seed = 20260731
+        chance = random.Random(seed)
+        for _ in range(50):
+            orbit = Orbit(distance=3.0, yaw=chance.uniform(0, 360), pitch=chance.uniform(-89, 89))
+            before = orbit.viewMatrix()
+            orbit.pan(0.5, -0.25, 90.0)
+            x, y, z, _ = transform(orbit.target, before)
+            # At 90 degrees the picture is twice the distance high.
+            self.assertAlmostEqual(x, 3.0, 9, "seed %d" % seed)
+            self.assertAlmostEqual(y, -1.5, 9, "seed %d" % seed)
+            self.assertAlmostEqual(z, -3.0, 9, "seed %d" % seed)
+
+    def testApplySetsWhatTheCameraTypeNeeds(self):
+        orbit = Orbit(distance=10)
+        perspective, orthographic = FakeCamera(1), FakeCamera(2)
+        orbit.apply(perspective, 2.0)
+        orbit.apply(orthographic, 2.0)
+        self.assertEqual(perspective.set["setViewMatrix"], (orbit.viewMatrix(),))
+        self.assertEqual(perspective.set["setCenterOfInterest"], (10,))
+        self.assertEqual(perspective.set["setNearFar"], orbit.nearFar())
+        self.assertFalse("setOrthographicWidth" in perspective.set)
+        width, = orthographic.set["setOrthographicWidth"]
+        self.assertAlmostEqual(width, 2 * 10 * math.tan(math.radians(30)) * 2)
+
+
+if __name__ == "__main__":
+    unittest.main()
