@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <random>
 #include <stdexcept>
@@ -312,6 +313,41 @@ TEST_F(VlViewportCameraHost, settingAProjectionWhilePanAndZoomAreInactivePrepare
     camera->setProjectionMatrix(kIdentity.data());
     EXPECT_EQ(matrixAt(camera->panZoomProjectionMatrix.getValue()), plainPanZoom(0, 0, 2));
 }
+
+struct PanZoomSetterRow {
+    const char* name;
+    std::function<void(VlViewportHostStruct&)> set;
+    Matrix panZoom;
+};
+
+class VlViewportCameraPanZoomSetter : public VlViewportCameraHost,
+                                      public testing::WithParamInterface<PanZoomSetterRow> {};
+
+TEST_P(VlViewportCameraPanZoomSetter, bringsTheActiveCameraUpToDateAndCallsNoPlugin) {
+    viewport->setActiveCamera(camera);
+    // Something stale, which the update has to replace.
+    camera->panZoomMatrix.setValue(Imath::M44d(7.0));
+    journal.take();
+    GetParam().set(*viewport);
+    EXPECT_EQ(matrixAt(camera->panZoomMatrix.getValue()), GetParam().panZoom);
+    EXPECT_EQ(matrixAt(camera->panZoomProjectionMatrix.getValue()), GetParam().panZoom);
+    EXPECT_EQ(journal.take(), Lines{});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Setters, VlViewportCameraPanZoomSetter,
+    testing::Values(PanZoomSetterRow{"horizontalOffset",
+                                     [](auto& viewport) { viewport.setHorizontalOffset(2); },
+                                     plainPanZoom(2, 0, 1)},
+                    PanZoomSetterRow{"verticalOffset",
+                                     [](auto& viewport) { viewport.setVerticalOffset(-2); },
+                                     plainPanZoom(0, -2, 1)},
+                    PanZoomSetterRow{"zoom", [](auto& viewport) { viewport.setZoom(4); },
+                                     plainPanZoom(0, 0, 4)},
+                    PanZoomSetterRow{"active",
+                                     [](auto& viewport) { viewport.setPanAndZoomActive(true); },
+                                     plainPanZoom(0, 0, 1)}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(VlViewportCameraHost, onlyTheActiveCameraFollowsPanAndZoom) {
     auto* other = viewport->addCamera("Recording", "other");
