@@ -9,7 +9,8 @@
 // that are no UTF-8 travel in it by the "surrogateescape" error handler and come back unchanged.
 // The other kind of string, `unicode` on 2 and `bytes` on 3, is not text.
 //
-// All functions must be called with the interpreter lock held. [ui-thread]
+// All functions but holdsInterpreterLock() must be called with the interpreter lock held.
+// [ui-thread]
 
 #define PY_SSIZE_T_CLEAN
 #include <Python.h>
@@ -317,6 +318,16 @@ inline PyObject* returnNone() {
 /// True or False with a new reference, by returnValue().
 inline PyObject* returnBool(bool value) {
     return returnValue(PyBool_FromLong(value));
+}
+
+/// True when the calling thread holds the interpreter lock. Unlike all else here, it may be called
+/// without. [any-thread]
+inline bool holdsInterpreterLock() noexcept {
+#if PY_MAJOR_VERSION >= 3
+    return PyGILState_Check() != 0;
+#else
+    return _PyThreadState_Current && _PyThreadState_Current == PyGILState_GetThisThreadState();
+#endif
 }
 
 // ---- Errors -------------------------------------------------------------------------------

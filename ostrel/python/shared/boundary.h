@@ -6,7 +6,7 @@
 #include <new>
 #include <stdexcept>
 
-/// Runs the body of an entry that Python calls. What the attribute library refuses becomes
+/// Runs the body of an entry that Python calls. What the library behind it refuses becomes
 /// ValueError with its text, and lack of memory MemoryError; `failed` is then returned.
 template <typename Body, typename Result = decltype(std::declval<Body>()())>
 Result guarded(Body body, Result failed) noexcept {
