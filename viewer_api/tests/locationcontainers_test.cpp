@@ -1,0 +1,115 @@
+// The containers that the location trees are made of.
+
+#include "dirtyset.h"
+#include "nodelist.h"
+#include "pathindex.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <deque>
+#include <string>
+
+namespace ViewerAPI {
+namespace {
+
+struct Node {
+    explicit Node(std::string text, Node* above = nullptr)
+        : path(std::move(text)), parent(above), depth(above ? above->depth + 1 : 1) {}
+    std::string path;
+    Node* parent;
+    std::int32_t depth;
+    Node* nextInBucket = nullptr;
+    std::uint32_t pathHash = 0;
+};
+
+TEST(PathIndex, findsWhatWasInsertedThroughEveryGrowth) {
+    std::deque<Node> nodes;
+    PathIndex<Node> index;
+    for (int i = 0; i < 1000; ++i) {
+        index.insert(&nodes.emplace_back("/root/" + std::to_string(i)));
+    }
+    EXPECT_EQ(index.size(), 1000U);
+    for (Node& node : nodes) {
+        EXPECT_EQ(index.find(node.path), &node);
+    }
+    EXPECT_EQ(index.find("/root"), nullptr);
+    EXPECT_EQ(index.find(""), nullptr);
+}
+
+TEST(PathIndex, forgetsWhatWasErased) {
+    std::deque<Node> nodes;
+    PathIndex<Node> index;
+    for (int i = 0; i < 100; ++i) {
+        index.insert(&nodes.emplace_back("/root/" + std::to_string(i)));
+    }
+    for (std::size_t i = 0; i < 100; i += 2) {
+        index.erase(&nodes[i]);
+    }
+    EXPECT_EQ(index.size(), 50U);
+    for (std::size_t i = 0; i < 100; ++i) {
+        EXPECT_EQ(index.find(nodes[i].path), i % 2 == 0 ? nullptr : &nodes[i]);
+    }
+}
+
+TEST(PathIndex, drainsEveryNodeOnce) {
+    std::deque<Node> nodes;
+    PathIndex<Node> index;
+    for (int i = 0; i < 40; ++i) {
+        index.insert(&nodes.emplace_back(std::to_string(i)));
+    }
+    std::vector<std::string> drained;
+    index.drain([&](Node* node) { drained.push_back(node->path); });
+    std::sort(drained.begin(), drained.end());
+    EXPECT_EQ(std::unique(drained.begin(), drained.end()), drained.end());
+    EXPECT_EQ(drained.size(), 40U);
+    EXPECT_EQ(index.size(), 0U);
+    EXPECT_EQ(index.find("3"), nullptr);
+}
+
+TEST(NodeList, keepsOrderAndSwapsTheLastIntoTheGap) {
+    std::deque<Node> nodes;
+    NodeList<Node> list;
+    EXPECT_TRUE(list.empty());
+    EXPECT_EQ(list.begin(), list.end());
+    for (int i = 0; i < 10; ++i) {
+        list.push_back(&nodes.emplace_back(std::to_string(i)));
+    }
+    EXPECT_EQ(list.swapOut(2), &nodes[9]);
+    EXPECT_EQ(list.swapOut(8), nullptr); // the last itself
+    std::string order;
+    for (const Node* node : list) {
+        order += node->path;
+    }
+    EXPECT_EQ(order, "01934567");
+}
+
+TEST(DirtySet, handsOutParentsBeforeChildrenAndSiblingsSideBySide) {
+    Node root("r");
+    Node a("a", &root);
+    Node b("b", &root);
+    Node a1("a1", &a);
+    Node a2("a2", &a);
+    Node b1("b1", &b);
+    Node b2("b2", &b);
+    DirtySet<Node> dirty;
+    for (Node* node : {&b2, &a1, &b1, &b, &a2, &root, &a}) {
+        dirty.insert(node);
+    }
+    std::string order;
+    dirty.drain([&](Node& node) { order += node.path + " "; });
+    EXPECT_EQ(order, "r b a b2 b1 a1 a2 ");
+}
+
+TEST(DirtySet, isEmptyOnceDrained) {
+    Node root("r");
+    DirtySet<Node> dirty;
+    int visits = 0;
+    dirty.insert(&root);
+    dirty.drain([&](Node&) { ++visits; });
+    dirty.drain([&](Node&) { ++visits; });
+    EXPECT_EQ(visits, 1);
+}
+
+} // namespace
+} // namespace ViewerAPI
