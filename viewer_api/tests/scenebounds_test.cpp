@@ -230,13 +230,14 @@ TEST_F(SceneBoundsTest, aLocationWithAnExtentIsWalkedOn) {
 }
 
 TEST_F(SceneBoundsTest, anAbsoluteTransformEndsTheChain) {
-    populate({{"/root/a", placed(1, named("not bounds").isValid() ? DoubleAttribute() : box(0, 1))},
-              {"/root/a/b", GroupBuilder()
-                                .set("xform.g.reset", DoubleAttribute(1))
-                                .set("xform.g.translate", DoubleAttribute({7, 0, 0}))
-                                .set("bound", box(0, 1))
-                                .build()},
-              {"/root/a/b/c", placed(2, box(0, 1))}});
+    populate(
+        {{"/root/a", GroupBuilder().set("xform.g.translate", DoubleAttribute({1, 0, 0})).build()},
+         {"/root/a/b", GroupBuilder()
+                           .set("xform.g.reset", DoubleAttribute(1))
+                           .set("xform.g.translate", DoubleAttribute({7, 0, 0}))
+                           .set("bound", box(0, 1))
+                           .build()},
+         {"/root/a/b/c", placed(2, box(0, 1))}});
     EXPECT_EQ(merged({"/root/a"}), DoubleAttribute({7, 8, 0, 1, 0, 1}));
     EXPECT_EQ(merged({"/root/a/b/c"}), DoubleAttribute({9, 10, 0, 1, 0, 1}));
 }

@@ -147,7 +147,8 @@ TEST_F(SceneTransformsTest, theLookThroughViewKeepsTheOrderOfMoreThanTenAncestor
     delegate->processLocationEvents();
     PlainMatrix expected;
     for (int depth = 0; depth < 13; ++depth)
-        apply(expected, {{"translate", {1, 0, 0}}, {"scale", {depth % 2 == 0 ? 2.0 : 3.0, 1, 1}}});
+        applyComponents(expected,
+                        {{"translate", {1, 0, 0}}, {"scale", {depth % 2 == 0 ? 2.0 : 3.0, 1, 1}}});
     EXPECT_LT(
         difference(expected.matrix, delegate->getWorldXform(path, kVlViewerDelegateLookThrough)),
         kTolerance);
@@ -306,11 +307,11 @@ TEST_F(SceneTransformsTest, partsEqualThePlainEvaluation) {
         PlainMatrix expected;
         for (std::size_t group = 0; group < xform.size(); ++group) {
             if (group < wanted ? includeBefore : group > wanted && includeAfter)
-                apply(expected, xform[group].components);
+                applyComponents(expected, xform[group].components);
         }
         const auto end = components.begin() + static_cast<std::ptrdiff_t>(component) +
                          (includeComponent ? 1 : 0);
-        apply(expected, {components.begin(), end});
+        applyComponents(expected, {components.begin(), end});
         if (includeParent)
             expected.matrix *= evaluate(parentXform).matrix;
 

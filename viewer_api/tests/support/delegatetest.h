@@ -76,6 +76,7 @@ protected:
     /// A fresh delegate with an empty log.
     void start() {
         delegate.reset();
+        runtime.reset(); // before the next one: each withdraws the host suite at its end
         runtime = std::make_unique<ScriptedRuntime>();
         delegate = std::make_unique<VlViewerDelegateHostStruct>("D", &pythonObject);
         log.take();

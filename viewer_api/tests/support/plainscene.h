@@ -47,7 +47,7 @@ inline Imath::M44d matrixOf(const PlainComponent& component) {
     const std::vector<double>& v = component.values;
     Imath::M44d matrix;
     if (begins("translate"))
-        matrix.setTranslation({v[0], v[1], v[2]});
+        matrix.setTranslation(Imath::V3d(v[0], v[1], v[2]));
     else if (begins("rotate"))
         matrix.setAxisAngle(Imath::V3d(v[1], v[2], v[3]), v[0] * M_PI / 180.0);
     else if (begins("scale"))
@@ -63,7 +63,7 @@ struct PlainMatrix {
 };
 
 /// Walks the components in order: row vectors, so each later one stands on the left.
-inline void apply(PlainMatrix& result, const std::vector<PlainComponent>& components) {
+inline void applyComponents(PlainMatrix& result, const std::vector<PlainComponent>& components) {
     for (const PlainComponent& component : components) {
         if (component.name.rfind("reset", 0) == 0)
             result = {Imath::M44d(), true};
@@ -75,7 +75,7 @@ inline void apply(PlainMatrix& result, const std::vector<PlainComponent>& compon
 inline PlainMatrix evaluate(const PlainXform& xform) {
     PlainMatrix result;
     for (const PlainGroup& group : xform)
-        apply(result, group.components);
+        applyComponents(result, group.components);
     return result;
 }
 
