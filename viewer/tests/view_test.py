@@ -1,0 +1,172 @@
+"""The viewer's command line, from a model file to a picture."""
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+from pngfile import Picture
+
+VIEW = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "view.py")
+MODELS = "/usr/share/assimp/models"
+DUCK = MODELS + "/Collada/duck.dae"
+SIZE = "320x180"
+
+
+class ViewTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.mkdtemp()
+        self.output = os.path.join(self.folder, "out.png")
+        self.addCleanup(shutil.rmtree, self.folder)
+
+    def view(self, *arguments, **options):
+        """Runs the viewer in the test's folder; gives (status, lines on stderr)."""
+        environment = dict(os.environ)
+        environment.pop("DISPLAY", None)
+        environment.update(options)
+        process = subprocess.Popen([sys.executable, VIEW] + list(arguments), cwd=self.folder,
+                                   env=environment, stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE)
+        _, errors = process.communicate()
+        return process.returncode, errors.decode("utf-8").splitlines()
+
+    def picture(self, *arguments):
+        """The picture of a run that must succeed without a word."""
+        result = self.view("--output", self.output, "--size", SIZE, *arguments)
+        self.assertEqual(result, (0, []))
+        return Picture(self.output)
+
+    def path(self, name, content=b""):
+        path = os.path.join(self.folder, name)
+        if not os.path.isdir(os.path.dirname(path)):
+            os.makedirs(os.path.dirname(path))
+        with open(path, "wb") as stream:
+            stream.write(content)
+        return path
+
+    def checkFails(self, path, reason=""):
+        """One clear line that names the file, status 1, and no picture."""
+        status, lines = self.view(path, "--output", self.output, "--size", SIZE)
+        self.assertEqual(status, 1)
+        self.assertEqual(len(lines), 1, lines)
+        self.assertTrue(lines[0].startswith("view: "), lines)
+        self.assertTrue(os.path.basename(path) in lines[0], lines)
+        self.assertTrue(reason.lower() in lines[0].lower(), lines)
+        self.assertFalse(os.path.exists(self.output))
+
+    def checkShowsSomething(self, picture):
+        """What is in the middle differs from the background at the same height's edge."""
+        x, y = picture.width // 2, picture.height // 2
+        self.assertNotEqual(picture.pixel(x, y)[:3], picture.pixel(0, y)[:3])
+
+    # Pictures.
+
+    def testModelsOfManyFormatsGivePictures(self):
+        for model in ("Collada/duck.dae", "glTF2/BoxTextured-glTF/BoxTextured.gltf",
+                      "OBJ/spider.obj", "FBX/spider.fbx", "PLY/Wuson.ply"):
+            picture = self.picture(os.path.join(MODELS, model))
+            self.assertEqual((picture.width, picture.height), (320, 180))
+            self.checkShowsSomething(picture)
+
+    def testWithoutASceneABundledOneShows(self):
+        picture = self.picture()
+        colours = set(tuple(value // 64 for value in picture.pixel(x, y)[:3])
+                      for x in range(0, 320, 4) for y in range(0, 180, 4))
+        self.assertTrue(len(colours) > 6, "several colours")
+
+    def testWithoutADisplayThePictureIsViewPng(self):
+        self.assertEqual(self.view(DUCK), (0, []))
+        picture = Picture(os.path.join(self.folder, "view.png"))
+        self.assertEqual((picture.width, picture.height), (1280, 720))
+        self.checkShowsSomething(picture)
+
+    def testSeveralScenesAreShownTogether(self):
+        box = MODELS + "/FBX/box.fbx"
+        both = self.picture(DUCK, box)
+        for alone in (self.picture(DUCK), self.picture(box)):
+            self.assertTrue(both.difference(alone) > 0.01)
+
+    def testModelsOfOneNameAreShownTogether(self):
+        left = self.path("a/model.obj", b"v -3 0 0\nv -2 0 0\nv -2 1 0\nf 1 2 3\n")
+        right = self.path("b/model.obj", b"v 2 0 0\nv 3 0 0\nv 3 1 0\nf 1 2 3\n")
+        both = self.picture(left, right)
+        self.assertTrue(both.difference(self.picture(left)) > 0.01)
+        self.assertTrue(both.difference(self.picture(right)) > 0.01)
+
+    def testFrameShowsAnotherMomentOfAnAnimation(self):
+        model = MODELS + "/Collada/box_nested_animation.dae"
+        first = self.picture(model)
+        self.assertEqual(first.difference(self.picture(model, "--frame", "0")), 0)
+        later = max(first.difference(self.picture(model, "--frame", str(frame)))
+                    for frame in (10, 25, 50))
+        self.assertTrue(later > 0.005)
+
+    # What goes wrong.
+
+    def testMissingFile(self):
+        self.checkFails(os.path.join(self.folder, "missing.dae"), "No such file")
+
+    def testDirectory(self):
+        path = os.path.join(self.folder, "folder.dae")
+        os.mkdir(path)
+        self.checkFails(path, "directory")
+
+    def testUnknownFormat(self):
+        self.checkFails(self.path("letter.txt", b"Dear reader,\n"))
+
+    def testTruncatedModels(self):
+        for model in (DUCK, MODELS + "/FBX/spider.fbx"):
+            with open(model, "rb") as stream:
+                content = stream.read()
+            name = "truncated" + os.path.splitext(model)[1]
+            self.checkFails(self.path(name, content[:len(content) // 2]))
+
+    def testGarbageAndEmptyModels(self):
+        for extension in ("dae", "gltf", "fbx", "ply", "obj"):
+            self.checkFails(self.path("garbage." + extension, bytearray(range(256)) * 20))
+            self.checkFails(self.path("empty." + extension, b""))
+
+    @unittest.skipIf(os.getuid() == 0, "root may read everything")
+    def testNoPermission(self):
+        path = self.path("secret.dae")
+        os.chmod(path, 0)
+        self.checkFails(path, "Permission denied")
+
+    def testTheOthersStillShow(self):
+        status, lines = self.view("missing.dae", DUCK, self.path("bad.fbx", b"bad"), "--output",
+                                  self.output, "--size", SIZE)
+        self.assertEqual(status, 1)
+        self.assertEqual(len(lines), 2, lines)
+        for name in ("missing.dae", "bad.fbx"):
+            self.assertEqual(sum(name in line for line in lines), 1, lines)
+        self.assertTrue(Picture(self.output).difference(self.picture(DUCK)) < 0.001)
+
+    def testPictureThatCantBeWritten(self):
+        target = os.path.join(self.folder, "missing", "out.png")
+        status, lines = self.view(DUCK, "--output", target, "--size", SIZE)
+        self.assertEqual(status, 1)
+        self.assertEqual(len(lines), 1, lines)
+        self.assertTrue(target in lines[0] and "No such file" in lines[0], lines)
+
+    def testWithoutPlugins(self):
+        status, lines = self.view(DUCK, "--output", self.output, OSTREL_PLUGINS=self.folder)
+        self.assertEqual((status, lines), (1, ["view: no plug-ins in " + self.folder]))
+
+    def testArgumentsAreChecked(self):
+        for arguments in (["--size", "0x5"], ["--size", "20"], ["--size", "99999x1"],
+                          ["--frame", "x"], ["--unknown"], ["--output"]):
+            status, lines = self.view(DUCK, *arguments)
+            self.assertEqual(status, 2, arguments)
+            self.assertTrue(lines[-1].startswith("view: error: "), lines)
+
+    def testHelpTellsTheOptions(self):
+        process = subprocess.Popen([sys.executable, VIEW, "--help"], stdout=subprocess.PIPE)
+        text = process.communicate()[0].decode("utf-8")
+        self.assertEqual(process.returncode, 0)
+        for option in ("SCENE", "--output", "--size", "--frame", "--python"):
+            self.assertTrue(option in text, option)
+
+
+if __name__ == "__main__":
+    unittest.main()
