@@ -116,7 +116,7 @@ def main(arguments):
                 writePicture(session, options, failures)
             else:
                 openWindow(session, options, failures)
-    except (ImportError, RuntimeError, ValueError) as error:
+    except (EnvironmentError, ImportError, RuntimeError, ValueError) as error:
         failures.tell(str(error))
     except KeyboardInterrupt:
         return 130

@@ -61,7 +61,7 @@ class View(object):
         return PyWindowSystem.readPixels(self._windowId)
 
     def savePicture(self, path):
-        """Draws, and writes a PNG file. Off-screen views only. Raises RuntimeError naming the file
-        when it can't be written."""
-        width, height, pixels = self.readPixels()
-        PyWindowSystem.writePng(path, width, height, pixels)
+        """Draws, and writes a PNG file. Off-screen views only. Raises IOError, with the path and
+        the reason in its text, when the file can't be written."""
+        self.draw()
+        PyWindowSystem.writePng(self._windowId, path)

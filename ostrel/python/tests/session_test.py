@@ -1,0 +1,171 @@
+"""A session with the real engine and the bundled plug-ins: from ops to pixels."""
+import os
+import unittest
+
+import ostrel
+import PyVlPluginSystem
+from PyVlAttribute import (DoubleAttribute, FloatAttribute, GroupAttribute, IntAttribute,
+                           StringAttribute)
+
+
+def square(*others):
+    """The attributes of a square of size 2 around the origin, facing z."""
+    return GroupAttribute(
+        ("type", StringAttribute("polymesh")),
+        ("geometry.point.P", FloatAttribute([-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0], 3)),
+        ("geometry.poly.vertexList", IntAttribute([0, 1, 2, 3])),
+        ("geometry.poly.startIndex", IntAttribute([0, 4])),
+        ("bound", DoubleAttribute([-1, 1, -1, 1, 0, 0])), *others)
+
+
+def literal(path, attributes):
+    """The arguments of a Scene.Literal with one location below "/root"."""
+    return GroupAttribute(("staticScene.c." + path.replace("/", ".c.") + ".a", attributes))
+
+
+class SessionTest(unittest.TestCase):
+    def setUp(self):
+        self.session = ostrel.Session()
+        self.addCleanup(self.session.close)
+
+    def add(self, path, attributes):
+        return self.session.createOp("Scene.Literal", literal(path, attributes))
+
+    def testEveryLocationIsOpenedAndKnownAfterAPump(self):
+        self.add("a/b/c/d", square())
+        self.assertTrue(self.session.pump(timeout=60))
+        for path in ("/root", "/root/a", "/root/a/b", "/root/a/b/c", "/root/a/b/c/d"):
+            self.assertTrue(self.session.delegate.getAttributes(path) is not None, path)
+        self.assertEqual(
+            self.session.delegate.getAttributes("/root/a/b/c/d").getChildByName("type").getValue(),
+            "polymesh")
+
+    def testWhatIsClosedStaysClosed(self):
+        self.add("a/b", square())
+        self.session.pump(timeout=60)
+        self.session.delegate.closeLocations(["/root/a"])
+        self.session.pump(timeout=60)
+        self.assertTrue(self.session.delegate.getAttributes("/root/a/b") is None)
+        self.assertTrue(self.session.delegate.getAttributes("/root/a") is not None)
+
+    def testOpsAreMergedAndCanBeTakenOut(self):
+        first, second = self.add("a", square()), self.add("b", square())
+        self.session.pump(timeout=60)
+        get = self.session.delegate.getAttributes
+        self.assertTrue(get("/root/a") is not None and get("/root/b") is not None)
+        self.session.removeOp(first)
+        self.session.pump(timeout=60)
+        self.assertTrue(get("/root/a") is None and get("/root/b") is not None)
+        self.session.removeOp(second)
+        self.session.pump(timeout=60)
+        self.assertTrue(get("/root/b") is None)
+
+    def testBoundsAreThoseOfTheScene(self):
+        self.assertTrue(self.session.getBounds() is None)
+        self.add("a", square(("xform.placed.translate", DoubleAttribute([10, 0, 0], 3))))
+        self.add("b", square())
+        self.session.pump(timeout=60)
+        self.assertEqual(self.session.getBounds(), (-1, 11, -1, 1, 0, 0))
+
+    def testErrorsAreCollectedWhileTheyAreInTheScene(self):
+        self.assertEqual(self.session.getErrors(), [])
+        self.add("fine", square())
+        failing = self.session.importModel("no such file.obj")
+        self.session.pump(timeout=60)
+        (path, message), = self.session.getErrors()
+        self.assertTrue(path.startswith("/root/"), path)
+        self.assertTrue(os.path.abspath("no such file.obj") in message, message)
+        self.assertEqual(len(message.splitlines()), 1)
+        self.session.removeOp(failing)
+        self.session.pump(timeout=60)
+        self.assertEqual(self.session.getErrors(), [])
+
+    def testErrorLocationsInTheMiddleOfASceneAreCollectedInOrder(self):
+        def error(text):
+            return GroupAttribute(("type", StringAttribute("error")),
+                                  ("errorMessage", StringAttribute(text)))
+
+        self.add("z/deep", error("last"))
+        self.add("b", error("first"))
+        self.session.pump(timeout=60)
+        self.assertEqual(self.session.getErrors(),
+                         [("/root/b", "first"), ("/root/z/deep", "last")])
+        self.session.delegate.closeLocations(["/root"])
+        self.session.pump(timeout=60)
+        self.assertEqual(self.session.getErrors(), [])
+
+    def testPumpTellsItsProgressAndStopsWhenTold(self):
+        op = self.session.createOp("Scene.Generate", GroupAttribute(
+            ("leafCount", IntAttribute(20000)), ("withGeometry", IntAttribute(0))))
+        calls = []
+
+        def progress(elapsed):
+            calls.append(elapsed)
+            return len(calls) < 2
+
+        self.assertFalse(self.session.pump(progress))
+        self.assertEqual(len(calls), 2)
+        self.assertTrue(0 <= calls[0] <= calls[1])
+        self.assertFalse(self.session.pump(timeout=0))
+        self.assertTrue(self.session.pump(lambda elapsed: None, timeout=120))
+        self.session.removeOp(op)
+
+    def testClosingTwiceIsHarmless(self):
+        self.session.close()
+        self.session.close()
+        self.assertTrue(self.session.delegate is None)
+
+    def testPicturesShowTheSceneInTheMiddle(self):
+        self.add("a", square(("material.baseColor", FloatAttribute([1, 0, 0], 3))))
+        self.session.pump(timeout=60)
+        for camera in ("PerspectiveCamera", "OrthographicCamera"):
+            view = self.session.addOffscreenView(64, 48, camera, camera)
+            view.orbit.yaw, view.orbit.pitch = 0, 0
+            view.frame()
+            width, height, pixels = view.readPixels()
+            self.assertEqual((width, height, len(pixels)), (64, 48, 64 * 48 * 4))
+            middle = bytearray(pixels)[4 * (24 * 64 + 32):][:4]
+            self.assertTrue(middle[0] > 2 * middle[1] and middle[3] == 255, tuple(middle))
+            corner = bytearray(pixels)[:4]
+            self.assertFalse(corner[0] > 2 * corner[1], tuple(corner))
+
+    def testViewFollowsItsSize(self):
+        self.add("a", square())
+        self.session.pump(timeout=60)
+        view = self.session.addOffscreenView(64, 48)
+        view.frame()
+        view.resize(30, 50)
+        self.assertEqual(view.readPixels()[:2], (30, 50))
+        self.assertAlmostEqual(view.aspect, 0.6)
+
+    def testTimeReachesTheImportersArguments(self):
+        self.assertEqual(self.session.getTime(), 0)
+        self.session.setTime(12)
+        self.assertEqual(self.session.getTime(), 12)
+
+
+class PluginsTest(unittest.TestCase):
+    def testDirectoryWithoutPluginsIsAnError(self):
+        folder = os.path.dirname(os.path.abspath(__file__))
+        with self.assertRaises(RuntimeError) as context:
+            ostrel.loadPlugins(folder)
+        self.assertEqual(str(context.exception), "no plug-ins in " + folder)
+
+    def testPluginsAreLoadedOnce(self):
+        ostrel.loadPlugins()
+        names = PyVlPluginSystem.getPluginNames("ViewerDelegateComponentPlugin", 2)
+        ostrel.loadPlugins()
+        self.assertEqual(PyVlPluginSystem.getPluginNames("ViewerDelegateComponentPlugin", 2),
+                         names)
+        self.assertTrue("LocationExpander" in names and "ErrorCollector" in names, names)
+
+    def testSessionsFollowOneAnother(self):
+        for _ in range(3):
+            with ostrel.Session() as session:
+                session.createOp("Scene.Literal", literal("a", square()))
+                self.assertTrue(session.pump(timeout=60))
+                session.addOffscreenView(16, 16).draw()
+
+
+if __name__ == "__main__":
+    unittest.main()
