@@ -105,6 +105,15 @@ float wrapped(vec3 n, vec3 light, float wrap) {
     return max(0.0, (dot(n, light) + wrap) / (1.0 + wrap));
 }
 
+// Bends what would clip: bright surfaces keep their modelling and their hue.
+vec3 shoulder(vec3 light) {
+    const float knee = 0.7;
+    const float room = 1.0 - knee;
+    float most = max(light.r, max(light.g, light.b));
+    float bent = knee + room * (1.0 - exp((knee - most) / room));
+    return most > knee ? light * (bent / most) : light;
+}
+
 void main() {
     vec3 albedo = baseColor * vertexColor;
     float alpha = opacity;
@@ -127,14 +136,14 @@ void main() {
         n = normalize(dot(n, face) < 0.0 ? -n : n);
 
         vec3 up = normalize(mat3(worldToView) * vec3(0.0, 1.0, 0.0));
-        const vec3 keyDirection = normalize(vec3(-0.45, 0.65, 0.75));
+        const vec3 keyDirection = normalize(vec3(-0.60, 0.70, 0.55));
         const vec3 fillDirection = normalize(vec3(0.85, 0.10, 0.45));
         const vec3 rimDirection = normalize(vec3(0.35, 0.55, -0.80));
-        vec3 light = mix(vec3(0.105, 0.098, 0.090), vec3(0.215, 0.235, 0.265),
+        vec3 light = mix(vec3(0.075, 0.070, 0.065), vec3(0.190, 0.207, 0.232),
                          0.5 + 0.5 * dot(n, up));
-        light += vec3(0.800, 0.770, 0.720) * wrapped(n, keyDirection, 0.25);
-        light += vec3(0.140, 0.165, 0.205) * wrapped(n, fillDirection, 0.5);
-        light += vec3(0.120, 0.125, 0.140) * wrapped(n, rimDirection, 0.0);
+        light += vec3(0.800, 0.770, 0.725) * wrapped(n, keyDirection, 0.18);
+        light += vec3(0.115, 0.132, 0.160) * wrapped(n, fillDirection, 0.4);
+        light += vec3(0.160, 0.165, 0.180) * wrapped(n, rimDirection, 0.0);
 
         vec3 halfway = normalize(keyDirection + toEye);
         float gloss = pow(max(0.0, dot(n, halfway)), 40.0);
@@ -143,7 +152,7 @@ void main() {
     }
     vec3 highlight = vec3(1.0, 0.36, 0.05);
     lit = mix(lit, highlight * (0.25 + 0.75 * dot(lit, vec3(0.333)) * 2.0), 0.45 * isSelected);
-    color = vec4(lit, alpha);
+    color = vec4(shoulder(lit), alpha);
 }
 )";
 
@@ -188,14 +197,14 @@ void main() {
     vec2 footprint = fwidth(ground);
     float minor = lines(ground, footprint, spacing, 1.0);
     float major = lines(ground, footprint, spacing * 10.0, 1.4);
-    float cover = max(0.16 * minor, 0.36 * major);
+    float cover = max(0.11 * minor, 0.26 * major);
     vec3 tint = vec3(0.42, 0.45, 0.50);
 
     float alongX = axis(ground.y, footprint.y, 1.8);
     float alongZ = axis(ground.x, footprint.x, 1.8);
     tint = mix(tint, vec3(0.62, 0.10, 0.10), alongX);
     tint = mix(tint, vec3(0.10, 0.22, 0.66), alongZ);
-    cover = max(cover, 0.75 * max(alongX, alongZ));
+    cover = max(cover, 0.65 * max(alongX, alongZ));
 
     float fade = 1.0 - smoothstep(0.25, 1.0, length(ground - centre.xz) / radius);
     // Lines that are seen from the side run together.

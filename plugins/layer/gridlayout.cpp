@@ -1,4 +1,4 @@
-#include "layer/gridlayer.h"
+#include "layer/gridlayout.h"
 
 #include <algorithm>
 #include <cmath>

@@ -56,23 +56,29 @@ std::vector<Imath::V3f> computeCornerNormals(const Polygons& polygons,
     for (std::size_t point = 0; point < points.size(); ++point) {
         const std::span<const std::uint32_t> around(cornersAtPoint.data() + firstAtPoint[point],
                                                     firstAtPoint[point + 1] - firstAtPoint[point]);
-        Imath::V3f all(0.0f);
-        if (around.size() > kMostComparedPolygons) {
+        const bool isCompared = around.size() <= kMostComparedPolygons;
+        // Otherwise those near the average of all are averaged again, without the others.
+        Imath::V3f common(0.0f);
+        for (int pass = 0; pass < 2 && !isCompared; ++pass) {
+            Imath::V3f sum(0.0f);
             for (const std::uint32_t corner : around) {
-                all += areaNormals[polygonOfCorner[corner]];
+                const std::uint32_t polygon = polygonOfCorner[corner];
+                if (pass == 0 || units[polygon].dot(common) >= leastCosine) {
+                    sum += areaNormals[polygon];
+                }
             }
-            all = normalizedOrZero(all);
+            common = normalizedOrZero(sum);
         }
         for (const std::uint32_t corner : around) {
             const Imath::V3f& own = units[polygonOfCorner[corner]];
             Imath::V3f sum(0.0f);
-            if (around.size() > kMostComparedPolygons) {
-                sum = own.dot(all) >= leastCosine ? all : own;
-            } else {
-                for (const std::uint32_t other : around) {
-                    if (own.dot(units[polygonOfCorner[other]]) >= leastCosine) {
-                        sum += areaNormals[polygonOfCorner[other]];
-                    }
+            if (!isCompared) {
+                sum = own.dot(common) >= leastCosine ? common : own;
+            }
+            for (std::size_t i = 0; i < around.size() && isCompared; ++i) {
+                const std::uint32_t other = polygonOfCorner[around[i]];
+                if (own.dot(units[other]) >= leastCosine) {
+                    sum += areaNormals[other];
                 }
             }
             const Imath::V3f average = normalizedOrZero(sum);

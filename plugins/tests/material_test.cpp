@@ -1,0 +1,58 @@
+#include "scene/material.h"
+
+#include "VlAttribute/DoubleAttribute.h"
+#include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/IntAttribute.h"
+#include "VlAttribute/StringAttribute.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Bundled::Material;
+using namespace VlAttribute;
+
+TEST(Material, withoutAGroupIsOpaqueGrey) {
+    const Material material = Material::fromAttributes({});
+    EXPECT_EQ(material, Material());
+    EXPECT_EQ(material.opacity, 1.0f);
+    EXPECT_TRUE(material.texture.empty());
+}
+
+TEST(Material, readsColoursOfEitherPrecision) {
+    const std::array<float, 3> wanted{0.25f, 0.5f, 1.0f};
+    EXPECT_EQ(
+        Material::fromAttributes({{"baseColor", FloatAttribute({0.25f, 0.5f, 1.0f}, 3)}}).baseColor,
+        wanted);
+    EXPECT_EQ(
+        Material::fromAttributes({{"baseColor", DoubleAttribute({0.25, 0.5, 1.0}, 3)}}).baseColor,
+        wanted);
+}
+
+TEST(Material, fourthComponentIsTheOpacity) {
+    EXPECT_EQ(Material::fromAttributes({{"baseColor", FloatAttribute({1, 1, 1, 0.5f}, 4)}}).opacity,
+              0.5f);
+}
+
+TEST(Material, opacityIsKeptBetweenNothingAndWhole) {
+    EXPECT_EQ(Material::fromAttributes({{"opacity", FloatAttribute(7.0f)}}).opacity, 1.0f);
+    EXPECT_EQ(Material::fromAttributes({{"opacity", FloatAttribute(-7.0f)}}).opacity, 0.0f);
+}
+
+TEST(Material, textureShowsAsItIsUnlessColoured) {
+    const Attribute file = StringAttribute("/a.png");
+    EXPECT_EQ(Material::fromAttributes({{"texture", file}}).baseColor,
+              (std::array<float, 3>{1, 1, 1}));
+    EXPECT_EQ(Material::fromAttributes(
+                  {{"texture", file}, {"baseColor", FloatAttribute({0.5f, 1, 1}, 3)}})
+                  .baseColor,
+              (std::array<float, 3>{0.5f, 1, 1}));
+}
+
+TEST(Material, attributesOfAnotherKindCountAsMissing) {
+    const Material material = Material::fromAttributes(
+        {{"baseColor", StringAttribute("red")}, {"texture", IntAttribute(1)}});
+    EXPECT_EQ(material, Material());
+}
+
+} // namespace

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "viewer_api/ViewerDelegatePluginSuite.h"
+#include "viewer_api/ViewportCameraPluginSuite.h"
+#include "viewer_api/ViewportLayerPluginSuite.h"
+#include "viewer_api/ViewportPluginSuite.h"
+#include "viewer_api/VlPlugin.h"
+
+#include <Imath/ImathMatrix.h>
+
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+/// A host for plug-ins under test: it keeps what a real one keeps of viewports, layers and cameras,
+/// without a scene, a window or Python. Entries that no bundled plug-in uses are null.
+
+struct FakeViewport;
+
+struct FakeDelegate {
+    std::vector<FakeViewport*> viewports;
+    const ViewerDelegatePluginSuite* suite = nullptr;
+    void* instance = nullptr;
+};
+
+struct FakeLayer {
+    FakeViewport* viewport = nullptr;
+    const ViewportLayerPluginSuite* suite = nullptr;
+    void* instance = nullptr;
+};
+
+struct FakeCamera {
+    FakeViewport* viewport = nullptr;
+    const ViewportCameraPluginSuite* suite = nullptr;
+    void* instance = nullptr;
+    Imath::M44d view;
+    Imath::M44d projection;
+    double centerOfInterest = 20.0;
+    double fov = 45.0;
+    double orthographicWidth = 30.0;
+    double nearPlane = 0.1;
+    double farPlane = 100000.0;
+    double left = -1.0;
+    double right = 1.0;
+    double bottom = -1.0;
+    double top = 1.0;
+    std::string locationPath;
+    int projectionsSet = 0;
+
+    /// As the host does after every change of a parameter.
+    void tellPlugin() const;
+};
+
+struct FakeViewport {
+    FakeDelegate* delegate = nullptr;
+    const ViewportPluginSuite* suite = nullptr;
+    void* instance = nullptr;
+    int width = 0;
+    int height = 0;
+    bool dirty = false;
+    std::vector<std::unique_ptr<FakeLayer>> layers;
+    std::vector<std::unique_ptr<FakeCamera>> cameras;
+    FakeCamera* activeCamera = nullptr;
+    Imath::M44d identity;
+};
+
+/// The plug-in host that libraries get. Suites named in `withheld` are answered with null.
+const VlPluginHost* fakePluginHost();
+extern std::set<std::string> withheldSuites;
+
+/// A plug-in library of this build, opened and given the fake host; stays open. Throws
+/// std::runtime_error when it can't be.
+class PluginFile {
+public:
+    explicit PluginFile(const std::string& name,
+                        const std::string& directory = OSTREL_PLUGIN_DIRECTORY);
+
+    [[nodiscard]] int getNumberOfPlugins() const;
+    [[nodiscard]] const VlPluginRecord* getPlugin(int index) const;
+    /// Null when the library has no such plug-in.
+    [[nodiscard]] const void* findSuite(const std::string& typeName, const std::string& name) const;
+
+private:
+    int (*count)() = nullptr;
+    const VlPluginRecord* (*get)(int) = nullptr;
+};

@@ -1,0 +1,51 @@
+#include "support/geometries.h"
+
+#include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/GroupBuilder.h"
+#include "VlAttribute/IntAttribute.h"
+#include "VlAttribute/StringAttribute.h"
+
+#include <span>
+
+using namespace VlAttribute;
+
+GroupAttribute meshLocation(const std::vector<float>& points,
+                            const std::vector<std::vector<std::int32_t>>& polygons,
+                            const GroupAttribute& material) {
+    std::vector<std::int32_t> vertices;
+    std::vector<std::int32_t> starts{0};
+    for (const auto& polygon : polygons) {
+        vertices.insert(vertices.end(), polygon.begin(), polygon.end());
+        starts.push_back(static_cast<std::int32_t>(vertices.size()));
+    }
+    GroupBuilder builder;
+    builder.set("type", StringAttribute("polymesh"));
+    builder.set("geometry.point.P", FloatAttribute(std::span<const float>(points), 3));
+    builder.set("geometry.poly.vertexList", IntAttribute(std::span<const std::int32_t>(vertices)));
+    builder.set("geometry.poly.startIndex", IntAttribute(std::span<const std::int32_t>(starts)));
+    builder.set("material", material);
+    return builder.build();
+}
+
+GroupAttribute cubeLocation(float edge, const GroupAttribute& material) {
+    std::vector<float> points;
+    for (int corner = 0; corner < 8; ++corner) {
+        for (int axis = 0; axis < 3; ++axis) {
+            points.push_back((corner >> axis & 1) != 0 ? edge / 2.0f : -edge / 2.0f);
+        }
+    }
+    return meshLocation(
+        points,
+        {{0, 4, 6, 2}, {1, 3, 7, 5}, {0, 1, 5, 4}, {2, 6, 7, 3}, {0, 2, 3, 1}, {4, 5, 7, 6}},
+        material);
+}
+
+DoubleAttribute matrixAttribute(const Imath::M44d& matrix) {
+    return DoubleAttribute(std::span<const double>(matrix.getValue(), 16), 4);
+}
+
+Imath::M44d translation(double x, double y, double z) {
+    Imath::M44d matrix;
+    matrix.setTranslation(Imath::V3d(x, y, z));
+    return matrix;
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "VlAttribute/DoubleAttribute.h"
+#include "VlAttribute/GroupAttribute.h"
+
+#include <Imath/ImathMatrix.h>
+
+#include <cstdint>
+#include <vector>
+
+/// Attributes of a location with a mesh. Points as x, y, z; polygons as lists of points.
+VlAttribute::GroupAttribute meshLocation(const std::vector<float>& points,
+                                         const std::vector<std::vector<std::int32_t>>& polygons,
+                                         const VlAttribute::GroupAttribute& material = {});
+
+/// An axis-aligned cube around the origin, of 8 points and 6 quads without normals.
+VlAttribute::GroupAttribute cubeLocation(float edge = 1.0f,
+                                         const VlAttribute::GroupAttribute& material = {});
+
+VlAttribute::DoubleAttribute matrixAttribute(const Imath::M44d& matrix);
+Imath::M44d translation(double x, double y, double z);
