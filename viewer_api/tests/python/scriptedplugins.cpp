@@ -15,6 +15,8 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 // Plug-ins of the five kinds whose every entry asks a Python function, for tests of the bindings:
 // "ScriptedDelegate", "ScriptedComponent", "ScriptedViewport", "ScriptedLayer", "ScriptedCamera".
@@ -29,8 +31,7 @@
 //
 //     callPythonCallback(host, name, value) -> attribute
 //     selectLocation(host, path), selectLocations(host, [path]), getSelectedLocations(host)
-//     setManipulatedAttribute(host, path, name, value, isFinal) -> int
-//     openManipulationGroup(host, path), closeManipulationGroup(host, path)
+//     activateSourceLocations(host, [path])
 //     removeComponentByIndex(host, index), removeViewportByIndex(host, index)
 
 namespace {
@@ -381,16 +382,25 @@ PyObject* withIndex(PyObject*, PyObject* args) {
     });
 }
 
-PyObject* selectLocations(PyObject*, PyObject* args) {
+// An operation of the host with a list of paths.
+template <auto Entry>
+PyObject* withPaths(PyObject*, PyObject* args) {
     unsigned long long host = 0;
-    TextArgument first;
-    TextArgument second;
-    if (!parseArguments(args, "K(ss)", &host, first, second)) {
+    PyObject* list = nullptr; // borrowed
+    if (!PyArg_ParseTuple(args, "KO!", &host, &PyList_Type, &list)) {
         return nullptr;
     }
+    std::vector<TextArgument> texts(static_cast<std::size_t>(PyList_GET_SIZE(list)));
+    std::vector<const char*> paths;
+    for (TextArgument& text : texts) {
+        if (!text.store(PyList_GET_ITEM(list, static_cast<Py_ssize_t>(paths.size())))) {
+            return nullptr;
+        }
+        paths.push_back(text.get());
+    }
     return withExceptions([&]() {
-        const char* paths[] = {first.get(), second.get()};
-        delegateHost().selectLocations(reinterpret_cast<void*>(host), paths, 2);
+        (delegateHost().*Entry)(reinterpret_cast<void*>(host), paths.data(),
+                                static_cast<std::uint32_t>(paths.size()));
         return returnNone();
     });
 }
@@ -403,23 +413,6 @@ PyObject* getSelectedLocations(PyObject*, PyObject* args) {
     return withExceptions([&]() {
         return toPython(Attribute::CreateAndSteal(
             delegateHost().getSelectedLocations(reinterpret_cast<void*>(host))));
-    });
-}
-
-PyObject* setManipulatedAttribute(PyObject*, PyObject* args) {
-    unsigned long long host = 0;
-    TextArgument path;
-    TextArgument name;
-    PyObject* value = Py_None; // borrowed
-    int isFinal = 0;
-    if (!parseArguments(args, "KssOi", &host, path, name, &value, &isFinal)) {
-        return nullptr;
-    }
-    return withExceptions([&]() {
-        const Attribute attribute = PyVlAttribute::AttributeFromPyObject(value);
-        return toPython(static_cast<int>(
-            delegateHost().setManipulatedAttribute(reinterpret_cast<void*>(host), path.get(),
-                                                   name.get(), attribute.getHandle(), isFinal)));
     });
 }
 
@@ -438,13 +431,11 @@ PyMethodDef functions[] = {
     {"setHook", setHook, METH_VARARGS, nullptr},
     {"callPythonCallback", callPythonCallback, METH_VARARGS, nullptr},
     {"selectLocation", withPath<&ViewerDelegateHostSuite::selectLocation>, METH_VARARGS, nullptr},
-    {"selectLocations", selectLocations, METH_VARARGS, nullptr},
+    {"selectLocations", withPaths<&ViewerDelegateHostSuite::selectLocations>, METH_VARARGS,
+     nullptr},
+    {"activateSourceLocations", withPaths<&ViewerDelegateHostSuite::activateSourceLocations>,
+     METH_VARARGS, nullptr},
     {"getSelectedLocations", getSelectedLocations, METH_VARARGS, nullptr},
-    {"setManipulatedAttribute", setManipulatedAttribute, METH_VARARGS, nullptr},
-    {"openManipulationGroup", withPath<&ViewerDelegateHostSuite::openManipulationGroup>,
-     METH_VARARGS, nullptr},
-    {"closeManipulationGroup", withPath<&ViewerDelegateHostSuite::closeManipulationGroup>,
-     METH_VARARGS, nullptr},
     {"removeComponentByIndex", withIndex<&ViewerDelegateHostSuite::removeComponentByIndex>,
      METH_VARARGS, nullptr},
     {"removeViewportByIndex", withIndex<&ViewerDelegateHostSuite::removeViewportByIndex>,
