@@ -27,7 +27,7 @@ public:
           exists(theUniverse.places.size()), attributes(theUniverse.places.size()), random(seed) {}
 
     void step() {
-        const int place = pick(static_cast<int>(universe.places.size()));
+        const int place = pickPlace();
         const std::string& path = pathOf(place);
         switch (pick(12)) {
         case 0:
@@ -72,6 +72,29 @@ public:
 
 private:
     int pick(int bound) { return std::uniform_int_distribution<int>(0, bound - 1)(random); }
+
+    /// Mostly a place at, above or below the one in focus: changes that undo each other, or meet in
+    /// a parent and its child, happen close together.
+    int pickPlace() {
+        const int count = static_cast<int>(universe.places.size());
+        if (pick(12) == 0) {
+            focus = pick(count);
+        }
+        if (pick(4) == 0) {
+            return pick(count);
+        }
+        std::vector<int> near = {focus};
+        for (int i = 0; i < count; ++i) {
+            const int parent = universe.places[static_cast<std::size_t>(i)].parent;
+            if (parent == focus) {
+                near.push_back(i);
+            }
+            if (i == focus && parent >= 0) {
+                near.push_back(parent);
+            }
+        }
+        return near[static_cast<std::size_t>(pick(static_cast<int>(near.size())))];
+    }
     const std::string& pathOf(int place) const {
         return universe.places[static_cast<std::size_t>(place)].path;
     }
@@ -179,6 +202,7 @@ private:
     std::vector<GroupAttribute> attributes;
     KnownView known{true};
     std::mt19937 random;
+    int focus = 0;
 };
 
 TEST(SourceLocationTreeOracle, recordsOfRandomHistoriesAddUpToTheRulesEvaluatedFromScratch) {
