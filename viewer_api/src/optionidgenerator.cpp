@@ -2,6 +2,8 @@
 
 #include "VlAttribute/StringAttribute.h"
 
+#include <string_view>
+
 namespace ViewerAPI {
 
 VlOptionIdGeneratorHostStruct& VlOptionIdGeneratorHostStruct::instance() {
@@ -10,11 +12,12 @@ VlOptionIdGeneratorHostStruct& VlOptionIdGeneratorHostStruct::instance() {
 }
 
 std::uint64_t VlOptionIdGeneratorHostStruct::generate(const char* name) {
-    const std::uint64_t optionId = VlAttribute::StringAttribute(name).getHash().first << 16U;
+    const std::string_view text = name ? name : "";
+    const std::uint64_t optionId = VlAttribute::StringAttribute(text).getHash().first << 16U;
     std::string& known = OptionIdTable[optionId];
     // Assigning an equal name could move the text that a caller of lookUp still holds.
-    if (known != name)
-        known = name;
+    if (known != text)
+        known = text;
     return optionId;
 }
 

@@ -22,7 +22,7 @@ public:
     /// The id of a name: the first word of the content hash of a string attribute that holds it,
     /// shifted up by 16 bits, so that the low 16 bits are 0. The same in every process that uses
     /// the same attribute library, hence ids may be stored. On a collision the newest name is
-    /// remembered, and nothing is reported.
+    /// remembered, and nothing is reported. A null pointer counts as the empty name.
     std::uint64_t generate(const char* name);
 
     /// The name of an id, or "" for one that was never generated here; never null. It belongs to

@@ -356,6 +356,8 @@ StringAttribute VlViewerDelegateHostStruct::getSelectedLocations() {
 }
 
 Attribute VlViewerDelegateHostStruct::callPythonCallback(const char* name, const Attribute& value) {
+    if (!name)
+        return {};
     const HostCall call(*this);
     return dispatchChannel(hostedPythonObject, name, value);
 }

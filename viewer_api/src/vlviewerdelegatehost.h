@@ -198,7 +198,8 @@ struct VlViewerDelegateHostStruct : public HostObject {
     // Upward calls
 
     /// Fires a channel of the user interface with a value, which may be null; its answer, null
-    /// when nobody listens. Throws std::runtime_error when the listener failed.
+    /// when nobody listens; a null name is nobody's. Throws std::runtime_error when the listener
+    /// failed.
     VlAttribute::Attribute callPythonCallback(const char* name,
                                               const VlAttribute::Attribute& value);
 

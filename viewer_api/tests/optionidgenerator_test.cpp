@@ -56,6 +56,11 @@ TEST(OptionIdGenerator, hashesTheEmptyNameLikeAnyOther) {
     EXPECT_STREQ(generator.lookUp(optionId), "");
 }
 
+TEST(OptionIdGenerator, takesANullNameForTheEmptyOne) {
+    VlOptionIdGeneratorHostStruct generator;
+    EXPECT_EQ(generator.generate(nullptr), generator.generate(""));
+}
+
 TEST(OptionIdGenerator, remembersTheNewestNameOnACollision) {
     VlOptionIdGeneratorHostStruct generator;
     const std::uint64_t optionId = generator.generate("x");

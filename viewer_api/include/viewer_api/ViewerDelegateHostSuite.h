@@ -34,7 +34,7 @@ typedef struct ViewerDelegateHostSuite {
     VlAttributeStruct* (*getAttributes)(VlViewerDelegateHandle host, const char* path,
                                         int sceneView);
 
-    /* The location's own matrix; null without a location. `*isAbsolute` becomes 1 when the
+    /* The location's own matrix; null without a location (the identity in the look-through view). `*isAbsolute` becomes 1 when the
      * transform does not inherit the parent's, else 0.
      * [ui-thread] */
     VlAttributeStruct* (*getLocalXform)(VlViewerDelegateHandle host, const char* path,
@@ -51,10 +51,10 @@ typedef struct ViewerDelegateHostSuite {
                                          int sceneView);
 
     /* The matrix of a part of the location's `xform` group, for the editor of one component: the
-     * group `groupName` up to the first component whose name begins with `componentName` (a "?"
-     * at its end: the whole run of neighbours that match by prefix), with the matching ones or
-     * without. The last three flags take in the parent's transform and the groups before and
-     * after. Null when there is no such group or component.
+     * group `groupName` up to the first run of neighbouring components whose names begin with
+     * `componentName` (a "?" at its end is left out), with that run or without. The last three
+     * flags take in the parent's transform and the groups before and after. Null when there is no
+     * such group or component.
      * [ui-thread] */
     VlAttributeStruct* (*getPartialXform)(VlViewerDelegateHandle host, const char* path,
                                           const char* groupName, const char* componentName,
