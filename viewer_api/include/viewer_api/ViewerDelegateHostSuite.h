@@ -34,8 +34,9 @@ typedef struct ViewerDelegateHostSuite {
     VlAttributeStruct* (*getAttributes)(VlViewerDelegateHandle host, const char* path,
                                         int sceneView);
 
-    /* The location's own matrix; null without a location (the identity in the look-through view). `*isAbsolute` becomes 1 when the
-     * transform does not inherit the parent's, else 0.
+    /* The location's own matrix; null without a location or a transform, for which the
+     * look-through view answers with the identity. `*isAbsolute` becomes 1 when the transform does
+     * not inherit the parent's, else 0; always 0 in the look-through view.
      * [ui-thread] */
     VlAttributeStruct* (*getLocalXform)(VlViewerDelegateHandle host, const char* path,
                                         uint8_t* isAbsolute, int sceneView);
