@@ -1,0 +1,504 @@
+#include "clientview.h"
+
+#include "locationpath.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace VlScenelibEngine {
+
+namespace {
+
+/// Children of one piece of work: many enough to make its cost disappear, few enough to be shared
+/// out among threads.
+constexpr std::size_t kPieceSize = 256;
+
+} // namespace
+
+ClientView::ClientView(std::shared_ptr<ClientGroup> clientGroup)
+    : group(std::move(clientGroup)), events(*this, tree, requests) {
+    group->views.push_back(this);
+}
+
+void ClientView::close() {
+    isClosed = true;
+    if (op) {
+        std::erase(op->views, this);
+        op = nullptr;
+    }
+    std::erase(group->views, this);
+    work.clear();
+    visits.clear();
+    letOthersReconsider();
+}
+
+// ---- requests
+
+void ClientView::setActive(const std::string& path, bool isActive) {
+    if (!requests.setActive(path, isActive)) {
+        return;
+    }
+    visits.push_back(path);
+    if (!isActive) {
+        events.forgetCached(path);
+        letOthersReconsider();
+    }
+}
+
+void ClientView::setOpen(const std::string& path, bool isOpen) {
+    if (!requests.setOpen(path, isOpen)) {
+        return;
+    }
+    visits.push_back(path);
+    if (!isOpen) {
+        letOthersReconsider();
+    }
+}
+
+void ClientView::setAllOpen(bool allOpen) {
+    if (!requests.setAllOpen(allOpen)) {
+        return;
+    }
+    // What it changes lies below the active locations.
+    for (std::string& path : requests.getActive({})) {
+        visits.push_back(std::move(path));
+    }
+    if (!allOpen) {
+        letOthersReconsider();
+    }
+}
+
+void ClientView::letOthersReconsider() {
+    for (ClientView* other : group->views) {
+        other->events.reconsiderOwing();
+    }
+}
+
+std::vector<ClientView*> ClientView::getWitnesses() const {
+    std::vector<ClientView*> witnesses;
+    for (ClientView* other : group->views) {
+        if (other != this && other->op == op && op) {
+            witnesses.push_back(other);
+        }
+    }
+    return witnesses;
+}
+
+bool ClientView::isWanted(const LocationNames& names) const {
+    RequestTree::Cursor cursor = requests.begin();
+    for (const std::string_view name : names) {
+        cursor = requests.descend(cursor, name);
+    }
+    return op && cursor.isWanted;
+}
+
+bool ClientView::isTold(const std::string& path) {
+    const auto names = splitPath(path);
+    if (!names) {
+        const auto found = requests.malformed.find(path);
+        return op && found != requests.malformed.end() && !found->second;
+    }
+    if (!isWanted(*names)) {
+        return false;
+    }
+    const RequestNode* request = requests.find(*names);
+    const ClientNode* node = tree.find(*names);
+    if (!node || !node->has(ClientNode::kLive)) {
+        const bool isKnown = node && node->has(ClientNode::kTold | ClientNode::kPending);
+        return !isKnown && !hasWork() && request && request->isActive && !request->awaitsAnswer;
+    }
+    const CookNode* data = node->source->resolve();
+    return data && node->has(ClientNode::kTold) && !node->has(ClientNode::kForced) &&
+           node->toldVersion == data->version;
+}
+
+// ---- what it views
+
+void ClientView::setOp(GraphOp* viewedOp) {
+    if (viewedOp == op) {
+        return;
+    }
+    letOthersReconsider();
+    if (op) {
+        std::erase(op->views, this);
+    }
+    op = viewedOp;
+    ClientNode& top = tree.getTop();
+    ClientTree::forEachKid(top, [](ClientNode& root) { markPending(root); });
+    if (!op) {
+        ClientTree::forEachKid(top, [&](ClientNode& root) { leave(root, true); });
+        top.clear(ClientNode::kLive);
+        return;
+    }
+    op->views.push_back(this);
+    top.set(ClientNode::kLive);
+    syncKids(top, requests.begin(), *op->top);
+}
+
+CookNode* ClientView::getData(const ClientNode& node) const {
+    if (!node.parent) {
+        return op ? op->top.get() : nullptr;
+    }
+    return node.source ? node.source->resolve() : nullptr;
+}
+
+RequestTree::Cursor ClientView::getCursor(const ClientNode& node) const {
+    RequestTree::Cursor cursor = requests.begin();
+    for (const std::string_view name : tree.getNames(node)) {
+        cursor = requests.descend(cursor, name);
+    }
+    return cursor;
+}
+
+bool ClientView::isLive(const LocationNames& names) const {
+    const ClientNode* node = const_cast<ClientTree&>(tree).find(names);
+    return node && node->has(ClientNode::kLive);
+}
+
+void ClientView::onTouched(const LocationNames& names, bool isSubtree) {
+    if (!isSubtree) {
+        visit(names);
+        return;
+    }
+    if (ClientNode* node = tree.find(names)) {
+        markPending(*node);
+    }
+    visits.push_back(joinPath(names));
+}
+
+void ClientView::update() {
+    // Visits make no visits.
+    for (const std::string& path : std::exchange(visits, {})) {
+        if (const auto names = splitPath(path)) {
+            visit(*names);
+        }
+    }
+}
+
+void ClientView::visit(const LocationNames& names) {
+    if (!op) {
+        return;
+    }
+    ClientNode* node = &tree.getTop();
+    RequestTree::Cursor cursor = requests.begin();
+    for (std::size_t depth = 0; depth < names.size(); ++depth) {
+        CookNode* data = getData(*node);
+        if (!data) {
+            return;
+        }
+        align(*node, *data);
+        const std::size_t index =
+            data->children ? data->children->find(names[depth]) : ChildList::kNone;
+        cursor = requests.descend(cursor, names[depth]);
+        if (index == ChildList::kNone) {
+            if (cursor.request && cursor.request->activeAtOrBelow > 0) {
+                std::string path = joinPath(names, depth + 1);
+                noteMissing(*cursor.request, path);
+            }
+            return;
+        }
+        ClientNode* kid = ClientTree::findKid(*node, names[depth]);
+        if (!cursor.isWanted) {
+            if (kid) {
+                leave(*kid, false);
+            }
+            return;
+        }
+        // The last one is refreshed below.
+        const bool isFollowed = kid && (depth + 1 == names.size() ? isCurrent(*kid, *data)
+                                                                  : followKid(*kid, cursor, *data));
+        if (!isFollowed) {
+            schedule(*node, index, index + 1);
+            return;
+        }
+        node = kid;
+    }
+    refresh(*node, cursor);
+}
+
+void ClientView::refresh(ClientNode& node, const RequestTree::Cursor& cursor) {
+    CookNode* data = getData(node);
+    if (!data) {
+        leave(node, true);
+        if (cursor.request) {
+            std::string path;
+            tree.appendPath(node, path);
+            noteMissing(*cursor.request, path);
+        }
+        return;
+    }
+    if (cursor.request && cursor.request->isActive && cursor.request->awaitsAnswer) {
+        node.set(ClientNode::kForced);
+    }
+    if (!node.has(ClientNode::kTold) || node.toldVersion != data->version ||
+        node.has(ClientNode::kForced)) {
+        events.add(node);
+    }
+    syncKids(node, cursor, *data);
+}
+
+bool ClientView::isCurrent(const ClientNode& kid, const CookNode& data) {
+    const CookBlock* block = data.getBlock();
+    return kid.has(ClientNode::kLive) && block && kid.source == &block->child(kid.index);
+}
+
+bool ClientView::followKid(ClientNode& kid, const RequestTree::Cursor& cursor, CookNode& data) {
+    if (!isCurrent(kid, data)) {
+        return false;
+    }
+    if (kid.has(ClientNode::kExpanded) != cursor.isExpanded ||
+        kid.has(ClientNode::kBelowActive) != cursor.isBelowActive) {
+        if (CookNode* kidData = getData(kid)) {
+            syncKids(kid, cursor, *kidData);
+        }
+    }
+    return true;
+}
+
+void ClientView::syncKids(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data) {
+    align(node, data);
+    node.clear(ClientNode::kExpanded | ClientNode::kBelowActive);
+    node.set(static_cast<std::uint16_t>((cursor.isExpanded ? ClientNode::kExpanded : 0) |
+                                        (cursor.isBelowActive ? ClientNode::kBelowActive : 0)));
+    noteMissingKids(node, cursor, data.children.get());
+    if (!data.children) {
+        return;
+    }
+    if (cursor.isExpanded) {
+        syncExpanded(node, cursor, data);
+    } else {
+        syncRequested(node, cursor, data);
+    }
+}
+
+void ClientView::syncExpanded(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data) {
+    const std::size_t count = data.children->size();
+    const bool isUnderWay = node.work > 0;
+    std::size_t from = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        ClientNode* kid = node.kids ? node.kids->nodes[i] : nullptr;
+        const bool isFollowed =
+            kid && followKid(*kid, requests.descend(cursor, data.children->getName(i)), data);
+        if (isFollowed || i - from == kPieceSize) {
+            scheduleExpansion(node, from, i, isUnderWay);
+            from = isFollowed ? i + 1 : i;
+        }
+    }
+    scheduleExpansion(node, from, count, isUnderWay);
+}
+
+void ClientView::scheduleExpansion(ClientNode& parent, std::size_t from, std::size_t to,
+                                   bool isUnderWay) {
+    if (from < to && isUnderWay) {
+        parent.set(ClientNode::kResync);
+    } else {
+        schedule(parent, from, to);
+    }
+}
+
+void ClientView::syncRequested(ClientNode& node, const RequestTree::Cursor& cursor,
+                               CookNode& data) {
+    if (node.kids) {
+        for (ClientNode* kid : node.kids->nodes) {
+            if (kid && !requests.descend(cursor, tree.getName(*kid)).isWanted) {
+                leave(*kid, false);
+            }
+        }
+    }
+    if (!cursor.request) {
+        return;
+    }
+    for (const auto& [name, request] : cursor.request->children) {
+        const RequestTree::Cursor kidCursor = requests.descend(cursor, name);
+        const std::size_t index = kidCursor.isWanted ? data.children->find(name) : ChildList::kNone;
+        if (index == ChildList::kNone) {
+            continue;
+        }
+        ClientNode* kid = node.kids ? node.kids->nodes[index] : nullptr;
+        if (!kid || !followKid(*kid, kidCursor, data)) {
+            schedule(node, index, index + 1);
+        }
+    }
+}
+
+void ClientView::align(ClientNode& node, CookNode& data) {
+    std::vector<ClientNode*> departed;
+    tree.align(node, data.children, departed);
+    for (ClientNode* kid : departed) {
+        leave(*kid, true);
+    }
+}
+
+void ClientView::adopt(ClientNode& parent, CookNode& data, std::size_t index,
+                       const RequestTree::Cursor& cursor) {
+    CookNode& source = data.getBlock()->child(index);
+    if (!source.resolve()) {
+        if (ClientNode* kid = parent.kids ? parent.kids->nodes[index] : nullptr) {
+            leave(*kid, true);
+        }
+        if (cursor.request) {
+            std::string path;
+            tree.appendPath(parent, path);
+            path += '/';
+            path += data.children->getName(index);
+            noteMissing(*cursor.request, path);
+        }
+        return;
+    }
+    ClientNode& kid = tree.ensureKid(parent, data.children, index);
+    kid.source = &source;
+    kid.set(ClientNode::kLive);
+    kid.clear(ClientNode::kPending | ClientNode::kAbsent);
+    refresh(kid, cursor);
+}
+
+// ---- leaving
+
+void ClientView::markLeft(ClientNode& node) {
+    node.clear(ClientNode::kLive | ClientNode::kPending | ClientNode::kExpanded |
+               ClientNode::kForced);
+    node.source = nullptr;
+    ClientTree::forEachKid(node, [](ClientNode& kid) { markLeft(kid); });
+}
+
+void ClientView::markPending(ClientNode& node) {
+    node.clear(ClientNode::kLive | ClientNode::kExpanded);
+    node.set(ClientNode::kPending);
+    node.source = nullptr;
+    if (node.kids) {
+        // Not those that have departed: they are gone, whatever comes.
+        for (ClientNode* kid : node.kids->nodes) {
+            if (kid) {
+                markPending(*kid);
+            }
+        }
+    }
+}
+
+void ClientView::leave(ClientNode& node, bool isAbsent) {
+    const bool isNewlyAbsent = isAbsent && !node.has(ClientNode::kAbsent);
+    if (!isNewlyAbsent && !node.has(ClientNode::kLive | ClientNode::kPending)) {
+        return;
+    }
+    if (isAbsent) {
+        node.set(ClientNode::kAbsent);
+    }
+    markLeft(node);
+    events.add(node);
+    letOthersReconsider();
+}
+
+void ClientView::noteMissing(const RequestNode& request, std::string& path) {
+    if (requests.awaitingAnswers == 0) {
+        return;
+    }
+    if (request.isActive && request.awaitsAnswer) {
+        events.addMissing(path);
+    }
+    for (const auto& [name, child] : request.children) {
+        if (child->activeAtOrBelow > 0) {
+            const std::size_t length = path.size();
+            path += '/';
+            path += name;
+            noteMissing(*child, path);
+            path.resize(length);
+        }
+    }
+}
+
+void ClientView::noteMissingKids(const ClientNode& node, const RequestTree::Cursor& cursor,
+                                 const ChildList* list) {
+    if (!cursor.request || requests.awaitingAnswers == 0) {
+        return;
+    }
+    for (const auto& [name, child] : cursor.request->children) {
+        if (child->activeAtOrBelow > 0 && (!list || list->find(name) == ChildList::kNone)) {
+            std::string path;
+            tree.appendPath(node, path);
+            path += '/';
+            path += name;
+            noteMissing(*child, path);
+        }
+    }
+}
+
+// ---- work
+
+void ClientView::schedule(ClientNode& parent, std::size_t from, std::size_t to) {
+    if (from >= to) {
+        return;
+    }
+    if (parent.work == std::numeric_limits<std::uint16_t>::max()) {
+        parent.set(ClientNode::kResync);
+        return;
+    }
+    ++parent.work;
+    work.push_back({&parent, nullptr, from, to});
+}
+
+void ClientView::endWork(ClientNode& parent) {
+    if (--parent.work > 0) {
+        return;
+    }
+    const bool needsResync = parent.has(ClientNode::kResync);
+    parent.clear(ClientNode::kResync);
+    CookNode* data = parent.has(ClientNode::kLive) ? getData(parent) : nullptr;
+    if (needsResync && data) {
+        syncKids(parent, getCursor(parent), *data);
+    } else {
+        tree.reap(&parent);
+    }
+}
+
+bool ClientView::takeWork(std::size_t limit, ClientWork& piece) {
+    while (!work.empty()) {
+        ClientWork& next = work.front();
+        ClientNode& parent = *next.parent;
+        next.data = parent.has(ClientNode::kLive) ? getData(parent) : nullptr;
+        const std::size_t count =
+            next.data && next.data->children ? next.data->children->size() : 0;
+        next.to = std::min(next.to, count);
+        if (next.from >= next.to) {
+            // It left, or its children changed, which has been seen to.
+            work.pop_front();
+            endWork(parent);
+            continue;
+        }
+        piece = next;
+        if (piece.to - piece.from > limit) {
+            piece.to = piece.from + limit;
+            next.from = piece.to;
+            ++parent.work;
+        } else {
+            work.pop_front();
+        }
+        return true;
+    }
+    return false;
+}
+
+void ClientView::finishWork(const ClientWork& piece) {
+    ClientNode& parent = *piece.parent;
+    if (!parent.has(ClientNode::kLive) || getData(parent) != piece.data) {
+        endWork(parent);
+        return;
+    }
+    CookNode& data = *piece.data;
+    align(parent, data);
+    const RequestTree::Cursor cursor = getCursor(parent);
+    CookBlock* block = data.getBlock();
+    for (std::size_t i = piece.from; i < piece.to; ++i) {
+        if (!block || !block->child(i).isCooked()) {
+            work.push_front({&parent, nullptr, i, piece.to});
+            return;
+        }
+        const RequestTree::Cursor kidCursor = requests.descend(cursor, data.children->getName(i));
+        if (kidCursor.isWanted) {
+            adopt(parent, data, i, kidCursor);
+        }
+    }
+    endWork(parent);
+}
+
+} // namespace VlScenelibEngine

@@ -1,0 +1,132 @@
+#pragma once
+
+#include "clienttree.h"
+#include "eventqueue.h"
+#include "graphop.h"
+#include "requesttree.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace VlScenelibEngine {
+
+class ClientView;
+
+/// The clients of one runtime, who feed one viewer together.
+struct ClientGroup {
+    std::vector<ClientView*> views;
+};
+
+/// Children of a location that a client wants cooked.
+struct ClientWork {
+    ClientNode* parent = nullptr;
+    /// The location whose children they are, resolved; and their places in its list.
+    CookNode* data = nullptr;
+    std::size_t from = 0;
+    std::size_t to = 0;
+};
+
+/// One client: what it has asked for, what of it is cooked, and what it is to be told. It views an
+/// op's tree and follows every change there.
+///
+/// All members are called with the engine's lock held, and the graph does not change meanwhile.
+class ClientView {
+public:
+    explicit ClientView(std::shared_ptr<ClientGroup> clientGroup);
+    ClientView(const ClientView&) = delete;
+    ClientView& operator=(const ClientView&) = delete;
+
+    // ---- requests
+
+    void setActive(const std::string& path, bool isActive);
+    void setOpen(const std::string& path, bool isOpen);
+    void setAllOpen(bool allOpen);
+    [[nodiscard]] RequestTree& getRequests() noexcept { return requests; }
+
+    // ---- what it views
+
+    /// Null: nothing.
+    void setOp(GraphOp* viewedOp);
+    [[nodiscard]] GraphOp* getOp() const noexcept { return op; }
+
+    /// The location's data has changed, or (isSubtree) it is about to be replaced with everything
+    /// below it.
+    void onTouched(const LocationNames& names, bool isSubtree);
+    [[nodiscard]] bool isLive(const LocationNames& names) const;
+
+    // ---- following it
+
+    [[nodiscard]] bool hasWork() const noexcept { return !work.empty() || !visits.empty(); }
+    /// Takes what was requested and what was replaced into account. What must be cooked for it
+    /// becomes work.
+    void update();
+    /// Takes the next piece of work, of at most `limit` children. False when there is none.
+    [[nodiscard]] bool takeWork(std::size_t limit, ClientWork& piece);
+    /// Shows what has been cooked of a piece; the rest becomes work again.
+    void finishWork(const ClientWork& piece);
+
+    // ---- what it tells
+
+    [[nodiscard]] EventQueue& getEvents() noexcept { return events; }
+    [[nodiscard]] ClientTree& getTree() noexcept { return tree; }
+    /// The other clients of the group that view the same op.
+    [[nodiscard]] std::vector<ClientView*> getWitnesses() const;
+    /// Whether the client cooks the path, by its requests.
+    [[nodiscard]] bool isWanted(const LocationNames& names) const;
+    /// Whether what was fetched for the path is what there now is. To be asked while nothing is to
+    /// be cooked again.
+    [[nodiscard]] bool isTold(const std::string& path);
+
+    /// Whether all views of the engine have caught up with the op graph and their requests. The
+    /// engine keeps it.
+    [[nodiscard]] bool isSettled() const noexcept { return settled; }
+    void setSettled(bool isSettledNow) noexcept { settled = isSettledNow; }
+
+    /// Ends the client: it follows and tells nothing any more.
+    void close();
+    /// What is still under way for a closed client comes to nothing.
+    [[nodiscard]] bool isOver() const noexcept { return isClosed; }
+
+private:
+    [[nodiscard]] CookNode* getData(const ClientNode& node) const;
+    [[nodiscard]] RequestTree::Cursor getCursor(const ClientNode& node) const;
+    void visit(const LocationNames& names);
+    void refresh(ClientNode& node, const RequestTree::Cursor& cursor);
+    void syncKids(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data);
+    void syncExpanded(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data);
+    void syncRequested(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data);
+    /// True when the child is cooked for this client as it now is.
+    [[nodiscard]] static bool isCurrent(const ClientNode& kid, const CookNode& data);
+    /// The same, and sees to what changed requests mean for what is below it.
+    bool followKid(ClientNode& kid, const RequestTree::Cursor& cursor, CookNode& data);
+    void adopt(ClientNode& parent, CookNode& data, std::size_t index,
+               const RequestTree::Cursor& cursor);
+    void align(ClientNode& node, CookNode& data);
+    void leave(ClientNode& node, bool isAbsent);
+    static void markLeft(ClientNode& node);
+    static void markPending(ClientNode& node);
+    void noteMissing(const RequestNode& request, std::string& path);
+    void noteMissingKids(const ClientNode& node, const RequestTree::Cursor& cursor,
+                         const ChildList* list);
+    void schedule(ClientNode& parent, std::size_t from, std::size_t to);
+    void scheduleExpansion(ClientNode& parent, std::size_t from, std::size_t to, bool isUnderWay);
+    void endWork(ClientNode& parent);
+    void letOthersReconsider();
+
+    std::shared_ptr<ClientGroup> group;
+    GraphOp* op = nullptr;
+    RequestTree requests;
+    ClientTree tree;
+    EventQueue events;
+    std::deque<ClientWork> work;
+    /// Paths where requests have changed or subtrees were replaced.
+    std::vector<std::string> visits;
+    bool settled = false;
+    bool isClosed = false;
+};
+
+} // namespace VlScenelibEngine

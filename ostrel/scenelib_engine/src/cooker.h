@@ -1,0 +1,55 @@
+#pragma once
+
+#include "cookrun.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace VlScenelibEngine {
+
+/// Cooks locations on demand, each once. What a cook reads from an input is cooked on the way, on
+/// the same thread; a thread that needs what another is just cooking waits for it, which ends
+/// because ops form no cycle.
+///
+/// All members: [any-thread], while the coordinator leaves the graph alone.
+class Cooker {
+public:
+    struct Place {
+        /// Resolved; null when there is no such location.
+        CookNode* node = nullptr;
+        /// How many of the names lead to locations that exist.
+        std::size_t depth = 0;
+    };
+
+    /// Cooks from the op's root down to that location.
+    [[nodiscard]] Place locate(GraphOp& op, const LocationNames& names);
+
+    /// The cooked child of a resolved location (or of a TopNode) by name; null when it has none of
+    /// the name.
+    [[nodiscard]] CookNode* cookedChild(CookNode& parent, std::string_view name, std::size_t hint);
+
+    /// Cooks the node if that has not been done. Its parent must be cooked.
+    void ensureCooked(GraphOp& op, CookNode& node, InputPlaces& places);
+
+    /// Runs the node's cook without storing anything.
+    [[nodiscard]] CookOutcome recook(GraphOp& op, CookNode& node);
+
+    /// Stores what the outcome tells of reads, replacing what was there.
+    static void storeReads(GraphOp& op, CookNode& node, CookOutcome& outcome);
+    /// Stores the result in a node without one.
+    static void storeResult(CookNode& node, CookOutcome& outcome);
+    /// A number that no other result bears.
+    [[nodiscard]] static std::uint64_t makeVersion() noexcept;
+
+    [[nodiscard]] std::uint64_t getNumberOfCooks() const noexcept {
+        return numberOfCooks.load(std::memory_order_relaxed);
+    }
+
+private:
+    /// Cooks run so far: what tests count.
+    std::atomic<std::uint64_t> numberOfCooks{0};
+};
+
+} // namespace VlScenelibEngine

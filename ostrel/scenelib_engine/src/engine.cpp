@@ -1,0 +1,327 @@
+#include "engine.h"
+
+#include "optyperegistry.h"
+
+#include <oneapi/tbb/parallel_for.h>
+
+#include <algorithm>
+#include <atomic>
+#include <stdexcept>
+#include <unordered_set>
+#include <utility>
+
+namespace VlScenelibEngine {
+
+namespace {
+
+constexpr std::size_t kSmallestBatch = 16;
+constexpr std::size_t kFirstBatch = 512;
+constexpr std::size_t kLargestBatch = 16384;
+constexpr std::chrono::microseconds kShortBatch{1000};
+constexpr std::chrono::microseconds kLongBatch{4000};
+
+/// Ids are unique in the process, so that one op graph's are never taken for another's.
+std::atomic<int> lastOpId{0};
+std::atomic<std::int64_t> lastCommitId{0};
+
+/// Whether the op can be reached from its own inputs.
+bool isOnCycle(const OpRecord& op) {
+    std::vector<const OpRecord*> stack{&op};
+    std::unordered_set<const OpRecord*> seen;
+    while (!stack.empty()) {
+        const OpRecord* next = stack.back();
+        stack.pop_back();
+        for (const std::shared_ptr<OpRecord>& input : next->inputs) {
+            if (input.get() == &op) {
+                return true;
+            }
+            if (input && seen.insert(input.get()).second) {
+                stack.push_back(input.get());
+            }
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+Engine::Engine(int workers)
+    : arena(workers > 0 ? workers : tbb::task_arena::automatic),
+      workerCount(static_cast<std::size_t>(arena.max_concurrency())), batchSize(kFirstBatch),
+      coordinator([this] { run(); }) {}
+
+Engine::~Engine() {
+    stop();
+}
+
+void Engine::stop() {
+    inbox->postStop();
+    if (coordinator.joinable()) {
+        coordinator.join();
+    }
+}
+
+// ---- the graph
+
+std::shared_ptr<OpRecord> Engine::createOp() {
+    auto record = std::make_shared<OpRecord>(++lastOpId, inbox);
+    const std::lock_guard lock(editMutex);
+    records[record->id] = record;
+    return record;
+}
+
+std::shared_ptr<OpRecord> Engine::findOp(int opId) {
+    const std::lock_guard lock(editMutex);
+    const auto found = records.find(opId);
+    return found == records.end() ? nullptr : found->second.lock();
+}
+
+std::int64_t Engine::commit(std::vector<GraphEdit> edits) {
+    // Freed after the commit has been posted: an op must not end before it ceases to be an input.
+    std::vector<std::pair<OpRecord*, std::vector<std::shared_ptr<OpRecord>>>> before;
+    const std::lock_guard lock(editMutex);
+    for (const GraphEdit& edit : edits) {
+        if (edit.kind == GraphEdit::Kind::Inputs) {
+            before.emplace_back(edit.op.get(), std::exchange(edit.op->inputs, edit.inputs));
+        }
+    }
+    for (const auto& [op, inputs] : before) {
+        if (isOnCycle(*op)) {
+            const int opId = op->id;
+            for (auto entry = before.rbegin(); entry != before.rend(); ++entry) {
+                std::swap(entry->first->inputs, entry->second);
+            }
+            throw std::runtime_error("Op " + std::to_string(opId) +
+                                     " can't have these inputs: it would depend on itself");
+        }
+    }
+    const std::int64_t id = ++lastCommitId;
+    inbox->postCommit({id, std::move(edits)});
+    return id;
+}
+
+// ---- clients
+
+std::shared_ptr<ClientView> Engine::createView(std::shared_ptr<ClientGroup> group) {
+    const std::lock_guard lock(stateMutex);
+    views.push_back(std::make_shared<ClientView>(std::move(group)));
+    return views.back();
+}
+
+void Engine::closeView(const std::shared_ptr<ClientView>& view) {
+    std::shared_ptr<OpRecord> op;
+    {
+        const std::lock_guard lock(stateMutex);
+        view->close();
+        std::erase(views, view);
+        if (const auto found = viewed.find(view.get()); found != viewed.end()) {
+            op = std::move(found->second);
+            viewed.erase(found);
+        }
+    }
+    inbox->poke();
+}
+
+bool Engine::isDataCurrent(ClientView& view, const std::string& path, std::int64_t commitId) {
+    const std::lock_guard lock(stateMutex);
+    if (commitId > lastCommitId.load()) {
+        return false;
+    }
+    const std::int64_t newest = inbox->getNewestCommit();
+    const std::int64_t target = commitId < 0 ? newest : std::min(commitId, newest);
+    return appliedCommit >= target && recooking.isClean() && view.isTold(path);
+}
+
+// ---- the coordinator
+
+void Engine::run() {
+    bool hasWork = false;
+    for (;;) {
+        Inbox::Letters letters = inbox->take(hasWork);
+        if (letters.isStop) {
+            return;
+        }
+        apply(letters);
+        hasWork = step();
+    }
+}
+
+void Engine::apply(Inbox::Letters& letters) {
+    const std::lock_guard lock(stateMutex);
+    for (GraphCommit& commit : letters.commits) {
+        for (GraphEdit& edit : commit.edits) {
+            apply(edit);
+        }
+        appliedCommit = commit.id;
+    }
+    for (const int opId : letters.releasedOps) {
+        if (auto op = ops.extract(opId)) {
+            recooking.remove(std::move(op.mapped()));
+        }
+        const std::lock_guard editLock(editMutex);
+        records.erase(opId);
+    }
+    if (letters.isFlush) {
+        dropAllMemos();
+    }
+    setSettled(false);
+}
+
+void Engine::apply(GraphEdit& edit) {
+    switch (edit.kind) {
+    case GraphEdit::Kind::Args: {
+        GraphOp& op = ensureOp(*edit.op);
+        recooking.setType(op, edit.typeName);
+        recooking.setArgs(op, edit.args ? edit.args : VlAttribute::GroupAttribute::Empty());
+        break;
+    }
+    case GraphEdit::Kind::Inputs: {
+        std::vector<GraphOp*> inputs;
+        inputs.reserve(edit.inputs.size());
+        for (const std::shared_ptr<OpRecord>& input : edit.inputs) {
+            inputs.push_back(input ? &ensureOp(*input) : nullptr);
+        }
+        recooking.setInputs(ensureOp(*edit.op), std::move(inputs));
+        break;
+    }
+    case GraphEdit::Kind::ClientOp:
+        if (!edit.view->isOver()) {
+            edit.view->setOp(edit.op ? &ensureOp(*edit.op) : nullptr);
+            viewed[edit.view.get()] = std::move(edit.op);
+        }
+        break;
+    }
+}
+
+GraphOp& Engine::ensureOp(const OpRecord& record) {
+    std::unique_ptr<GraphOp>& op = ops[record.id];
+    if (!op) {
+        op = std::make_unique<GraphOp>(record.id);
+        op->type = findOpType(op->typeName);
+    }
+    return *op;
+}
+
+void Engine::dropAllMemos() {
+    for (const auto& [id, op] : ops) {
+        recooking.dropMemo(*op);
+    }
+}
+
+void Engine::setSettled(bool isSettled) {
+    if (std::exchange(settled, isSettled) == isSettled) {
+        return;
+    }
+    for (const std::shared_ptr<ClientView>& view : views) {
+        view->setSettled(isSettled);
+        if (isSettled) {
+            view->getEvents().reconsiderOwing();
+        }
+    }
+}
+
+bool Engine::step() {
+    std::unique_lock lock(stateMutex);
+    if (!recooking.isClean()) {
+        recook(lock);
+        return true;
+    }
+    recooking.buryRemoved();
+    for (const std::shared_ptr<ClientView>& view : views) {
+        view->update();
+    }
+    const bool hasWork = cookWanted(lock);
+    setSettled(!hasWork);
+    return hasWork;
+}
+
+void Engine::recook(std::unique_lock<std::mutex>& lock) {
+    Recooking::Slice slice = recooking.takeSlice(batchSize);
+    if (slice.nodes.empty()) {
+        return;
+    }
+    lock.unlock();
+    const auto begin = std::chrono::steady_clock::now();
+    parallelFor(slice.nodes.size(), [&](std::size_t i) { recooking.cookEntry(slice, i); });
+    const auto elapsed = std::chrono::steady_clock::now() - begin;
+    lock.lock();
+    if (slice.nodes.size() == batchSize) {
+        adaptBatch(elapsed);
+    }
+    recooking.storeSlice(slice);
+}
+
+bool Engine::cookWanted(std::unique_lock<std::mutex>& lock) {
+    // Pieces small enough that all threads get some.
+    const std::size_t pieceSize = std::max<std::size_t>(1, batchSize / (4 * workerCount));
+    std::vector<Piece> pieces;
+    std::size_t count = 0;
+    std::size_t idleViews = 0;
+    while (count < batchSize && idleViews < views.size()) {
+        nextView = (nextView + 1) % views.size();
+        Piece piece{views[nextView], {}};
+        if (!piece.view->takeWork(pieceSize, piece.work)) {
+            ++idleViews;
+            continue;
+        }
+        idleViews = 0;
+        count += piece.work.to - piece.work.from;
+        pieces.push_back(std::move(piece));
+    }
+    if (pieces.empty()) {
+        return false;
+    }
+    lock.unlock();
+    const auto begin = std::chrono::steady_clock::now();
+    parallelFor(pieces.size(), [&](std::size_t i) { cookPiece(pieces[i]); });
+    const auto elapsed = std::chrono::steady_clock::now() - begin;
+    lock.lock();
+    if (count >= batchSize) {
+        adaptBatch(elapsed);
+    }
+    for (const Piece& piece : pieces) {
+        if (!piece.view->isOver()) {
+            piece.view->finishWork(piece.work);
+        }
+    }
+    return true;
+}
+
+void Engine::cookPiece(const Piece& piece) {
+    CookNode& data = *piece.work.data;
+    GraphOp& op = data.getOp();
+    CookBlock& block = data.ensureBlock();
+    InputPlaces places(cooker, op, data);
+    for (std::size_t i = piece.work.from; i < piece.work.to; ++i) {
+        // At least one is cooked, so that every batch gets on.
+        if (i > piece.work.from && inbox->hasLetters()) {
+            return;
+        }
+        cooker.ensureCooked(op, block.child(i), places);
+    }
+}
+
+void Engine::adaptBatch(std::chrono::steady_clock::duration elapsed) {
+    if (elapsed < kShortBatch) {
+        batchSize = std::min(batchSize * 2, kLargestBatch);
+    } else if (elapsed > kLongBatch) {
+        batchSize = std::max(batchSize / 2, kSmallestBatch);
+    }
+}
+
+template <typename Body>
+void Engine::parallelFor(std::size_t count, Body&& body) {
+    if (count == 1) {
+        body(0);
+        return;
+    }
+    arena.execute([&] {
+        tbb::parallel_for(std::size_t{0}, count, [&](std::size_t i) {
+            // A cook that waits for parallel work of its own must not take up another cook
+            // meanwhile, which might wait for it.
+            tbb::this_task_arena::isolate([&] { body(i); });
+        });
+    });
+}
+
+} // namespace VlScenelibEngine

@@ -1,0 +1,261 @@
+#include "eventqueue.h"
+
+#include "clientview.h"
+#include "locationpath.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace VlScenelibEngine {
+
+void EventQueue::add(ClientNode& node) {
+    if (!node.has(ClientNode::kQueued)) {
+        node.set(ClientNode::kQueued);
+        queue.push_back(&node);
+    }
+}
+
+void EventQueue::beginDrain() {
+    leftInDrain = queue.size();
+}
+
+bool EventQueue::next(std::string& path, LocationReport& report) {
+    if (ClientNode* node = findNext()) {
+        tell(*node, path, report);
+        return true;
+    }
+    return tellMissing(path, report);
+}
+
+bool EventQueue::hasNext() {
+    leftInDrain = queue.size();
+    if (findNext()) {
+        return true;
+    }
+    return std::any_of(missing.begin(), missing.end(),
+                       [&](const std::string& path) { return isStillMissing(path); }) ||
+           (view.getOp() && std::any_of(requests.malformed.begin(), requests.malformed.end(),
+                                        [](const auto& entry) { return entry.second; }));
+}
+
+bool EventQueue::hasNews(const ClientNode& node) const {
+    const CookNode* data = node.source->resolve();
+    return data && (node.has(ClientNode::kForced) || !node.has(ClientNode::kTold) ||
+                    node.toldVersion != data->version);
+}
+
+void EventQueue::popFront() {
+    ClientNode* node = queue.front();
+    queue.pop_front();
+    leftInDrain -= leftInDrain > 0 ? 1 : 0;
+    node->clear(ClientNode::kQueued);
+}
+
+ClientNode* EventQueue::findNext() {
+    for (;;) {
+        while (!staged.empty()) {
+            ClientNode* node = staged.front();
+            if (node->has(ClientNode::kTold) &&
+                !node->has(ClientNode::kLive | ClientNode::kPending)) {
+                return node;
+            }
+            // It came back while it waited here.
+            staged.pop_front();
+            node->clear(ClientNode::kStaged);
+            if (node->has(ClientNode::kLive)) {
+                add(*node);
+            } else {
+                tree.reap(node);
+            }
+        }
+        if (leftInDrain == 0) {
+            return nullptr;
+        }
+        ClientNode* node = queue.front();
+        if (node->has(ClientNode::kLive)) {
+            if (hasNews(*node)) {
+                for (ClientNode* above = node->parent; above; above = above->parent) {
+                    node = above->has(ClientNode::kTold) ? node : above;
+                }
+                return node;
+            }
+            popFront();
+            continue;
+        }
+        popFront();
+        if (node->has(ClientNode::kTold) && !node->has(ClientNode::kPending)) {
+            stageGone(*node);
+        } else {
+            tree.reap(node);
+        }
+    }
+}
+
+void EventQueue::stageGone(ClientNode& node) {
+    std::vector<Witness> witnesses;
+    const LocationNames names = tree.getNames(node);
+    bool isAbsent = false;
+    for (const ClientNode* above = node.parent; above; above = above->parent) {
+        isAbsent = isAbsent || above->has(ClientNode::kAbsent);
+    }
+    for (ClientView* other : view.getWitnesses()) {
+        Witness witness{other, other->getRequests().begin(), &other->getTree().getTop()};
+        for (std::size_t i = 0; i + 1 < names.size(); ++i) {
+            witness.cursor = other->getRequests().descend(witness.cursor, names[i]);
+            witness.node = witness.node ? ClientTree::findKid(*witness.node, names[i]) : nullptr;
+        }
+        if (witness.cursor.isWanted) {
+            witnesses.push_back(witness);
+        }
+    }
+    stageGone(node, std::move(witnesses), isAbsent, node.parent->has(ClientNode::kOwing));
+}
+
+void EventQueue::stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isAbsent,
+                           bool isParentKept) {
+    isAbsent = isAbsent || node.has(ClientNode::kAbsent);
+    if (isAbsent) {
+        witnesses.clear();
+    }
+    const std::string_view name = witnesses.empty() ? std::string_view() : tree.getName(node);
+    std::erase_if(witnesses, [&](Witness& witness) {
+        witness.cursor = witness.view->getRequests().descend(witness.cursor, name);
+        witness.node = witness.node ? ClientTree::findKid(*witness.node, name) : nullptr;
+        const bool isShown = witness.node && witness.node->has(ClientNode::kLive);
+        return !witness.cursor.isWanted || (!isShown && view.isSettled());
+    });
+    const bool isKept = !witnesses.empty() && node.has(ClientNode::kTold);
+    ClientTree::forEachKid(node, [&](ClientNode& kid) {
+        if (!kid.has(ClientNode::kLive)) {
+            stageGone(kid, witnesses, isAbsent, isKept);
+        }
+    });
+    if (!node.has(ClientNode::kTold) || node.has(ClientNode::kPending)) {
+        return;
+    }
+    if (isKept) {
+        // What is kept with its parent is reconsidered with it.
+        if (!isParentKept && !node.has(ClientNode::kOwing)) {
+            node.set(ClientNode::kOwing);
+            owing.push_back(&node);
+        }
+    } else if (!node.has(ClientNode::kStaged)) {
+        node.set(ClientNode::kStaged);
+        staged.push_back(&node);
+    }
+}
+
+void EventQueue::reconsiderOwing() {
+    for (ClientNode* node : std::exchange(owing, {})) {
+        node->clear(ClientNode::kOwing);
+        add(*node);
+    }
+}
+
+void EventQueue::tell(ClientNode& node, std::string& path, LocationReport& report) {
+    buildPath(node, path);
+    if (node.has(ClientNode::kLive)) {
+        const CookNode* data = node.source->resolve();
+        report.exists = true;
+        report.attrs = data->attrs;
+        report.potentialChildren =
+            data->children ? data->children->getNames() : VlAttribute::StringAttribute();
+        node.toldVersion = data->version;
+        node.set(ClientNode::kTold);
+        node.clear(ClientNode::kForced);
+        noteAnswered(node);
+        remember(path, report);
+        return;
+    }
+    report = LocationReport();
+    staged.pop_front();
+    node.clear(ClientNode::kTold | ClientNode::kStaged | ClientNode::kForced);
+    noteAnswered(node);
+    if (requests.isActive(path)) {
+        remember(path, report);
+    } else {
+        cache.erase(path);
+    }
+    if (prefixNode == node.parent) {
+        prefixNode = nullptr;
+    }
+    tree.reap(&node);
+}
+
+bool EventQueue::isStillMissing(const std::string& path) const {
+    const auto names = splitPath(path);
+    const RequestNode* request = names ? requests.find(*names) : nullptr;
+    const ClientNode* node = names ? tree.find(*names) : nullptr;
+    constexpr std::uint16_t kKnown = ClientNode::kTold | ClientNode::kLive | ClientNode::kPending;
+    return view.getOp() && request && request->isActive && request->awaitsAnswer &&
+           !(node && node->has(kKnown));
+}
+
+bool EventQueue::tellMissing(std::string& path, LocationReport& report) {
+    report = LocationReport();
+    while (!missing.empty()) {
+        path = *missing.begin();
+        missing.erase(missing.begin());
+        if (isStillMissing(path)) {
+            requests.find(*splitPath(path))->awaitsAnswer = false;
+            --requests.awaitingAnswers;
+            remember(path, report);
+            return true;
+        }
+    }
+    for (auto& [malformed, awaitsAnswer] : requests.malformed) {
+        if (awaitsAnswer && view.getOp()) {
+            awaitsAnswer = false;
+            path = malformed;
+            remember(path, report);
+            return true;
+        }
+    }
+    return false;
+}
+
+void EventQueue::noteAnswered(const ClientNode& node) {
+    if (requests.awaitingAnswers == 0) {
+        return;
+    }
+    RequestNode* request = requests.find(tree.getNames(node));
+    if (request && request->awaitsAnswer) {
+        request->awaitsAnswer = false;
+        --requests.awaitingAnswers;
+    }
+}
+
+void EventQueue::buildPath(const ClientNode& node, std::string& path) {
+    if (prefixNode != node.parent) {
+        prefix.clear();
+        tree.appendPath(*node.parent, prefix);
+        prefix += '/';
+        prefixNode = node.parent;
+    }
+    path.assign(prefix);
+    path += tree.getName(node);
+}
+
+void EventQueue::setCachingEnabled(bool enabled) {
+    isCaching = enabled;
+    if (!enabled) {
+        cache.clear();
+    }
+}
+
+const LocationReport* EventQueue::getCached(const std::string& path) const {
+    const auto found = cache.find(path);
+    return found == cache.end() ? nullptr : &found->second;
+}
+
+void EventQueue::forgetCached(const std::string& path) {
+    cache.erase(path);
+}
+
+void EventQueue::remember(const std::string& path, const LocationReport& report) {
+    if (isCaching) {
+        cache[path] = report;
+    }
+}
+
+} // namespace VlScenelibEngine

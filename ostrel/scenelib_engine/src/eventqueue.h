@@ -1,0 +1,101 @@
+#pragma once
+
+#include "clienttree.h"
+#include "requesttree.h"
+
+#include "VlAttribute/GroupAttribute.h"
+#include "VlAttribute/StringAttribute.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace VlScenelibEngine {
+
+class ClientView;
+
+/// What is told of one location.
+struct LocationReport {
+    bool exists = false;
+    VlAttribute::GroupAttribute attrs;
+    VlAttribute::StringAttribute potentialChildren;
+};
+
+/// The locations of which one client has something to tell. It holds no data: what is told of a
+/// location is decided when it is fetched, so that newer data takes the place of older, and what
+/// nobody was told of and is gone again is not mentioned.
+///
+/// A location is told after its parent. One that is gone is told after all below it, and only if it
+/// was told before and either does not exist any more or is not shown by any other client of the
+/// runtime that views the same op.
+class EventQueue {
+public:
+    EventQueue(ClientView& owner, ClientTree& clientTree, RequestTree& clientRequests)
+        : view(owner), tree(clientTree), requests(clientRequests) {}
+
+    /// Something about the node may be to be told.
+    void add(ClientNode& node);
+    /// The path is active, and known not to exist.
+    void addMissing(std::string path) { missing.insert(std::move(path)); }
+
+    /// Begins a drain: next() then gives only what is in the queue now.
+    void beginDrain();
+    /// Begins a batch of next() calls between which nothing else happens.
+    void beginBatch() noexcept { prefixNode = nullptr; }
+    /// Takes the next report of the drain. False when there is none.
+    bool next(std::string& path, LocationReport& report);
+    /// Whether a drain would give anything.
+    [[nodiscard]] bool hasNext();
+
+    /// To be called when other clients of the runtime may have ceased to show something.
+    void reconsiderOwing();
+    [[nodiscard]] bool isOwing() const noexcept { return !owing.empty(); }
+
+    void setCachingEnabled(bool enabled);
+    /// Null when there is none.
+    [[nodiscard]] const LocationReport* getCached(const std::string& path) const;
+    void forgetCached(const std::string& path);
+
+private:
+    /// How far another client's walk has come beside ours.
+    struct Witness {
+        ClientView* view = nullptr;
+        RequestTree::Cursor cursor;
+        ClientNode* node = nullptr;
+    };
+
+    /// The node of which the next report tells, null when there is none.
+    ClientNode* findNext();
+    [[nodiscard]] bool hasNews(const ClientNode& node) const;
+    void stageGone(ClientNode& node);
+    void stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isAbsent,
+                   bool isParentKept);
+    void tell(ClientNode& node, std::string& path, LocationReport& report);
+    bool tellMissing(std::string& path, LocationReport& report);
+    [[nodiscard]] bool isStillMissing(const std::string& path) const;
+    void noteAnswered(const ClientNode& node);
+    void popFront();
+    void buildPath(const ClientNode& node, std::string& path);
+    void remember(const std::string& path, const LocationReport& report);
+
+    ClientView& view;
+    ClientTree& tree;
+    RequestTree& requests;
+    std::deque<ClientNode*> queue;
+    /// What the head of the queue turned out to be: nodes to be told gone, children first.
+    std::deque<ClientNode*> staged;
+    std::vector<ClientNode*> owing;
+    std::set<std::string> missing;
+    std::size_t leftInDrain = 0;
+    /// The parent whose path was built last, for the siblings that mostly follow.
+    const ClientNode* prefixNode = nullptr;
+    std::string prefix;
+    bool isCaching = false;
+    std::unordered_map<std::string, LocationReport> cache;
+};
+
+} // namespace VlScenelibEngine

@@ -1,0 +1,20 @@
+#include "ops/builtinops.h"
+
+#include "ops/generate.h"
+#include "ops/literal.h"
+#include "ops/merge.h"
+#include "ops/noop.h"
+
+namespace VlScenelibEngine {
+
+void registerBuiltinOps() {
+    const auto passThrough = std::make_shared<NoOp>();
+    registerOpType("no-op", passThrough);
+    registerOpType("WorkingSet.MultipleOnePassResolve", passThrough);
+    registerOpType("WorkingSet.Prune", passThrough);
+    registerOpType("Scene.Literal", std::make_shared<Literal>());
+    registerOpType("Scene.Generate", std::make_shared<Generate>());
+    registerOpType("Scene.Merge", std::make_shared<Merge>());
+}
+
+} // namespace VlScenelibEngine

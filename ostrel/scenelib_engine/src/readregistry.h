@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace VlScenelibEngine {
+
+class CookNode;
+class GraphOp;
+
+/// Who reads which locations of one op from another place than the same path: those reads leave no
+/// trace in the reader's position, so they are recorded.
+class ReadRegistry {
+public:
+    /// [any-thread]
+    void add(std::string path, CookNode& reader);
+    /// Removes what the reader has on these paths. [any-thread]
+    void remove(const std::vector<std::string>& paths, const CookNode& reader);
+
+    /// Calls `visit` for the readers of the path and, with `below`, of everything below it.
+    void forEach(const std::string& path, bool below,
+                 const std::function<void(CookNode&)>& visit) const;
+    /// Whether anyone reads the path or something below it.
+    [[nodiscard]] bool isRead(const std::string& path) const;
+    [[nodiscard]] bool isEmpty() const;
+
+private:
+    template <typename Visit>
+    void visitRange(const std::string& path, bool below, Visit&& visit) const;
+
+    mutable std::mutex mutex;
+    std::multimap<std::string, CookNode*> readers;
+};
+
+} // namespace VlScenelibEngine

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "cooker.h"
+#include "graphop.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <set>
+#include <vector>
+
+namespace VlScenelibEngine {
+
+/// Carries a change from where it happens to everything that depends on it, and cooks again what
+/// is affected: the upstream ops first, in an op the parents before their children, each at most
+/// once per pass. A cook that gives an equal result stops the chain.
+///
+/// What depends on an op's location is found through the graph: a downstream op's node at the same
+/// path, the clients' nodes at the same path, and the op's read registry for reads from elsewhere.
+/// An alias passes a change on to whatever depends on its own op at that path.
+///
+/// Belongs to the coordinator, which calls while no cook runs, except for cookSlice().
+class Recooking {
+public:
+    explicit Recooking(Cooker& opCooker) : cooker(opCooker) {}
+    ~Recooking();
+
+    // ---- edits of the graph
+
+    void setType(GraphOp& op, const std::string& typeName);
+    void setArgs(GraphOp& op, const VlAttribute::GroupAttribute& args);
+    void setInputs(GraphOp& op, std::vector<GraphOp*> inputs);
+    /// Drops everything that the op has cooked; what clients view is cooked anew.
+    void dropMemo(GraphOp& op);
+    /// Takes an op that nobody refers to out of the graph. It is freed with all that is removed.
+    void remove(std::unique_ptr<GraphOp> op);
+
+    // ---- cooking again
+
+    [[nodiscard]] bool isClean() const noexcept { return dirtyOps.empty(); }
+
+    /// A batch of nodes of one op, none above another, and what their cooks give.
+    struct Slice {
+        GraphOp* op = nullptr;
+        std::vector<CookNode*> nodes;
+        std::vector<CookOutcome> outcomes;
+    };
+    /// The next batch. Nodes that nobody uses any more are forgotten instead of cooked.
+    [[nodiscard]] Slice takeSlice(std::size_t limit);
+    /// Cooks entry i of the slice. [any-thread]
+    void cookEntry(Slice& slice, std::size_t i);
+    void storeSlice(Slice& slice);
+    /// Frees what was removed, once nothing is dirty.
+    void buryRemoved();
+
+private:
+    enum class Touch {
+        Rerun,   ///< cooked again with an equal result: only for those who view it
+        Changed, ///< its attributes or children
+        Subtree, ///< it and everything below it is another
+    };
+
+    void touch(GraphOp& op, const LocationNames& names, Touch kind);
+    void touchOutput(GraphOp& output, const GraphOp& changed, const LocationNames& names,
+                     Touch kind);
+    void markReadersBelow(GraphOp& op, CookNode& node, const GraphOp& read);
+    void markDirty(GraphOp& op, CookNode& node);
+    void markWhere(GraphOp& op, CookNode& node, bool argReadersOnly,
+                   const std::function<bool(const CookNode&)>& isAffected);
+    [[nodiscard]] bool isUsed(const GraphOp& op, const LocationNames& names) const;
+    void uncook(GraphOp& op, CookNode& node, const LocationNames& names);
+    void store(GraphOp& op, CookNode& node, CookOutcome& outcome);
+    void storeLocation(GraphOp& op, CookNode& node, const LocationNames& names, CookResult& result);
+    void rearrangeChildren(GraphOp& op, CookNode& node, const LocationNames& names,
+                           const ChildList* before);
+    void retire(std::unique_ptr<CookBlock> block);
+    void dropReadsBelow(GraphOp& op, CookNode& node);
+    void updateDepth(GraphOp& op);
+
+    Cooker& cooker;
+    std::vector<GraphOp*> dirtyOps;
+    /// Removed nodes, and blocks whose nodes somebody may still point to, in order of removal.
+    std::vector<CookNode*> removedNodes;
+    std::vector<std::unique_ptr<CookBlock>> removedBlocks;
+    std::vector<std::unique_ptr<TopNode>> removedTops;
+    std::vector<std::unique_ptr<GraphOp>> removedOps;
+};
+
+} // namespace VlScenelibEngine
