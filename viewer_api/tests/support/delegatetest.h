@@ -73,6 +73,14 @@ protected:
     DelegateTest() { start(); }
     ~DelegateTest() override { delegate.reset(); }
 
+    /// What a test makes doubles do refers to its own variables, which end before the delegate.
+    void TearDown() override {
+        for (RecordingPlugin* const recorder : {&plugin, &componentA, &componentB, &componentC})
+            recorder->onCall = nullptr;
+        bridge.onCall = nullptr;
+        channels.onFire = nullptr;
+    }
+
     /// A fresh delegate with an empty log.
     void start() {
         delegate.reset();
