@@ -1,4 +1,6 @@
 """The scene that is shown when none is given: a few shapes on the ground."""
+from __future__ import division
+
 import math
 
 from PyVlAttribute import (DoubleAttribute, FloatAttribute, GroupAttribute, IntAttribute,

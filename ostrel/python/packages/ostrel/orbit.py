@@ -1,4 +1,6 @@
 """Where a camera stands."""
+from __future__ import division
+
 import math
 
 _UNIT_BOX = (-1.0, 1.0, -1.0, 1.0, -1.0, 1.0)

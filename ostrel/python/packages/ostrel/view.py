@@ -1,4 +1,6 @@
 """A viewport with everything that a picture needs."""
+from __future__ import division
+
 import PyWindowSystem
 
 from ostrel.orbit import Orbit
