@@ -59,7 +59,7 @@ class OrbitTest(unittest.TestCase):
             self.assertTrue(up[1] > 0, "the y axis points up in the picture")
             self.assertAlmostEqual(up[0], 0, 9)
 
-    def testFrameFitsEveryBoxTightlyFromEveryDirection(self):
+    def testFrameFitsEveryBoxTightlyUnlessThatWouldTouchIt(self):
         for (name, box), aspect, fov in itertools.product(BOXES.items(), (0.3, 1.0, 16 / 9.0),
                                                           (20.0, 45.0, 100.0)):
             for yaw, pitch in ((35, 22), (0, 0), (120, -60), (270, 89)):
@@ -68,17 +68,23 @@ class OrbitTest(unittest.TestCase):
                 slope = math.tan(math.radians(fov) / 2)
                 near, far = orbit.nearFar()
                 matrix = orbit.viewMatrix()
-                reach = 0.0
+                reach, nearest = 0.0, far
                 for corner in corners(box):
                     x, y, z, _ = transform(corner, matrix)
                     self.assertTrue(near < -z < far, name)
+                    nearest = min(nearest, -z)
                     reach = max(reach, abs(x) / (-z * slope * aspect), abs(y) / (-z * slope))
-                self.assertAlmostEqual(reach, Orbit.FILL, 4, "%s from %d, %d" % (name, yaw, pitch))
+                context = "%s from %d, %d" % (name, yaw, pitch)
+                if nearest > Orbit.CLEARANCE * orbit.radius * 1.0001:
+                    self.assertAlmostEqual(reach, Orbit.FILL, 4, context)
+                else:
+                    self.assertTrue(reach <= Orbit.FILL + 1e-4, context)
 
     def testFrameOfAPointStepsBackALittle(self):
         orbit = Orbit()
         orbit.frame((5, 5, 5, 5, 5, 5))
-        self.assertEqual(orbit.target, (5, 5, 5))
+        for value in orbit.target:
+            self.assertAlmostEqual(value, 5, 1)
         self.assertTrue(0 < orbit.distance < 1)
 
     def testUnusableBoundsBecomeABoxAroundTheOrigin(self):

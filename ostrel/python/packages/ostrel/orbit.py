@@ -33,7 +33,9 @@ class Orbit(object):
     """
 
     #: How much of the picture what is framed fills, at most.
-    FILL = 0.86
+    FILL = 0.9
+    #: How far the camera stays away from what is framed, by its radius.
+    CLEARANCE = 0.25
 
     def __init__(self, target=(0.0, 0.0, 0.0), distance=20.0, yaw=35.0, pitch=22.0, radius=10.0):
         self.target = tuple(target)
@@ -78,14 +80,21 @@ class Orbit(object):
             self.radius = max(1e-3, 1e-3 * max(abs(value) for value in self.target))
             halves = [self.radius] * 3
         right, up, back = self.axes()
-        slopeUp = math.tan(math.radians(fov) / 2) * self.FILL
-        slopeRight = slopeUp * aspect
-        self.distance = 0.0
-        for corner in range(8):
-            point = [halves[i] if corner >> i & 1 else -halves[i] for i in range(3)]
-            depth = _dot(point, back)
-            self.distance = max(self.distance, depth + abs(_dot(point, right)) / slopeRight,
-                                depth + abs(_dot(point, up)) / slopeUp)
+        slope = math.tan(math.radians(fov) / 2) * self.FILL
+        # Each side of the picture is a plane through the camera that no corner may cross. Opposite
+        # sides together give the smallest distance, and where between them the camera stands. It
+        # keeps clear of the nearest corner, which a wide angle would let it touch.
+        self.distance = (sum(halves[i] * abs(back[i]) for i in range(3))
+                         + self.CLEARANCE * self.radius)
+        for axis, steepness in ((right, slope * aspect), (up, slope)):
+            sides = []
+            for sign in (1, -1):
+                # The furthest corner in a direction is found axis by axis.
+                direction = [sign * axis[i] + steepness * back[i] for i in range(3)]
+                sides.append(sum(halves[i] * abs(direction[i]) for i in range(3)))
+            self.distance = max(self.distance, (sides[0] + sides[1]) / (2 * steepness))
+            shift = (sides[0] - sides[1]) / 2
+            self.target = tuple(self.target[i] + shift * axis[i] for i in range(3))
 
     def orbit(self, yaw, pitch):
         """Turns around the target, by degrees."""
