@@ -71,7 +71,9 @@ static int knows(const Counter* counter, const char* path) {
 static void destroy(void* instance) {
     Counter* counter = (Counter*)instance;
     while (counter->locations) {
-        drop(counter, counter->locations->path);
+        Location* location = counter->locations;
+        counter->locations = location->next;
+        free(location);
     }
     free(counter);
 }

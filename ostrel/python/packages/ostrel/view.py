@@ -21,8 +21,9 @@ class View(object):
         self.orbit = Orbit()
         self.viewport = session.delegate.addViewport("SceneViewport", name)
         self.viewport.setup(windowId)
-        self.viewport.addLayer("MeshLayer", "meshes")
+        # The grid first: so it stays behind the model and never cuts through it.
         self.viewport.addLayer("GridLayer", "grid")
+        self.viewport.addLayer("MeshLayer", "meshes")
         self.camera = self.viewport.addCamera(cameraPlugin, "main")
         self.viewport.setActiveCamera(self.camera)
         self.resize(width, height)
