@@ -148,11 +148,12 @@ void main() {
         vec3 halfway = normalize(keyDirection + toEye);
         float gloss = pow(max(0.0, dot(n, halfway)), 40.0);
         float grazing = pow(1.0 - max(0.0, dot(n, toEye)), 5.0);
-        lit = albedo * light + vec3(0.07) * gloss + vec3(0.05, 0.055, 0.065) * grazing;
+        lit = shoulder(albedo * light + vec3(0.07) * gloss +
+                       vec3(0.05, 0.055, 0.065) * grazing);
     }
     vec3 highlight = vec3(1.0, 0.36, 0.05);
     lit = mix(lit, highlight * (0.25 + 0.75 * dot(lit, vec3(0.333)) * 2.0), 0.45 * isSelected);
-    color = vec4(shoulder(lit), alpha);
+    color = vec4(lit, alpha);
 }
 )";
 

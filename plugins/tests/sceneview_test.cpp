@@ -1,4 +1,4 @@
-#include "support/fakehost.h"
+#include "support/fakescene.h"
 #include "support/geometries.h"
 
 #include "VlAttribute/IntAttribute.h"
@@ -18,45 +18,18 @@ using VlAttribute::IntAttribute;
 
 class SceneView : public testing::Test {
 protected:
-    SceneView() : file("SceneView") {
-        ViewerPlugin::pluginHost() = fakePluginHost();
-        delegate.suite = static_cast<const ViewerDelegatePluginSuite*>(
-            file.findSuite(VL_VIEWER_DELEGATE_PLUGIN_TYPE, "SceneDelegate"));
-        delegate.instance = delegate.suite->create(&delegate);
-        delegate.viewports.push_back(&viewport);
-        viewport.delegate = &delegate;
-        viewport.suite = static_cast<const ViewportPluginSuite*>(
-            file.findSuite(VL_VIEWPORT_PLUGIN_TYPE, "SceneViewport"));
-        viewport.instance = viewport.suite->create(&viewport);
-        for (const char* name : {"GridLayer", "MeshLayer"}) {
-            viewport.layers.push_back(std::make_unique<FakeLayer>());
-            FakeLayer& layer = *viewport.layers.back();
-            layer.viewport = &viewport;
-            layer.suite = static_cast<const ViewportLayerPluginSuite*>(
-                file.findSuite(VL_VIEWPORT_LAYER_PLUGIN_TYPE, name));
-            layer.instance = layer.suite->create(&layer);
-        }
-    }
-    ~SceneView() override {
-        for (const auto& layer : viewport.layers) {
-            layer->suite->destroy(layer->instance);
-        }
-        viewport.suite->destroy(viewport.instance);
-        delegate.suite->destroy(delegate.instance);
+    SceneView() {
+        scene.addLayer(viewport, "GridLayer");
+        scene.addLayer(viewport, "MeshLayer");
     }
 
-    void tell(const char* path, const VlAttribute::GroupAttribute& attributes) {
-        const ViewerLocationEvent event{path, attributes.getHandle(), nullptr,
-                                        kVlLocationEventAttributesChanged};
-        delegate.suite->locationEvent(delegate.instance, &event, 0);
-    }
-
-    PluginFile file;
-    FakeDelegate delegate;
-    FakeViewport viewport;
+    FakeScene scene;
+    FakeDelegate& delegate = scene.delegate;
+    FakeViewport& viewport = scene.addViewport(0, 0);
 };
 
 TEST_F(SceneView, offersItsPlugins) {
+    const PluginFile& file = scene.getSceneView();
     std::set<std::pair<std::string, std::string>> found;
     for (int i = 0; i < file.getNumberOfPlugins(); ++i) {
         found.emplace(file.getPlugin(i)->typeName, file.getPlugin(i)->name);
@@ -73,7 +46,7 @@ TEST_F(SceneView, offersItsPlugins) {
 }
 
 TEST_F(SceneView, drawsNothingAndSurvivesWithoutAContext) {
-    tell("/root/cube", cubeLocation());
+    scene.tell("/root/cube", cubeLocation());
     viewport.suite->draw(viewport.instance);
     for (const auto& layer : viewport.layers) {
         layer->suite->draw(layer->instance);
@@ -95,7 +68,7 @@ TEST_F(SceneView, survivesADelegateOfAnotherLibrary) {
 }
 
 TEST_F(SceneView, delegateKnowsNoBoundsAndIsNeverBusy) {
-    tell("/root/cube", cubeLocation());
+    scene.tell("/root/cube", cubeLocation());
     EXPECT_EQ(delegate.suite->getBounds(delegate.instance, "/root/cube"), nullptr);
     EXPECT_EQ(delegate.suite->computeExtent(delegate.instance, "/root/cube"), nullptr);
     EXPECT_EQ(delegate.suite->isProcessing(delegate.instance), 0);
@@ -104,7 +77,7 @@ TEST_F(SceneView, delegateKnowsNoBoundsAndIsNeverBusy) {
 TEST_F(SceneView, firstChangeAsksEveryViewportForAPicture) {
     FakeViewport second;
     delegate.viewports.push_back(&second);
-    tell("/root/cube", cubeLocation());
+    scene.tell("/root/cube", cubeLocation());
     EXPECT_TRUE(viewport.dirty);
     EXPECT_TRUE(second.dirty);
 }
@@ -116,17 +89,9 @@ TEST_F(SceneView, selectionAsksForAPicture) {
 }
 
 TEST_F(SceneView, resizeTellsEveryCamera) {
-    const PluginFile cameras("Cameras");
-    auto camera = std::make_unique<FakeCamera>();
-    camera->viewport = &viewport;
-    camera->suite = static_cast<const ViewportCameraPluginSuite*>(
-        cameras.findSuite(VL_VIEWPORT_CAMERA_PLUGIN_TYPE, "PerspectiveCamera"));
-    camera->instance = camera->suite->create(camera.get());
-    FakeCamera& added = *camera;
-    viewport.cameras.push_back(std::move(camera));
+    const FakeCamera& camera = scene.addCamera(viewport, {0, 0, 10});
     viewport.suite->resize(viewport.instance, 400, 100);
-    EXPECT_NEAR(added.projection[1][1] / added.projection[0][0], 4.0, 1e-12);
-    added.suite->destroy(added.instance);
+    EXPECT_NEAR(camera.projection[1][1] / camera.projection[0][0], 4.0, 1e-12);
 }
 
 TEST_F(SceneView, meshLayerKeepsItsCullingOption) {

@@ -1,0 +1,105 @@
+#include "gl/gpuscene.h"
+
+#include "support/geometries.h"
+#include "support/offscreencontext.h"
+
+#include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/StringAttribute.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+// Needs an OpenGL context; skipped where none can be made.
+namespace {
+
+using namespace Bundled;
+using VlAttribute::FloatAttribute;
+using VlAttribute::GroupAttribute;
+using VlAttribute::StringAttribute;
+
+class GpuSceneGL : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!context.isValid() || !isGLReady()) {
+            GTEST_SKIP() << "no OpenGL context on this machine";
+        }
+        frame.viewToClip.setValue(Imath::M44f());
+        frame.viewToClip[2][2] = -0.001f;
+    }
+    void TearDown() override {
+        if (context.isValid()) {
+            EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+        }
+    }
+
+    void tell(const std::string& path, const GroupAttribute& attributes,
+              const Imath::M44d& xform = {}) {
+        mirror.apply({path, attributes, matrixAttribute(xform),
+                      kVlLocationEventAttributesChanged | kVlLocationEventXformChanged});
+    }
+
+    OffscreenContext context{64, 64};
+    SceneMirror mirror;
+    Frame frame;
+};
+
+TEST_F(GpuSceneGL, tenThousandEqualCubesAreOneDrawCall) {
+    GpuScene scene;
+    for (int i = 0; i < 10000; ++i) {
+        tell("/root/c" + std::to_string(i), cubeLocation(), translation(i % 100, i / 100, 0));
+    }
+    scene.draw(mirror, frame);
+    EXPECT_EQ(scene.getNumberOfDrawCalls(), 1u);
+}
+
+TEST_F(GpuSceneGL, eachPairOfGeometryAndMaterialIsADrawCall) {
+    GpuScene scene;
+    const GroupAttribute glass{{"opacity", FloatAttribute(0.5f)}};
+    tell("/root/a", cubeLocation(1.0f));
+    tell("/root/b", cubeLocation(2.0f));
+    tell("/root/c", cubeLocation(2.0f, glass));
+    scene.draw(mirror, frame);
+    EXPECT_EQ(scene.getNumberOfDrawCalls(), 3u);
+    mirror.apply({"/root", {}, {}, kVlLocationEventRemoved});
+    scene.draw(mirror, frame);
+    EXPECT_EQ(scene.getNumberOfDrawCalls(), 0u);
+}
+
+TEST_F(GpuSceneGL, pictureThatCannotBeReadIsToldOnceWithItsName) {
+    GpuScene scene;
+    tell("/root/a", cubeLocation(1.0f, {{"texture", StringAttribute("/nowhere/none.png")}}));
+    scene.draw(mirror, frame);
+    const auto errors = scene.takeErrors();
+    ASSERT_EQ(errors.size(), 1u);
+    EXPECT_NE(errors[0].find("/nowhere/none.png"), std::string::npos);
+    scene.draw(mirror, frame);
+    EXPECT_TRUE(scene.takeErrors().empty());
+}
+
+TEST_F(GpuSceneGL, followsAMirrorThatComesAndGoes) {
+    GpuScene scene;
+    for (int round = 0; round < 20; ++round) {
+        for (int i = 0; i < 50; ++i) {
+            const float edge = 1.0f + static_cast<float>((i + round) % 7);
+            tell("/root/r" + std::to_string(round) + "/c" + std::to_string(i), cubeLocation(edge),
+                 translation(i, round, 0));
+        }
+        if (round >= 3) {
+            mirror.apply({"/root/r" + std::to_string(round - 3), {}, {}, kVlLocationEventRemoved});
+        }
+        scene.draw(mirror, frame);
+        ASSERT_EQ(scene.getNumberOfDrawCalls(), 7u);
+    }
+}
+
+TEST_F(GpuSceneGL, endsQuietlyWithoutItsContext) {
+    auto scene = std::make_unique<GpuScene>();
+    tell("/root/a", cubeLocation());
+    scene->draw(mirror, frame);
+    windowSystem().makeCurrent(windowSystem().getCurrentDC(), nullptr);
+    EXPECT_FALSE(isGLReady());
+    scene.reset();
+}
+
+} // namespace
