@@ -2,6 +2,7 @@
 
 import unittest
 
+import PyWindowSystem
 from scripted import (CAMERA, DELEGATE, IS_PYTHON_3, LAYER, ScriptedTest, VIEWPORT, ViewerAPI,
                       errorOf)
 from PyVlAttribute import GroupAttribute, IntAttribute, StringAttribute
@@ -20,10 +21,20 @@ class ViewportTest(ScriptedTest):
 
 
 class EventTest(ViewportTest):
-    def initialise(self):
-        """What the host wants before it passes an event on."""
-        self.viewport.setup(-1)
-        return self.plugins.take()
+    def test_anEventIsLentToThePluginOnceThereIsAWindow(self):
+        window = PyWindowSystem.createOffscreen(16, 16)
+        self.addCleanup(PyWindowSystem.destroyOffscreen, window)
+        self.viewport.setup(window)
+        self.plugins.take()
+        event = GroupAttribute(("type", StringAttribute("key")))
+        for answer, handled in ((None, False), (0, False), (1, True), (-3, True)):
+            self.plugins.answers[VIEWPORT, "event"] = answer
+            self.assertIs(handled, self.viewport.event(event))
+        # Any attribute will do.
+        self.assertIs(True, self.viewport.event(IntAttribute(1)))
+        self.assertEqual([(VIEWPORT, "event", event)] * 4 +
+                         [(VIEWPORT, "event", IntAttribute(1))], self.plugins.take())
+        self.delegate.cleanup()
 
     def test_anEventBeforeSetupDoesNotReachThePlugin(self):
         self.assertIs(False, self.viewport.event(GroupAttribute()))

@@ -7,6 +7,7 @@
 namespace ViewerAPI {
 
 void setRuntimeError(const char* text) noexcept {
+    PyErr_Clear(); // the text can't be decoded while an error is pending
     // Not PyErr_SetString, which on Python 3 refuses what is no UTF-8.
     const PyReference value(pythoncompat::newText(text));
     if (value) {
