@@ -22,9 +22,9 @@
 
 namespace {
 
-void limit(decltype(RLIMIT_CPU) resource, rlim_t value) {
-    const rlimit both = {value, value};
-    setrlimit(resource, &both);
+void limit(decltype(RLIMIT_CPU) resource, rlim_t soft, rlim_t hard) {
+    const rlimit limits = {soft, hard};
+    setrlimit(resource, &limits);
 }
 
 std::string read(const char* path) {
@@ -44,12 +44,13 @@ int main(int argc, char** argv) {
         return 2;
     }
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    limit(RLIMIT_CORE, 0);
+    limit(RLIMIT_CORE, 0, 0);
     if (const rlim_t seconds = std::strtoul(argv[3], nullptr, 10)) {
-        limit(RLIMIT_CPU, seconds);
+        // At the soft limit comes a signal that says why, at the hard one just the end.
+        limit(RLIMIT_CPU, seconds, seconds + 1);
     }
     if (const rlim_t bytes = std::strtoul(argv[4], nullptr, 10)) {
-        limit(RLIMIT_AS, bytes);
+        limit(RLIMIT_AS, bytes, bytes);
     }
     const std::string answer = read(argv[1]);
     const int file = std::atoi(argv[2]);

@@ -34,7 +34,7 @@ constexpr int kAnswerDescriptor = 3;
 
 // What reading may take at most, in seconds of processor time: far more than any sound file needs.
 std::uint64_t processorSeconds(std::uintmax_t fileSize) {
-    return 10 + 10 * (fileSize >> 20);
+    return 5 + 10 * (fileSize >> 20);
 }
 
 // The most memory that reading may take: a damaged file can ask for any amount, and then the
