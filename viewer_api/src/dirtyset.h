@@ -17,12 +17,15 @@ namespace ViewerAPI {
 template <class Node>
 class DirtySet {
 public:
+    [[nodiscard]] std::size_t size() const { return size_; }
+
     void insert(Node* node) {
         const auto depth = static_cast<std::size_t>(node->depth);
         if (depth > byDepth_.size()) {
             byDepth_.resize(depth);
         }
         byDepth_[depth - 1].push_back(node);
+        ++size_;
     }
 
     /// Empties the set and hands every node to `visit`, which must not insert.
@@ -38,6 +41,7 @@ public:
                 nodes.shrink_to_fit();
             }
         }
+        size_ = 0;
     }
 
 private:
@@ -62,6 +66,7 @@ private:
     }
 
     std::vector<std::vector<Node*>> byDepth_;
+    std::size_t size_ = 0;
 };
 
 } // namespace ViewerAPI

@@ -77,7 +77,7 @@ void LocationTree::deleteLocation(std::string_view path) {
 void LocationTree::openLocation(std::string_view path) {
     LocationNode* node = findNode(path);
     if (!node) {
-        pendingOpen_.emplace(path);
+        pendingOpen_.insert(path);
     } else if (!node->open) {
         node->open = true;
         enqueue(*node);
@@ -87,7 +87,7 @@ void LocationTree::openLocation(std::string_view path) {
 void LocationTree::closeLocation(std::string_view path) {
     LocationNode* node = findNode(path);
     if (!node) {
-        pendingOpen_.erase(std::string(path));
+        pendingOpen_.erase(path);
     } else if (node->open) {
         node->open = false;
         enqueue(*node);
@@ -139,10 +139,10 @@ void LocationTree::hideLocations(std::span<const char* const> paths) {
     for (const char* path : paths) {
         LocationNode* node = findNode(path);
         if (!node) {
-            hidden_.emplace(path);
+            hidden_.insert(path);
         } else if (!node->proxy && !node->hidden) {
             node->hidden = true;
-            hidden_.emplace(path);
+            hidden_.insert(path);
             enqueue(*node);
         }
     }
@@ -233,16 +233,14 @@ LocationNode* LocationTree::createNode(std::string_view path, bool createParents
     LocationNode* node = addNode(path);
     if (parent) {
         attachToParent(*node, *parent, isProxy);
+    } else {
+        attachRoot(*node);
     }
     if (node->proxy) {
         return node;
     }
-    if (!pendingOpen_.empty() && pendingOpen_.erase(std::string(path)) != 0) {
-        node->wasOpen = node->open = true;
-    }
-    if (!hidden_.empty() && hidden_.count(std::string(path)) != 0) {
-        node->hidden = true;
-    }
+    node->wasOpen = node->open = pendingOpen_.erase(path);
+    node->hidden = hidden_.contains(path);
     return node;
 }
 

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "locationtreebase.h"
+#include "pathset.h"
 #include "workingsetstate.h"
-
-#include <boost/unordered_set.hpp>
 
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -76,7 +74,6 @@ public:
 
 private:
     enum class Mode : std::uint32_t { Expansion = 0, WorkingSet = 1 };
-    using PathSet = boost::unordered_set<std::string>;
 
     /// What a walk brings from the parent.
     struct Inherited {

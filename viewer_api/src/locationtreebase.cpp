@@ -34,7 +34,10 @@ const DoubleAttribute& identityXform() {
 
 template <class Node>
 LocationTreeBase<Node>::~LocationTreeBase() {
-    index_.drain([](Node* node) { delete node; });
+    // From parent to child, as they lie in memory, rather than as the index has them.
+    for (Node* root : roots_) {
+        destroy(root);
+    }
 }
 
 template <class Node>
@@ -119,6 +122,25 @@ Node* LocationTreeBase<Node>::addNode(std::string_view path) {
     Node* node = new Node(path);
     index_.insert(node);
     return node;
+}
+
+template <class Node>
+void LocationTreeBase<Node>::attachRoot(Node& node) {
+    node.childIndex = static_cast<std::uint32_t>(roots_.size());
+    roots_.push_back(&node);
+}
+
+template <class Node>
+void LocationTreeBase<Node>::destroy(Node* node) {
+    for (Node* child : node->children) {
+        destroy(child);
+    }
+    if constexpr (requires { node->proxyChildren; }) {
+        for (Node* proxy : node->proxyChildren) {
+            destroy(proxy);
+        }
+    }
+    delete node;
 }
 
 template <class Node>

@@ -54,8 +54,9 @@ protected:
 
     [[nodiscard]] Node* findNode(std::string_view path) const { return index_.find(path); }
     [[nodiscard]] Node* findParent(std::string_view path);
-    /// A node without parent, in the index.
+    /// A node in the index; `attach` it, or `attachRoot`, next.
     Node* addNode(std::string_view path);
+    void attachRoot(Node& node);
     /// Appends to a list of the parent's (its children or another) and sets parent and depth.
     static void attach(Node& node, Node& parent, NodeList<Node>& list);
     /// Undoes `attach`: the list's last element takes the node's place.
@@ -72,9 +73,13 @@ protected:
     static void rememberSent(Node& node);
     static void forgetSent(Node& node);
 
+    /// Deletes the node with all below it, and leaves the index alone.
+    static void destroy(Node* node);
+
     DirtySet<Node> dirty_;
     /// Nodes to be deleted at the end of the collection under way; none of them below another.
     std::vector<Node*> doomed_;
+    NodeList<Node> roots_; ///< "/root"; whatever else was pinned that has no parent
 
 private:
     [[nodiscard]] const Node* findToRead(std::string_view path, bool requireSent) const;

@@ -23,6 +23,7 @@ void LocationTree::collect(std::vector<LocationChange>& out) {
         }
         previousMode_ = mode_;
     }
+    out.reserve(out.size() + dirty_.size());
     // A node that a walk from above has reached already isn't queued any more, and is passed over.
     dirty_.drain([this, &out](LocationNode& node) { walk(node, Inherited(), out); });
     deleteDoomed();
@@ -183,6 +184,8 @@ void LocationTree::deleteDoomed() {
     for (LocationNode* node : doomed_) {
         if (LocationNode* parent = node->parent) {
             detach(*node, node->proxy && !parent->proxy ? parent->proxyChildren : parent->children);
+        } else {
+            detach(*node, roots_);
         }
         deleteSubtree(node);
     }
@@ -197,7 +200,7 @@ void LocationTree::deleteSubtree(LocationNode* node) {
     }
     if (node->open) {
         // A location that comes back comes back open.
-        pendingOpen_.emplace(node->path.view());
+        pendingOpen_.insert(node->path);
     }
     deleteNode(node);
 }

@@ -52,18 +52,6 @@ public:
         --size_;
     }
 
-    /// Takes every node out and hands it to `visit`, in no particular order. `visit` may delete it.
-    template <class Visit>
-    void drain(Visit&& visit) {
-        for (Node*& bucket : buckets_) {
-            while (Node* node = bucket) {
-                bucket = node->nextInBucket;
-                visit(node);
-            }
-        }
-        size_ = 0;
-    }
-
 private:
     static constexpr std::size_t kInitialBuckets = 16; // a power of two, as every later count
 

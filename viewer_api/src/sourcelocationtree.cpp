@@ -78,6 +78,8 @@ SourceLocationNode* SourceLocationTree::createNode(std::string_view path, bool c
         // What the parent was at the last collection: what it has become since, its own walk
         // brings, by comparing with what it was.
         node->inheritedPinned = parent->inheritedPinned || parent->wasPinned;
+    } else {
+        attachRoot(*node);
     }
     return node;
 }
@@ -160,6 +162,8 @@ void SourceLocationTree::deleteDoomed() {
     for (SourceLocationNode* node : doomed_) {
         if (SourceLocationNode* parent = node->parent) {
             detach(*node, parent->children);
+        } else {
+            detach(*node, roots_);
         }
         deleteSubtree(node);
     }

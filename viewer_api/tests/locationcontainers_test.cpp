@@ -3,10 +3,10 @@
 #include "dirtyset.h"
 #include "nodelist.h"
 #include "pathindex.h"
+#include "pathset.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <deque>
 #include <string>
 
@@ -52,19 +52,19 @@ TEST(PathIndex, forgetsWhatWasErased) {
     }
 }
 
-TEST(PathIndex, drainsEveryNodeOnce) {
-    std::deque<Node> nodes;
-    PathIndex<Node> index;
-    for (int i = 0; i < 40; ++i) {
-        index.insert(&nodes.emplace_back(std::to_string(i)));
-    }
-    std::vector<std::string> drained;
-    index.drain([&](Node* node) { drained.push_back(node->path); });
-    std::sort(drained.begin(), drained.end());
-    EXPECT_EQ(std::unique(drained.begin(), drained.end()), drained.end());
-    EXPECT_EQ(drained.size(), 40U);
-    EXPECT_EQ(index.size(), 0U);
-    EXPECT_EQ(index.find("3"), nullptr);
+TEST(PathSet, answersWithoutAString) {
+    PathSet paths;
+    EXPECT_FALSE(paths.contains("/root"));
+    paths.insert("/root/a");
+    paths.insert("/root/a");
+    EXPECT_EQ(paths.size(), 1U);
+    EXPECT_TRUE(paths.contains(std::string_view("/root/abc").substr(0, 7)));
+    EXPECT_FALSE(paths.erase("/root"));
+    EXPECT_TRUE(paths.erase("/root/a"));
+    EXPECT_FALSE(paths.erase("/root/a"));
+    paths.insert("/root");
+    paths.clear();
+    EXPECT_FALSE(paths.contains("/root"));
 }
 
 TEST(NodeList, keepsOrderAndSwapsTheLastIntoTheGap) {

@@ -1,0 +1,233 @@
+// From the scene engine to a delegate plug-in, without an interpreter: scene_bench [leaves...]
+//
+// | workload | what is done |
+// |---|---|
+// | populate | a scene of sets, groups and leaves, each with a transform, is viewed and wholly
+// opened; until the plug-in has read every leaf's world matrix | | memory | what the process then
+// occupies, per location | | edit-one | one leaf's transform is changed in the op graph, until the
+// plug-in has read its new world matrix | | live-one | the same as a value set by a manipulator,
+// which does not wait for the engine | | hide-group | a set of 1,000 leaves is hidden, and shown
+// again |
+
+#include "measure.h"
+
+#include "manipulatorbridge.h"
+#include "optionidgenerator.h"
+#include "suites/hostsuites.h"
+#include "suites/optionidgeneratorhostsuite.h"
+#include "vlviewerdelegatehost.h"
+
+#include "VlAttribute/DoubleAttribute.h"
+#include "VlAttribute/GroupBuilder.h"
+#include "VlAttribute/IntAttribute.h"
+#include "VlPluginSystem/VlPluginSystem.h"
+#include "VlScenelib/Client.h"
+#include "VlScenelibEngine/ScenelibEngine.h"
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace ViewerAPI;
+using VlAttribute::DoubleAttribute;
+using VlAttribute::GroupAttribute;
+using VlAttribute::GroupBuilder;
+using VlAttribute::IntAttribute;
+using VlScenelibEngine::ApplicationGraph::Transaction;
+
+constexpr long kLeavesInSet = 1000;
+constexpr long kLeavesInGroup = 100;
+const std::string kEditedLeaf = "/root/set_0/group_0/leaf_0";
+
+/// Stands for the application: takes every call and does nothing.
+class CountingBridge final : public ManipulatorBridge {
+public:
+    bool setValue(const std::string&, const std::string&, const VlAttribute::Attribute&,
+                  bool) override {
+        return true;
+    }
+    bool isNodeEditable(const char*) override { return true; }
+    void updateOp(int) override {}
+    void updateOp(int, const std::string&) override {}
+    VlAttribute::Attribute getValue(const std::string&, const std::string&) override { return {}; }
+    std::int32_t getManipulationCommitId() override { return -2; }
+    void openManipulationGroup(const std::string&) override {}
+    void closeManipulationGroup(const std::string&) override {}
+    void cleanupLiveAttributes(const std::string&) override { ++events; }
+
+    long events = 0;
+};
+
+GroupAttribute translated(double x) {
+    return GroupBuilder().set("translate", DoubleAttribute({x, 0.0, 0.0}, 3)).build();
+}
+
+/// A literal scene that consists of one leaf's transform.
+GroupAttribute editArgs(double x) {
+    return GroupBuilder()
+        .set("staticScene.c.set_0.c.group_0.c.leaf_0.a.xform", translated(x))
+        .build();
+}
+
+class Session {
+public:
+    explicit Session(long leaves) : leaves_(leaves) {
+        registerHostSuites();
+        VlScenelibEngine::registerScenelibEngine();
+        if (VlPluginSystem::loadLibrary(BENCH_PLUGINS) != 1) {
+            throw std::runtime_error("no plug-in in " BENCH_PLUGINS);
+        }
+        setManipulatorBridgeFactory([] { return std::make_unique<CountingBridge>(); });
+        delegate_ = std::make_unique<VlViewerDelegateHostStruct>("CountingDelegate", nullptr);
+
+        Transaction transaction;
+        const int scene = transaction.createOp(
+            "Scene.Generate", {{"leafCount", IntAttribute(static_cast<std::int32_t>(leaves))},
+                               {"withGeometry", IntAttribute(0)}});
+        edit_ = transaction.createOp("Scene.Literal", editArgs(0.0));
+        viewed_ = transaction.createOp("Scene.Merge", {}, {scene, edit_});
+        transaction.commit();
+    }
+
+    void openAll() {
+        std::vector<std::string> paths = {"/root"};
+        for (long set = 0; set * kLeavesInSet < leaves_; ++set) {
+            const std::string setPath = "/root/set_" + std::to_string(set);
+            paths.push_back(setPath);
+            for (long group = 0; group < 10; ++group) {
+                if (set * kLeavesInSet + group * kLeavesInGroup < leaves_) {
+                    paths.push_back(setPath + "/group_" + std::to_string(group));
+                }
+            }
+        }
+        std::vector<const char*> pointers;
+        for (const std::string& path : paths) {
+            pointers.push_back(path.c_str());
+        }
+        delegate_->openLocations(pointers.data(), static_cast<std::uint32_t>(pointers.size()));
+        numberOfLocations_ = static_cast<long>(paths.size()) + leaves_;
+    }
+
+    void view() { delegate_->setViewOp(viewed_); }
+
+    /// Pumps until the plug-in's option has that value.
+    void pumpUntil(const char* option, double value) {
+        const double deadline = bench::nowMs() + 300000.0;
+        while (read(option) != value) {
+            if (bench::nowMs() > deadline) {
+                throw std::runtime_error(std::string(option) + " is " +
+                                         std::to_string(read(option)) + " and not " +
+                                         std::to_string(value));
+            }
+            pumpMs += bench::timeMs([this] { delegate_->processLocationEvents(); });
+            ++pumps;
+            if (!delegate_->scene.primaryClient->hasLocationEvents()) {
+                std::this_thread::sleep_for(std::chrono::microseconds(20));
+            }
+        }
+    }
+
+    double read(const char* option) {
+        return DoubleAttribute(delegate_->getOption(idOf(option))).getValue();
+    }
+    void reset() { delegate_->setOption(idOf("reset"), {}); }
+
+    void edit(double x) {
+        Transaction transaction;
+        transaction.setOpArgs(edit_, "Scene.Literal", editArgs(x));
+        transaction.commit();
+    }
+    void setHidden(bool isHidden) {
+        const char* paths[] = {"/root/set_0"};
+        if (isHidden) {
+            delegate_->hideLocations(paths, 1);
+        } else {
+            delegate_->unhideLocations(paths, 1);
+        }
+        delegate_->processLocationEvents();
+    }
+
+    [[nodiscard]] long getNumberOfLocations() const { return numberOfLocations_; }
+
+    double pumpMs = 0.0; ///< spent in the pump, without waiting for the engine
+    long pumps = 0;
+
+private:
+    static std::uint64_t idOf(const char* name) {
+        const OptionIdGeneratorHostSuite* suite = getOptionIdGeneratorHostSuite();
+        return suite->generateOptionIdByName(suite->getOptionIdGenerator(), name);
+    }
+
+    const long leaves_;
+    long numberOfLocations_ = 0;
+    int edit_ = 0;
+    int viewed_ = 0;
+    std::unique_ptr<VlViewerDelegateHostStruct> delegate_;
+};
+
+void measureScene(long leaves, bench::Sample& sample) {
+    Session session(leaves);
+    const double memoryBefore = bench::memoryBytes("VmRSS");
+    const double total = bench::timeMs([&] {
+        session.openAll();
+        session.view();
+        session.pumpUntil("leaves", static_cast<double>(leaves));
+    });
+    sample.set("populate", "total_ms", total);
+    sample.set("populate", "pump_ms", session.pumpMs);
+    sample.set("populate", "pumps", static_cast<double>(session.pumps));
+    sample.set("populate", "events", session.read("events"));
+    sample.set("populate", "checksum", session.read("checksum"));
+    const auto locations = static_cast<double>(session.getNumberOfLocations());
+    sample.set("memory", "rss_bytes_per_location",
+               (bench::memoryBytes("VmRSS") - memoryBefore) / locations);
+    sample.set("memory", "peak_bytes_per_location",
+               (bench::memoryBytes("VmHWM") - memoryBefore) / locations);
+
+    // The set that the leaf stands in is neither rotated nor moved, nor is its group.
+    std::vector<double> edits;
+    for (int i = 1; i <= 15; ++i) {
+        edits.push_back(bench::timeMs([&] {
+            session.edit(1000.0 + i);
+            session.pumpUntil("lastX", 1000.0 + i);
+        }));
+    }
+    sample.set("edit-one", "median_ms", bench::median(edits));
+    sample.set("edit-one", "worst_ms", *std::max_element(edits.begin(), edits.end()));
+
+    std::vector<double> hides;
+    for (int i = 0; i < 7; ++i) {
+        for (const bool isHidden : {true, false}) {
+            session.reset();
+            hides.push_back(bench::timeMs([&] { session.setHidden(isHidden); }));
+            if (session.read("hidden") != 1011.0) {
+                throw std::runtime_error("hiding a set reached " +
+                                         std::to_string(session.read("hidden")) + " locations");
+            }
+        }
+    }
+    sample.set("hide-group", "median_ms", bench::median(hides));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::vector<long> sizes = {10000, 100000, 1000000};
+    if (argc > 1) {
+        sizes.clear();
+        for (int i = 1; i < argc; ++i) {
+            sizes.push_back(std::atol(argv[i]));
+        }
+    }
+    bool isGood = true;
+    for (const long leaves : sizes) {
+        isGood = bench::repeat(leaves, 3,
+                               [leaves](bench::Sample& sample) { measureScene(leaves, sample); }) &&
+                 isGood;
+    }
+    return isGood ? 0 : 1;
+}
