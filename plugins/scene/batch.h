@@ -26,6 +26,24 @@ struct Batch {
         }
     };
 
+    static constexpr std::size_t kBlockSize = 1024;
+
+    /// Notes that an instance was written.
+    void noteChange(std::size_t position) {
+        changed.include(position);
+        noteBoundsChange(position);
+    }
+    /// Notes that the box around an instance, perhaps one that is gone now, is not what it was.
+    void noteBoundsChange(std::size_t position) {
+        const std::size_t block = position / kBlockSize;
+        if (block >= blockChanged.size()) {
+            blockChanged.resize(block + 1, true);
+            blockBounds.resize(block + 1);
+        }
+        blockChanged[block] = true;
+        boundsChanged = true;
+    }
+
     /// Slots in the mirror's tables.
     std::uint32_t geometry = 0;
     std::uint32_t material = 0;
@@ -38,6 +56,9 @@ struct Batch {
     /// World space, around all instances; out of date while `boundsChanged`.
     Imath::Box3d bounds;
     bool boundsChanged = true;
+    /// The same for each run of `kBlockSize` instances: a change costs a block, not the batch.
+    std::vector<Imath::Box3d> blockBounds;
+    std::vector<bool> blockChanged;
     /// Its place in the mirror's list.
     std::size_t listPosition = 0;
 };

@@ -103,19 +103,30 @@ void SceneMirror::forgetUploads() {
 Imath::Box3d SceneMirror::getBounds() {
     Imath::Box3d all;
     for (Batch* batch : batchList) {
-        const Imath::Box3d& local = geometries[batch->geometry].bounds;
         if (batch->boundsChanged) {
-            batch->bounds = Imath::Box3d();
-            for (const std::uint32_t node : batch->nodes) {
-                if (!local.isEmpty()) {
-                    batch->bounds.extendBy(Imath::transform(local, worlds[node]));
-                }
-            }
-            batch->boundsChanged = false;
+            updateBounds(*batch);
         }
         all.extendBy(batch->bounds);
     }
     return all;
+}
+
+void SceneMirror::updateBounds(Batch& batch) const {
+    const Imath::Box3d& local = geometries[batch.geometry].bounds;
+    batch.bounds = Imath::Box3d();
+    for (std::size_t block = 0; block < batch.blockBounds.size(); ++block) {
+        if (batch.blockChanged[block]) {
+            Imath::Box3d box;
+            const std::size_t end = std::min((block + 1) * Batch::kBlockSize, batch.nodes.size());
+            for (std::size_t i = block * Batch::kBlockSize; i < end && !local.isEmpty(); ++i) {
+                box.extendBy(Imath::transform(local, worlds[batch.nodes[i]]));
+            }
+            batch.blockBounds[block] = box;
+            batch.blockChanged[block] = false;
+        }
+        batch.bounds.extendBy(batch.blockBounds[block]);
+    }
+    batch.boundsChanged = false;
 }
 
 bool SceneMirror::hasLocation(std::string_view path) const {
@@ -294,11 +305,11 @@ void SceneMirror::takeOutOfBatch(std::uint32_t node) {
         batch->nodes[content.position] = last;
         batch->instances[content.position] = batch->instances.back();
         contents[last].position = content.position;
-        batch->changed.include(content.position);
+        batch->noteChange(content.position);
     }
     batch->nodes.pop_back();
     batch->instances.pop_back();
-    batch->boundsChanged = true;
+    batch->noteBoundsChange(batch->nodes.size());
     if (batch->nodes.empty()) {
         batchList.back()->listPosition = batch->listPosition;
         batchList[batch->listPosition] = batchList.back();
@@ -336,8 +347,7 @@ bool SceneMirror::refresh(std::uint32_t node) {
     flags[node].dirty = false;
     if (Content& content = contents[node]; content.batch) {
         content.batch->instances[content.position] = Instance(world, selected);
-        content.batch->changed.include(content.position);
-        content.batch->boundsChanged = true;
+        content.batch->noteChange(content.position);
     }
     return changed;
 }

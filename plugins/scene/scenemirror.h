@@ -117,6 +117,7 @@ private:
     void setContent(std::uint32_t node, const VlAttribute::GroupAttribute& attributes);
     void placeInBatch(std::uint32_t node);
     void takeOutOfBatch(std::uint32_t node);
+    void updateBounds(Batch& batch) const;
     void refreshSubtree(std::uint32_t top);
     bool refresh(std::uint32_t node);
 

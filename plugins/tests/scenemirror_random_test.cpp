@@ -4,6 +4,7 @@
 
 #include "VlAttribute/FloatAttribute.h"
 
+#include <Imath/ImathBoxAlgo.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -201,6 +202,20 @@ void compare(SceneMirror& mirror, const PlainModel& model, Uploads& uploads) {
         }
     }
     const auto wanted = expected(model);
+    Imath::Box3d wantedBounds;
+    for (const auto& [path, known] : model.locations) {
+        if (wanted.contains(path)) {
+            const GroupAttribute geometry{known.attributes.getChildByName("geometry")};
+            wantedBounds.extendBy(Imath::transform(
+                Geometry::fromAttributes(geometry, GeometryKind::Mesh).bounds, model.world(path)));
+        }
+    }
+    const Imath::Box3d bounds = mirror.getBounds();
+    ASSERT_EQ(bounds.isEmpty(), wantedBounds.isEmpty());
+    if (!bounds.isEmpty()) {
+        ASSERT_TRUE(bounds.min.equalWithAbsError(wantedBounds.min, 1e-6));
+        ASSERT_TRUE(bounds.max.equalWithAbsError(wantedBounds.max, 1e-6));
+    }
     ASSERT_EQ(drawn.size(), wanted.size());
     for (const auto& [path, one] : wanted) {
         ASSERT_TRUE(drawn.contains(path)) << path;

@@ -220,6 +220,22 @@ TEST(SceneMirror, boundsCoverWhatIsVisible) {
     EXPECT_EQ(mirror.getBounds(), Imath::Box3d({19, -1, -1}, {21, 1, 1}));
 }
 
+TEST(SceneMirror, boundsFollowSingleLocationsOfALargeBatch) {
+    SceneMirror mirror;
+    for (int i = 0; i < 3000; ++i) {
+        tell(mirror, "/root/c" + std::to_string(i), cubeLocation(2.0f), translation(i, 0, 0));
+    }
+    mirror.update();
+    EXPECT_EQ(mirror.getBounds(), Imath::Box3d({-1, -1, -1}, {3000, 1, 1}));
+    tell(mirror, "/root/c1500", cubeLocation(2.0f), translation(0, 50, 0));
+    mirror.update();
+    EXPECT_EQ(mirror.getBounds(), Imath::Box3d({-1, -1, -1}, {3000, 51, 1}));
+    remove(mirror, "/root/c1500");
+    remove(mirror, "/root/c2999");
+    mirror.update();
+    EXPECT_EQ(mirror.getBounds(), Imath::Box3d({-1, -1, -1}, {2999, 1, 1}));
+}
+
 TEST(SceneMirror, forgottenUploadsCountAsChanged) {
     SceneMirror mirror;
     tell(mirror, "/root/a", cubeLocation());
