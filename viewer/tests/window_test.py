@@ -13,7 +13,8 @@ DUCK = "/usr/share/assimp/models/Collada/duck.dae"
 DEADLINE = 120.0
 
 # Runs the viewer with Qt out of reach.
-WITHOUT_QT = "import runpy, sys; sys.modules['PySide2'] = None; sys.argv = sys.argv[1:];" \
+WITHOUT_QT = "import os, runpy, sys; sys.modules['PySide2'] = None; sys.argv = sys.argv[1:];" \
+             " sys.path[0] = os.path.dirname(sys.argv[0]);" \
              " runpy.run_path(sys.argv[0], run_name='__main__')"
 
 
@@ -27,8 +28,14 @@ class Screen(object):
             ["Xvfb", "-displayfd", str(writer), "-screen", "0", "%dx%dx24" % (width, height),
              "-fbdir", folder, "-nolisten", "tcp"], stderr=subprocess.PIPE, **options)
         os.close(writer)
-        self.display = ":" + os.read(reader, 100).decode("ascii").strip()
+        number = b""
+        while not number.endswith(b"\n"):  # it ends when the pipe closes before that
+            part = os.read(reader, 100)
+            if not part:
+                raise RuntimeError("Xvfb: %r" % self.server.communicate()[1])
+            number += part
         os.close(reader)
+        self.display = ":" + number.decode("ascii").strip()
         self.file = os.path.join(folder, "Xvfb_screen0")
 
     def close(self):
