@@ -89,8 +89,9 @@ bool EglDisplay::supports(int format, std::optional<std::uint32_t> visual) const
         return surfaces & EGL_PBUFFER_BIT;
     }
     // The server refuses to show a surface whose colours are laid out unlike the window's.
-    return (surfaces & EGL_WINDOW_BIT) &&
-           static_cast<std::uint32_t>(getAttribute(format, EGL_NATIVE_VISUAL_ID)) == *visual;
+    return (surfaces & EGL_WINDOW_BIT) && connection &&
+           connection->areAlike(
+               static_cast<std::uint32_t>(getAttribute(format, EGL_NATIVE_VISUAL_ID)), *visual);
 }
 
 std::string takeEglError() {

@@ -31,8 +31,8 @@ public:
     /// An attribute of a format in range.
     [[nodiscard]] EGLint getAttribute(int format, EGLint attribute) const noexcept;
 
-    /// True when a surface of the kind can be made with the format: a window's of that visual, or
-    /// without a visual an off-screen one.
+    /// True when a surface of the kind can be made with the format: a window's of that visual or of
+    /// one alike, or without a visual an off-screen one.
     [[nodiscard]] bool supports(int format, std::optional<std::uint32_t> visual) const noexcept;
 
 private:

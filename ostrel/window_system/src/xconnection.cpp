@@ -77,6 +77,29 @@ bool XConnection::hasWindow(std::intptr_t windowId) {
     return !isLost && XGetWindowAttributes(display, static_cast<Window>(windowId), &attributes);
 }
 
+bool XConnection::areAlike(std::uint32_t visual, std::uint32_t other) noexcept {
+    if (visual == other) {
+        return true;
+    }
+    const auto describe = [this](std::uint32_t id, XVisualInfo& description) {
+        XVisualInfo wanted{};
+        wanted.visualid = id;
+        int count = 0;
+        XVisualInfo* const found = XGetVisualInfo(display, VisualIDMask, &wanted, &count);
+        if (!found) {
+            return false;
+        }
+        description = *found;
+        XFree(found);
+        return true;
+    };
+    XVisualInfo a{};
+    XVisualInfo b{};
+    return !isLost && describe(visual, a) && describe(other, b) && a.screen == b.screen &&
+           a.depth == b.depth && a.c_class == b.c_class && a.red_mask == b.red_mask &&
+           a.green_mask == b.green_mask && a.blue_mask == b.blue_mask;
+}
+
 std::optional<std::uint32_t> XConnection::windowVisual(std::intptr_t windowId) {
     if (windowId <= 0 || windowId > std::numeric_limits<std::uint32_t>::max()) {
         return std::nullopt;

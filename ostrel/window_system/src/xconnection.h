@@ -24,6 +24,10 @@ public:
     /// The id of the visual of a window that can be drawn to; nothing when there is no such window.
     [[nodiscard]] std::optional<std::uint32_t> windowVisual(std::intptr_t windowId);
 
+    /// True when both visuals lay out a pixel's colours in the same way, so that what is drawn for
+    /// the one shows in a window of the other. Servers list many such, and toolkits take any.
+    [[nodiscard]] bool areAlike(std::uint32_t visual, std::uint32_t other) noexcept;
+
     /// True when there is such a window. Within an attempt only.
     [[nodiscard]] bool hasWindow(std::intptr_t windowId);
 
