@@ -63,6 +63,16 @@ TEST(WorkingSetExtraction, withoutPolishedOnlyTakesTheGroupOut) {
     EXPECT_EQ(state, WorkingSetState{});
 }
 
+TEST(WorkingSetExtraction, leavesWhatIsNotToldUntouched) {
+    const GroupAttribute attributes =
+        GroupBuilder()
+            .set("__viewerWorkingSets.viewerVisibility.polished", GroupAttribute::Empty())
+            .build();
+    WorkingSetState state{false, true, true};
+    static_cast<void>(extractWorkingSetState(attributes, state));
+    EXPECT_EQ(state, (WorkingSetState{true, true, true}));
+}
+
 struct StateRow {
     const char* name;
     std::optional<int> included;

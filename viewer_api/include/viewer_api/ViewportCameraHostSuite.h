@@ -68,8 +68,7 @@ typedef struct ViewportCameraHostSuite {
      * [ui-thread] */
     void (*setNearFar)(VlViewportCameraHandle host, double nearPlane, double farPlane);
 
-    /* The part of the picture plane that is shown, in units of half its height (perspective) or
-     * width (orthographic) as the camera plug-in defines it; -1, 1, -1, 1 at first.
+    /* The part of the picture that is shown: -1, 1, -1, 1, as at first, is all of it.
      * [ui-thread] */
     void (*getScreenWindow)(VlViewportCameraHandle host, double* left, double* right,
                             double* bottom, double* top);

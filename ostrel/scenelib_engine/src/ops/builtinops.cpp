@@ -1,6 +1,7 @@
 #include "ops/builtinops.h"
 
 #include "ops/generate.h"
+#include "ops/import.h"
 #include "ops/literal.h"
 #include "ops/merge.h"
 #include "ops/noop.h"
@@ -12,6 +13,7 @@ void registerBuiltinOps() {
     registerOpType("no-op", passThrough);
     registerOpType("WorkingSet.MultipleOnePassResolve", passThrough);
     registerOpType("WorkingSet.Prune", passThrough);
+    registerOpType("Geometry.Import", std::make_shared<Import>());
     registerOpType("Scene.Literal", std::make_shared<Literal>());
     registerOpType("Scene.Generate", std::make_shared<Generate>());
     registerOpType("Scene.Merge", std::make_shared<Merge>());

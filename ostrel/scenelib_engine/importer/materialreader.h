@@ -1,0 +1,39 @@
+#pragma once
+
+#include "modeldata.h"
+
+#include <assimp/material.h>
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+
+struct aiScene;
+
+/// Reads the materials of one imported scene.
+class MaterialReader {
+public:
+    /// Textures are looked for beside `file`. `isLinear`: the format's colours are linear already
+    /// (glTF); all others give them as they show on a screen.
+    MaterialReader(const aiScene& scene, const std::filesystem::path& file, bool isLinear);
+
+    /// Textures that are embedded are added to the model, and one that isn't there is told in its
+    /// warnings.
+    [[nodiscard]] ModelData::Material read(const aiMaterial& material, ModelData& model);
+
+    /// Which texture coordinates the material's texture is laid out by.
+    [[nodiscard]] unsigned getUVChannel(const aiMaterial& material) const;
+
+private:
+    [[nodiscard]] aiTextureType textureTypeOf(const aiMaterial& material) const;
+    void readTexture(const std::string& name, ModelData::Material& result, ModelData& model);
+    [[nodiscard]] std::optional<std::string> findTexture(std::string name) const;
+
+    const aiScene& source;
+    std::filesystem::path folder;
+    bool hasLinearColors;
+    std::map<const void*, std::int32_t> embedded; // by imported texture, the model's
+    std::set<std::string> missing;
+};
