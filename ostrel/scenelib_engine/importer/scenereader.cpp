@@ -129,7 +129,10 @@ void readNodes(const aiScene& scene, ModelData& model) {
         const auto index = static_cast<std::int32_t>(model.nodes.size());
         model.nodes.push_back(std::move(node));
         for (unsigned i = source->mNumChildren; i-- > 0;) {
-            waiting.emplace_back(source->mChildren[i], index);
+            // Some importers leave gaps.
+            if (source->mChildren[i]) {
+                waiting.emplace_back(source->mChildren[i], index);
+            }
         }
     }
 }
@@ -240,6 +243,8 @@ ModelData readModelFile(const std::string& path) {
         std::string reason = oneLine(importer.GetErrorString());
         if (reason.empty() || reason.starts_with("No suitable reader found")) {
             reason = "its format is unknown";
+        } else if (reason.starts_with("std::bad_alloc")) {
+            reason = "it needs too much memory; it may be damaged";
         }
         throw std::runtime_error(reason);
     }

@@ -39,13 +39,14 @@ std::uint64_t processorSeconds(std::uintmax_t fileSize) {
 
 // The most memory that reading may take: a damaged file can ask for any amount, and then the
 // machine's should not all go. None where the sanitizers map far more than they use.
-std::uint64_t memoryLimit() {
+std::uint64_t memoryLimit([[maybe_unused]] std::uintmax_t fileSize) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     return 0;
 #else
     const auto physical = static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES)) *
                           static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
-    return std::max<std::uint64_t>(physical / 4 * 3, std::uint64_t{1} << 30);
+    const std::uint64_t ample = (std::uint64_t{2} << 30) + 200 * fileSize;
+    return std::min(ample, std::max(physical / 4 * 3, std::uint64_t{1} << 30));
 #endif
 }
 
@@ -153,7 +154,7 @@ std::string runProgram(const std::string& path, std::uintmax_t fileSize, int ans
     std::string argument = path;
     std::string descriptor = std::to_string(kAnswerDescriptor);
     std::string seconds = std::to_string(processorSeconds(fileSize));
-    std::string memory = std::to_string(memoryLimit());
+    std::string memory = std::to_string(memoryLimit(fileSize));
     const std::array<char*, 6> arguments = {program.data(), argument.data(), descriptor.data(),
                                             seconds.data(), memory.data(),   nullptr};
     const SpawnSettings settings(answer);
