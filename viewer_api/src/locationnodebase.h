@@ -30,8 +30,6 @@ struct LocationNodeBase {
     VlAttribute::GroupAttribute sentAttributes;
     VlAttribute::DoubleAttribute sentMatrix;
 
-    Node* nextInBucket = nullptr;       ///< the path index's
-    std::uint32_t pathHash = 0;         ///< the path index's
     std::uint32_t childIndex = 0;       ///< place in the parent's list
     std::int32_t depth = 1;             ///< root 1, child parent + 1
     std::int32_t pinnedDescendants = 0; ///< pinned locations below, at any depth

@@ -103,8 +103,34 @@ DoubleAttribute LocationTreeBase<Node>::worldXform(const Node* node) {
 }
 
 template <class Node>
+Node* LocationTreeBase<Node>::findNode(std::string_view path) const {
+    // Events and their receivers ask for one location several times, and then for its next
+    // sibling. Neither needs the index, which is a walk through cold memory.
+    if (lastFound_) {
+        const std::string_view last = lastFound_->path;
+        if (last == path) {
+            return lastFound_;
+        }
+        const std::size_t parentLength = last.rfind('/');
+        if (parentLength != std::string_view::npos && lastFound_->parent &&
+            path.substr(0, parentLength + 1) == last.substr(0, parentLength + 1)) {
+            const NodeList<Node>& siblings = lastFound_->parent->children;
+            const std::size_t next = lastFound_->childIndex + std::size_t{1};
+            if (next < siblings.size() && siblings[next]->path == path) {
+                return lastFound_ = siblings[next];
+            }
+        }
+    }
+    Node* found = index_.find(path);
+    if (found) {
+        lastFound_ = found;
+    }
+    return found;
+}
+
+template <class Node>
 const Node* LocationTreeBase<Node>::findToRead(std::string_view path, bool requireSent) const {
-    const Node* node = index_.find(path);
+    const Node* node = findNode(path);
     return node && (node->sent || !requireSent) ? node : nullptr;
 }
 
@@ -169,6 +195,9 @@ void LocationTreeBase<Node>::enqueue(Node& node) {
 
 template <class Node>
 void LocationTreeBase<Node>::deleteNode(Node* node) {
+    if (node == lastFound_) {
+        lastFound_ = nullptr;
+    }
     if (node == lastParent_) {
         lastParent_ = nullptr;
     }

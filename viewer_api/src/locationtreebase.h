@@ -29,7 +29,7 @@ public:
 
     /// Null when there is none. The node lives until a collection that finds it without a reason
     /// to stay; its address is stable.
-    [[nodiscard]] const Node* find(std::string_view path) const { return index_.find(path); }
+    [[nodiscard]] const Node* find(std::string_view path) const { return findNode(path); }
     [[nodiscard]] std::size_t getNumberOfLocations() const { return index_.size(); }
 
     /// Null when absent.
@@ -52,7 +52,7 @@ public:
 protected:
     ~LocationTreeBase();
 
-    [[nodiscard]] Node* findNode(std::string_view path) const { return index_.find(path); }
+    [[nodiscard]] Node* findNode(std::string_view path) const;
     [[nodiscard]] Node* findParent(std::string_view path);
     /// A node in the index; `attach` it, or `attachRoot`, next.
     Node* addNode(std::string_view path);
@@ -86,6 +86,7 @@ private:
     [[nodiscard]] static VlAttribute::DoubleAttribute worldXform(const Node* node);
 
     PathIndex<Node> index_;
+    mutable Node* lastFound_ = nullptr;
     /// The parent found last: siblings mostly come in a row.
     Node* lastParent_ = nullptr;
 };

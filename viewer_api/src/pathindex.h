@@ -8,25 +8,24 @@
 
 namespace ViewerAPI {
 
-/// A hash table from path to node whose links live in the nodes themselves: a location costs no
-/// second copy of its path and no allocation, and one look-up hashes the path once. Does not own
-/// the nodes.
+/// A hash table from path to node that keeps no copy of the path and allocates nothing per node:
+/// the nodes stand in one array, each beside its hash, so that a look-up touches one place of the
+/// array, and of the nodes mostly none but the one that it finds. Does not own the nodes.
 ///
-/// A node offers `path` (convertible to std::string_view, constant while the node is here), and
-/// the index's own fields `nextInBucket` and `pathHash`.
+/// A node offers `path`, convertible to std::string_view and constant while the node is here.
 template <class Node>
 class PathIndex {
 public:
-    PathIndex() : buckets_(kInitialBuckets) {}
+    PathIndex() : slots_(kInitialSlots) {}
 
     [[nodiscard]] std::size_t size() const noexcept { return size_; }
 
     /// Null when there is none.
     [[nodiscard]] Node* find(std::string_view path) const noexcept {
         const std::uint32_t hash = hashOf(path);
-        for (Node* node = buckets_[hash & mask()]; node; node = node->nextInBucket) {
-            if (node->pathHash == hash && std::string_view(node->path) == path) {
-                return node;
+        for (std::size_t i = hash & mask(); slots_[i].node; i = (i + 1) & mask()) {
+            if (slots_[i].hash == hash && std::string_view(slots_[i].node->path) == path) {
+                return slots_[i].node;
             }
         }
         return nullptr;
@@ -34,53 +33,64 @@ public:
 
     /// The path must not be in the index.
     void insert(Node* node) {
-        if (size_ == buckets_.size()) {
+        if ((size_ + 1) * 4 > slots_.size() * 3) {
             grow();
         }
-        node->pathHash = hashOf(node->path);
-        link(node);
+        put({node, hashOf(node->path)});
         ++size_;
     }
 
     /// The node must be in the index.
     void erase(Node* node) noexcept {
-        Node** slot = &buckets_[node->pathHash & mask()];
-        while (*slot != node) {
-            slot = &(*slot)->nextInBucket;
+        std::size_t gap = hashOf(node->path) & mask();
+        while (slots_[gap].node != node) {
+            gap = (gap + 1) & mask();
         }
-        *slot = node->nextInBucket;
+        // What stands behind moves up, unless that would take it before its own place.
+        for (std::size_t i = (gap + 1) & mask(); slots_[i].node; i = (i + 1) & mask()) {
+            const std::size_t distanceFromHome = (i - slots_[i].hash) & mask();
+            if (distanceFromHome >= ((i - gap) & mask())) {
+                slots_[gap] = slots_[i];
+                gap = i;
+            }
+        }
+        slots_[gap].node = nullptr;
         --size_;
     }
 
 private:
-    static constexpr std::size_t kInitialBuckets = 16; // a power of two, as every later count
+    struct Slot {
+        Node* node = nullptr;
+        std::uint32_t hash = 0; ///< enough to tell as many nodes apart as there will ever be
+    };
 
-    /// 32 bits distinguish as many buckets as there will ever be, and fit a gap in the node.
+    static constexpr std::size_t kInitialSlots = 16; // a power of two, as every later count
+
     static std::uint32_t hashOf(std::string_view path) noexcept {
         return static_cast<std::uint32_t>(std::hash<std::string_view>{}(path));
     }
 
-    [[nodiscard]] std::size_t mask() const noexcept { return buckets_.size() - 1; }
+    [[nodiscard]] std::size_t mask() const noexcept { return slots_.size() - 1; }
 
-    void link(Node* node) noexcept {
-        Node*& bucket = buckets_[node->pathHash & mask()];
-        node->nextInBucket = bucket;
-        bucket = node;
+    void put(Slot slot) noexcept {
+        std::size_t i = slot.hash & mask();
+        while (slots_[i].node) {
+            i = (i + 1) & mask();
+        }
+        slots_[i] = slot;
     }
 
     void grow() {
-        std::vector<Node*> fewer(buckets_.size() * 2);
-        fewer.swap(buckets_);
-        for (Node* node : fewer) {
-            while (node) {
-                Node* next = node->nextInBucket;
-                link(node);
-                node = next;
+        std::vector<Slot> fewer(slots_.size() * 2);
+        fewer.swap(slots_);
+        for (const Slot& slot : fewer) {
+            if (slot.node) {
+                put(slot);
             }
         }
     }
 
-    std::vector<Node*> buckets_;
+    std::vector<Slot> slots_;
     std::size_t size_ = 0;
 };
 

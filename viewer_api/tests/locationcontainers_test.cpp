@@ -19,8 +19,6 @@ struct Node {
     std::string path;
     Node* parent;
     std::int32_t depth;
-    Node* nextInBucket = nullptr;
-    std::uint32_t pathHash = 0;
 };
 
 TEST(PathIndex, findsWhatWasInsertedThroughEveryGrowth) {
@@ -43,13 +41,15 @@ TEST(PathIndex, forgetsWhatWasErased) {
     for (int i = 0; i < 100; ++i) {
         index.insert(&nodes.emplace_back("/root/" + std::to_string(i)));
     }
-    for (std::size_t i = 0; i < 100; i += 2) {
-        index.erase(&nodes[i]);
+    // Every erasure may move others: all are looked up after each.
+    for (std::size_t erased = 0; erased < 100; erased += 2) {
+        index.erase(&nodes[erased]);
+        for (std::size_t i = 0; i < 100; ++i) {
+            const bool isGone = i % 2 == 0 && i <= erased;
+            ASSERT_EQ(index.find(nodes[i].path), isGone ? nullptr : &nodes[i]) << erased;
+        }
     }
     EXPECT_EQ(index.size(), 50U);
-    for (std::size_t i = 0; i < 100; ++i) {
-        EXPECT_EQ(index.find(nodes[i].path), i % 2 == 0 ? nullptr : &nodes[i]);
-    }
 }
 
 TEST(PathSet, answersWithoutAString) {
