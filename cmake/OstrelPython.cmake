@@ -81,10 +81,15 @@ function(ostrel_python_package DIRECTORY)
   endforeach()
 endfunction()
 
-# ostrel_python_tests(PREFIX): every tests/*_test.py, with both interpreters, as the CTest tests
-# PREFIX.python2.7.NAME and PREFIX.python3.NAME. A test finds the plug-ins by OSTREL_PLUGINS.
+# ostrel_python_tests(PREFIX [DIRECTORY]): every *_test.py of the directory, "tests" unless told,
+# with both interpreters, as the CTest tests PREFIX.python2.7.NAME and PREFIX.python3.NAME. A test
+# finds the plug-ins by OSTREL_PLUGINS.
 function(ostrel_python_tests PREFIX)
-  file(GLOB tests CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/tests/*_test.py)
+  set(directory tests)
+  if(ARGC GREATER 1)
+    set(directory ${ARGV1})
+  endif()
+  file(GLOB tests CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${directory}/*_test.py)
   # An uninstrumented interpreter can host the address sanitizer if it is loaded first; its leak
   # check would count what the interpreter itself never frees. The thread sanitizer can't be
   # hosted so.
