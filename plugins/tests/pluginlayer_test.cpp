@@ -16,6 +16,15 @@
 #include <string>
 #include <vector>
 
+/// A suite that no host has.
+struct UnknownSuite {};
+
+template <>
+struct ViewerPlugin::SuiteKey<UnknownSuite> {
+    static constexpr const char* name = "UnknownHost";
+    static constexpr std::uint32_t version = 7;
+};
+
 // The C++ layer: every entry of a table reaches the method of its name, with its arguments.
 namespace {
 
@@ -283,19 +292,77 @@ TEST(ViewportCameraPlugin, entriesReachTheirMethodsAndReservedOnesAreNull) {
 class Component : public ViewerDelegateComponentPlugin {
 public:
     using ViewerDelegateComponentPlugin::ViewerDelegateComponentPlugin;
+    bool locationEvent(const ViewerLocationEvent& event, bool handled) override {
+        note("locationEvent", event.locationPath, handled);
+        return true;
+    }
+    void locationsSelected(std::span<const char* const> paths) override {
+        note("locationsSelected", paths.size());
+    }
+    void setOption(std::uint64_t id, const Attribute& value) override {
+        note("setOption", id, valueOf(value));
+    }
+    Attribute getOption(std::uint64_t id) override {
+        return IntAttribute(static_cast<std::int32_t>(id));
+    }
+    void setup() override { note("setup"); }
+    void cleanup() override { note("cleanup"); }
+    bool isProcessing() override { return true; }
+    DoubleAttribute getBounds(std::string_view path) override {
+        note("getBounds", path);
+        return {};
+    }
+    DoubleAttribute computeExtent(std::string_view path) override {
+        note("computeExtent", path);
+        return {};
+    }
+};
+
+class NeedsMore : public ViewportPlugin {
+public:
+    explicit NeedsMore(ViewportHost viewportHost) : ViewportPlugin(viewportHost) {
+        requireHostSuite<UnknownSuite>();
+    }
 };
 
 TEST(PluginLayer, missingMandatorySuiteIsAnErrorWithItsName) {
     pluginHost() = fakePluginHost();
-    // The fake host has no suite for components.
-    try {
-        ViewerDelegateComponentPlugin::table<Component>.create(nullptr);
-        FAIL() << "created without its suite";
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(),
-                     "The host offers no suite \"ViewerDelegateComponentHost\" version 2.");
+    EXPECT_EQ(findHostSuite<UnknownSuite>(), nullptr);
+    FakeViewport host;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        try {
+            ViewportPlugin::table<NeedsMore>.create(&host);
+            FAIL() << "created without its suite";
+        } catch (const std::runtime_error& error) {
+            EXPECT_STREQ(error.what(), "The host offers no suite \"UnknownHost\" version 7.");
+        }
     }
-    EXPECT_EQ(findHostSuite<ViewerDelegateComponentHostSuite>(), nullptr);
+}
+
+TEST(ViewerDelegateComponentPlugin, entriesReachTheirMethods) {
+    pluginHost() = fakePluginHost();
+    const ViewerDelegateComponentPluginSuite& suite =
+        ViewerDelegateComponentPlugin::table<Component>;
+    void* instance = suite.create(nullptr);
+    const ViewerLocationEvent event{"/a", nullptr, nullptr, 0};
+    EXPECT_EQ(suite.locationEvent(instance, &event, 1), 1);
+    EXPECT_EQ(takeCall(), "locationEvent /a 1 ");
+    const char* paths[] = {"/a", "/b"};
+    suite.locationsSelected(instance, paths, 2);
+    EXPECT_EQ(takeCall(), "locationsSelected 2 ");
+    suite.setOption(instance, 3, IntAttribute(4).getRetainedHandle());
+    EXPECT_EQ(takeCall(), "setOption 3 4 ");
+    EXPECT_EQ(valueOf(suite.getOption(instance, 5)), 5);
+    suite.setup(instance);
+    EXPECT_EQ(takeCall(), "setup ");
+    suite.cleanup(instance);
+    EXPECT_EQ(takeCall(), "cleanup ");
+    EXPECT_EQ(suite.isProcessing(instance), 1);
+    EXPECT_EQ(suite.getBounds(instance, "/b"), nullptr);
+    EXPECT_EQ(takeCall(), "getBounds /b ");
+    EXPECT_EQ(suite.computeExtent(instance, "/c"), nullptr);
+    EXPECT_EQ(takeCall(), "computeExtent /c ");
+    suite.destroy(instance);
 }
 
 TEST(PluginLayer, libraryWithoutAHostFindsNoSuite) {

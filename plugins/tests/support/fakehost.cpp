@@ -1,6 +1,7 @@
 #include "support/fakehost.h"
 
 #include "viewer_api/OptionIdGeneratorHostSuite.h"
+#include "viewer_api/ViewerDelegateComponentHostSuite.h"
 #include "viewer_api/ViewerDelegateHostSuite.h"
 #include "viewer_api/ViewportCameraHostSuite.h"
 #include "viewer_api/ViewportHostSuite.h"
@@ -10,8 +11,6 @@
 
 #include <cstring>
 #include <stdexcept>
-
-std::set<std::string> withheldSuites;
 
 namespace {
 
@@ -197,6 +196,7 @@ const void* findHostSuite(const char* name, std::uint32_t version) {
     static const ViewportHostSuite viewportSuite = makeViewportSuite();
     static const ViewportLayerHostSuite layerSuite = makeLayerSuite();
     static const ViewportCameraHostSuite cameraSuite = makeCameraSuite();
+    static const ViewerDelegateComponentHostSuite componentSuite{};
     static const OptionIdGeneratorHostSuite optionSuite = makeOptionSuite();
     static const struct {
         std::string name;
@@ -204,6 +204,8 @@ const void* findHostSuite(const char* name, std::uint32_t version) {
         const void* suite;
     } suites[] = {
         {VL_VIEWER_DELEGATE_HOST_SUITE, VL_VIEWER_DELEGATE_HOST_SUITE_VERSION, &delegateSuite},
+        {VL_VIEWER_DELEGATE_COMPONENT_HOST_SUITE, VL_VIEWER_DELEGATE_COMPONENT_HOST_SUITE_VERSION,
+         &componentSuite},
         {VL_VIEWPORT_HOST_SUITE, VL_VIEWPORT_HOST_SUITE_VERSION, &viewportSuite},
         {VL_VIEWPORT_LAYER_HOST_SUITE, VL_VIEWPORT_LAYER_HOST_SUITE_VERSION, &layerSuite},
         {VL_VIEWPORT_CAMERA_HOST_SUITE, VL_VIEWPORT_CAMERA_HOST_SUITE_VERSION, &cameraSuite},
@@ -212,7 +214,7 @@ const void* findHostSuite(const char* name, std::uint32_t version) {
         {VL_PLUGIN_HOST_SUITE, VL_PLUGIN_API_VERSION, fakePluginHost()},
     };
     for (const auto& entry : suites) {
-        if (entry.name == name && entry.version == version && !withheldSuites.contains(name)) {
+        if (entry.name == name && entry.version == version) {
             return entry.suite;
         }
     }

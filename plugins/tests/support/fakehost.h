@@ -9,7 +9,6 @@
 #include <Imath/ImathMatrix.h>
 
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -65,9 +64,8 @@ struct FakeViewport {
     Imath::M44d identity;
 };
 
-/// The plug-in host that libraries get. Suites named in `withheld` are answered with null.
+/// The plug-in host that libraries get.
 const VlPluginHost* fakePluginHost();
-extern std::set<std::string> withheldSuites;
 
 /// A plug-in library of this build, opened and given the fake host; stays open. Throws
 /// std::runtime_error when it can't be.
