@@ -129,17 +129,22 @@ class OwnershipTest(ScriptedTest):
         viewport = self.createViewport()
         holder = [self.delegate]
         self.delegate = None
-        drawn = []
+        drawn, told = [], []
+        holder[0].registerCallback("x", told.append)
+        delegateHost = self.host()
 
         def draw(host):
             del holder[:]
             gc.collect()
             drawn.append(instanceCount())
+            self.assertIsNotNone(viewport.getViewerDelegate())
+            ScriptedPlugins.callPythonCallback(delegateHost, "x", IntAttribute(1))
 
         self.plugins.answers[VIEWPORT, "draw"] = draw
         before = instanceCount()
         viewport.draw()
         self.assertEqual([before], drawn)
+        self.assertEqual([IntAttribute(1)], told, "its channels work until the call returns")
         self.assertEqual(before - 1, instanceCount())
         self.assertEqual([(VIEWPORT, "draw"), (VIEWPORT, "destroy"), (DELEGATE, "destroy")],
                          self.plugins.take())
@@ -152,17 +157,20 @@ class OwnershipTest(ScriptedTest):
                       COMPONENT: lambda: self.delegate.addComponent(COMPONENT, "x")}[plugin]()
             holder = [self.delegate]
             self.delegate = None
-            counts = []
+            counts, told = [], []
+            holder[0].registerCallback("x", told.append)
+            delegateHost = self.host()
 
             def setOption(host, optionId, value):
                 del holder[:]
                 gc.collect()
                 counts.append(instanceCount())
+                ScriptedPlugins.callPythonCallback(delegateHost, "x", value)
 
             self.plugins.answers[plugin, "setOption"] = setOption
             before = instanceCount()
             target.setOption(1 << 16, IntAttribute(1))
-            self.assertEqual([before], counts, plugin)
+            self.assertEqual(([before], [IntAttribute(1)]), (counts, told), plugin)
             self.assertEqual(before - 1, instanceCount(), plugin)
 
     def test_aDelegateMethodThatLosesTheLastOtherReferenceGoesOn(self):
@@ -274,6 +282,30 @@ class GoneHostTest(ScriptedTest):
         self.assertEqual(0, self.delegate.getNumberOfViewports())
         self.assertEqual((VIEWPORT, "destroy"), self.plugins.take()[-1])
         self.assertGone("viewport", viewport)
+
+
+    def test_anObjectThatIsRemovedInItsOwnCallEndsWhenTheCallReturns(self):
+        viewport = self.createViewport()
+        layer = viewport.addLayer(LAYER, "x")
+        camera = viewport.addCamera(CAMERA, "x")
+        viewport.setActiveCamera(viewport.addCamera(CAMERA, "active"))
+        component = self.delegate.addComponent(COMPONENT, "x")
+        for plugin, entry, call, remove in (
+                (COMPONENT, "getOption", lambda: component.getOption(1),
+                 lambda: self.delegate.removeComponent("x")),
+                (LAYER, "freeze", layer.freeze, lambda: viewport.removeLayer("x")),
+                (CAMERA, "asAttribute", camera.asAttribute, lambda: viewport.removeCamera("x")),
+                (VIEWPORT, "thaw", viewport.thaw, lambda: self.delegate.removeViewport("v"))):
+            def answer(*_):
+                remove()
+                self.plugins.calls.append(("removed",))
+
+            self.plugins.answers[plugin, entry] = answer
+            self.plugins.take()
+            call()
+            calls = self.plugins.take()
+            self.assertIn(("removed",), calls, plugin)
+            self.assertLess(calls.index(("removed",)), calls.index((plugin, "destroy")), plugin)
 
 
 class ExceptionBoundaryTest(ScriptedTest):
@@ -447,15 +479,19 @@ class ArgumentTest(ScriptedTest):
 
     def test_aListThatShrinksDuringTheCallIsWalkedAsItWas(self):
         self.createDelegate()
-        paths = ["/%d" % index for index in range(3)]
+        paths = ["/path%d" % index for index in range(3)]
         self.delegate.addComponent(COMPONENT, "k")
-        self.plugins.answers[COMPONENT, "locationsSelected"] = lambda *_: paths.__delitem__(
-            slice(None))
+        overwritten = []
+
+        def shrink(*_):
+            del paths[:]
+            overwritten.extend("/over%d" % index for index in range(1000))
+
+        self.plugins.answers[COMPONENT, "locationsSelected"] = shrink
         self.plugins.take()
         self.delegate.setSelectedLocations(paths)
-        self.assertEqual([(COMPONENT, "locationsSelected", ["/0", "/1", "/2"]),
-                          (DELEGATE, "locationsSelected", ["/0", "/1", "/2"])],
-                         self.plugins.take())
+        self.assertEqual([(plugin, "locationsSelected", ["/path0", "/path1", "/path2"])
+                          for plugin in (COMPONENT, DELEGATE)], self.plugins.take())
 
     def test_pathsThatAreNoUtf8PassUnchanged(self):
         path = "/caf\udce9" if IS_PYTHON_3 else "/caf\xe9"

@@ -15,7 +15,8 @@
 #define PY_SSIZE_T_CLEAN
 #include <Python.h>
 
-#include <array>
+#include <frameobject.h>
+
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -24,27 +25,20 @@
 #include <type_traits>
 #include <utility>
 
-#include <frameobject.h>
-#if PY_MAJOR_VERSION < 3
-#include <bytesobject.h>
-#endif
-
 namespace pythoncompat {
 
 #if PY_MAJOR_VERSION >= 3
-inline constexpr bool kIsPython3 = true;
 using HashValue = Py_hash_t;
 inline constexpr long kTypeFlags = Py_TPFLAGS_DEFAULT;
 /// Flags of a type that fills tp_as_buffer by bufferProcs().
 inline constexpr long kBufferTypeFlags = Py_TPFLAGS_DEFAULT;
 #else
-inline constexpr bool kIsPython3 = false;
 using HashValue = long;
 inline constexpr long kTypeFlags = Py_TPFLAGS_DEFAULT;
 inline constexpr long kBufferTypeFlags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_NEWBUFFER;
 #endif
 
-// ---- Text ---------------------------------------------------------------------------------
+// ---- Text
 
 /// The type that parses as text with "O!".
 inline PyTypeObject* textType() noexcept {
@@ -215,7 +209,7 @@ bool parseArguments(PyObject* args, const char* format, Targets&&... targets) {
 #endif
 }
 
-// ---- Integers -----------------------------------------------------------------------------
+// ---- Integers
 
 /// The type of plain integers: `int` on both. Python 2's `long` is another type.
 inline PyTypeObject* intType() noexcept {
@@ -278,7 +272,7 @@ inline bool intAttributeValue(PyObject* object, std::int32_t& value) {
 #endif
 }
 
-// ---- Calls --------------------------------------------------------------------------------
+// ---- Calls
 
 /// Calls with one positional argument, by the quickest road the interpreter has. New reference, or
 /// null with an error set.
@@ -330,7 +324,7 @@ inline bool holdsInterpreterLock() noexcept {
 #endif
 }
 
-// ---- Errors -------------------------------------------------------------------------------
+// ---- Errors
 
 /// Sets an error that is pending aside for as long as it lives, so that Python can be called
 /// meanwhile, and puts it back in place of one that came up since. On Python 2, where calls go on
@@ -397,7 +391,7 @@ void visitTraceback(PyObject* traceback, Visitor&& visit) {
     }
 }
 
-// ---- Types and modules --------------------------------------------------------------------
+// ---- Types and modules
 
 /// A static type object with its name ("module.Type"), the size of its instances and default
 /// flags; the caller fills the slots it has before PyType_Ready.
