@@ -1,4 +1,4 @@
-#include "pythoncompat.h"
+#include "textargument.h"
 
 #include "VlLogging/VlLoggerGlue.h"
 #include "boundary.h"

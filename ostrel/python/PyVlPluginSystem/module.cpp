@@ -1,4 +1,4 @@
-#include "pythoncompat.h"
+#include "textargument.h"
 
 #include "VlPluginSystem/PluginManager.h"
 #include "VlPluginSystem/VlPluginSystem.h"

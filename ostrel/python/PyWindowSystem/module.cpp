@@ -1,4 +1,4 @@
-#include "pythoncompat.h"
+#include "textargument.h"
 
 #include "VlWindowSystem/Offscreen.h"
 #include "boundary.h"

@@ -5,6 +5,7 @@
 #include <exception>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 /// Runs the body of an entry that Python calls. What the library behind it refuses becomes
 /// ValueError with its text, and lack of memory MemoryError; `failed` is then returned.

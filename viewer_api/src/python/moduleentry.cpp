@@ -7,6 +7,7 @@
 #include "pyviewportcameraobject.h"
 #include "pyviewportlayerobject.h"
 #include "pyviewportobject.h"
+#include "textargument.h"
 
 #include "optionidgeneratorclient.h"
 #include "pythonchannel.h"

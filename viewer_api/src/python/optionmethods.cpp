@@ -2,6 +2,7 @@
 
 #include "attributearguments.h"
 #include "optionidgeneratorclient.h"
+#include "textargument.h"
 
 namespace ViewerAPI {
 

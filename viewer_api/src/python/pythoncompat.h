@@ -18,12 +18,8 @@
 #include <frameobject.h>
 
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
-#include <tuple>
-#include <type_traits>
-#include <utility>
 
 namespace pythoncompat {
 
@@ -68,145 +64,59 @@ inline PyObject* newText(std::string_view text) {
 #endif
 }
 
-/// A text argument while it is in use: a zero-terminated string that is borrowed from the Python
-/// object where that is possible. The object must outlive it. Null until something is stored.
-class TextArgument {
-public:
-    TextArgument() = default;
-    TextArgument(const TextArgument&) = delete;
-    TextArgument& operator=(const TextArgument&) = delete;
-    TextArgument(TextArgument&& other) noexcept
-        : text(std::exchange(other.text, nullptr)), encoded(std::exchange(other.encoded, nullptr)) {
+/// The text of a `str`, zero-terminated and borrowed from it; `size` may be null. Null with an
+/// error set for anything else, and on Python 3 for text that only bytes outside UTF-8 stand for.
+inline const char* borrowedText(PyObject* object, Py_ssize_t* size = nullptr) {
+    if (!isText(object)) {
+        PyErr_Format(PyExc_TypeError, "expected str, not %.100s", Py_TYPE(object)->tp_name);
+        return nullptr;
     }
-    TextArgument& operator=(TextArgument&& other) noexcept {
-        std::swap(text, other.text);
-        std::swap(encoded, other.encoded);
-        return *this;
-    }
-    ~TextArgument() { Py_XDECREF(encoded); }
-
-    /// Null when nothing was stored.
-    [[nodiscard]] const char* get() const noexcept { return text; }
-    explicit operator bool() const noexcept { return text != nullptr; }
-
-    /// Takes the text of a `str`. False with an error set for any other object, and on Python 3
-    /// for text with lone surrogates that no bytes stand behind.
-    [[nodiscard]] bool store(PyObject* object) {
 #if PY_MAJOR_VERSION >= 3
-        if (!PyUnicode_Check(object)) {
-            PyErr_Format(PyExc_TypeError, "argument must be str, not %.100s",
-                         Py_TYPE(object)->tp_name);
-            return false;
-        }
-        text = PyUnicode_AsUTF8(object);
-        if (text || !PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
-            return text != nullptr;
-        }
-        PyErr_Clear();
-        Py_XDECREF(encoded);
-        encoded = PyUnicode_AsEncodedString(object, "utf-8", "surrogateescape");
-        text = encoded ? PyBytes_AS_STRING(encoded) : nullptr;
+    return PyUnicode_AsUTF8AndSize(object, size);
 #else
-        text = PyString_AsString(object);
+    if (size) {
+        *size = PyString_GET_SIZE(object);
+    }
+    return PyString_AS_STRING(object);
 #endif
-        return text != nullptr;
+}
+
+/// After a failure to borrow text: true when the bytes that it stands for can be had by
+/// encodedText(); the error is cleared then. Never on Python 2.
+inline bool clearUnencodableError() {
+#if PY_MAJOR_VERSION >= 3
+    if (PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
+        PyErr_Clear();
+        return true;
     }
+#endif
+    return false;
+}
 
-private:
-    template <class... Targets>
-    friend bool parseArguments(PyObject* args, const char* format, Targets&&... targets);
-
-    // As PyArg_ParseTuple's "O&" calls it.
-    static int convert(PyObject* object, void* target) {
-        auto& self = *static_cast<TextArgument*>(target);
-        if (!self.store(object)) {
-            return 0;
-        }
-        if (self.encoded &&
-            std::memchr(self.text, 0, static_cast<std::size_t>(PyBytes_GET_SIZE(self.encoded)))) {
-            PyErr_SetString(PyExc_ValueError, "embedded null character");
-            return 0;
-        }
-        return 1;
-    }
-
-    const char* text = nullptr;
-    PyObject* encoded = nullptr; // owned
-};
+/// A new object of bytes with what a `str` stands for. Null with an error set when no bytes do.
+inline PyObject* encodedText(PyObject* text) {
+#if PY_MAJOR_VERSION >= 3
+    return PyUnicode_AsEncodedString(text, "utf-8", "surrogateescape");
+#else
+    Py_INCREF(text);
+    return text;
+#endif
+}
 
 /// The bytes of a `str`, embedded zeros included. False with an error set for anything else.
 inline bool textAsString(PyObject* object, std::string& result) {
-    if (!isText(object)) {
-        PyErr_Format(PyExc_TypeError, "expected str, not %.100s", Py_TYPE(object)->tp_name);
-        return false;
-    }
-#if PY_MAJOR_VERSION >= 3
     Py_ssize_t size = 0;
-    if (const char* text = PyUnicode_AsUTF8AndSize(object, &size)) {
+    if (const char* text = borrowedText(object, &size)) {
         result.assign(text, static_cast<std::size_t>(size));
         return true;
     }
-    if (!PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
-        return false;
-    }
-    PyErr_Clear();
-    PyObject* encoded = PyUnicode_AsEncodedString(object, "utf-8", "surrogateescape");
+    PyObject* encoded = clearUnencodableError() ? encodedText(object) : nullptr;
     if (!encoded) {
         return false;
     }
     result.assign(PyBytes_AS_STRING(encoded), static_cast<std::size_t>(PyBytes_GET_SIZE(encoded)));
     Py_DECREF(encoded);
-#else
-    result.assign(PyString_AS_STRING(object), static_cast<std::size_t>(PyString_GET_SIZE(object)));
-#endif
     return true;
-}
-
-/// PyArg_ParseTuple with every "s" of the format stored in a TextArgument; all other targets are
-/// what PyArg_ParseTuple wants, pointers and type objects. Leaves the parser's own error.
-template <class... Targets>
-bool parseArguments(PyObject* args, const char* format, Targets&&... targets) {
-    const auto parse = [args](const char* parserFormat, auto... pointers) {
-        return PyArg_ParseTuple(args, parserFormat, pointers...) != 0;
-    };
-    const auto plain = [](auto&& target) {
-        if constexpr (std::is_same_v<std::decay_t<decltype(target)>, TextArgument>) {
-            return std::make_tuple(&target.text);
-        } else {
-            return std::make_tuple(target);
-        }
-    };
-    if (std::apply([&](auto... pointers) { return parse(format, pointers...); },
-                   std::tuple_cat(plain(targets)...))) {
-        return true;
-    }
-#if PY_MAJOR_VERSION >= 3
-    // The parser's "s" refuses text that stands for bytes outside UTF-8. That is rare, so only
-    // then are the strings encoded, which costs a copy of each.
-    if (!PyErr_ExceptionMatches(PyExc_UnicodeEncodeError)) {
-        return false;
-    }
-    PyErr_Clear();
-    std::string encodingFormat;
-    for (const char* c = format; *c; ++c) {
-        if (*c == 's') {
-            encodingFormat += "O&";
-        } else {
-            encodingFormat += *c;
-        }
-    }
-    const auto encoding = [](auto&& target) {
-        if constexpr (std::is_same_v<std::decay_t<decltype(target)>, TextArgument>) {
-            return std::make_tuple(&TextArgument::convert, static_cast<void*>(&target));
-        } else {
-            return std::make_tuple(target);
-        }
-    };
-    return std::apply([&](auto... pointers) { return parse(encodingFormat.c_str(), pointers...); },
-                      std::tuple_cat(encoding(targets)...));
-#else
-    return false;
-#endif
 }
 
 // ---- Integers

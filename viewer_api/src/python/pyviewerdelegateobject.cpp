@@ -6,6 +6,7 @@
 #include "pyviewerdelegatecomponentobject.h"
 #include "pyviewportobject.h"
 #include "stringlistargument.h"
+#include "textargument.h"
 #include "viewerdelegatedocs.h"
 #include "vlviewerdelegatecomponenthost.h"
 #include "vlviewerdelegatehost.h"

@@ -3,6 +3,7 @@
 #include "attributearguments.h"
 #include "cameradocs.h"
 #include "optiondocs.h"
+#include "textargument.h"
 #include "vlviewportcamerahost.h"
 #include "vlviewporthost.h"
 

@@ -4,6 +4,7 @@
 #include "optiondocs.h"
 #include "pyviewportcameraobject.h"
 #include "pyviewportlayerobject.h"
+#include "textargument.h"
 #include "viewportdocs.h"
 #include "vlviewerdelegatehost.h"
 #include "vlviewportcamerahost.h"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pyreference.h"
+#include "textargument.h"
 
 #include <cstdint>
 #include <vector>

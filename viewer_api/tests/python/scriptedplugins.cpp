@@ -1,4 +1,4 @@
-#include "pythoncompat.h"
+#include "textargument.h"
 
 #include "PyVlAttribute/PyVlAttribute.h"
 #include "VlAttribute/Attribute.h"

@@ -1,4 +1,4 @@
-#include "pythoncompat.h"
+#include "textargument.h"
 
 #include "support/scriptedruntime.h"
 
