@@ -37,16 +37,16 @@ constexpr const char* kRootPath = "/root";
 constexpr const char* kSelectLocationsChannel = "__SELECT_LOCATIONS";
 constexpr const char* kGetSelectedLocationsChannel = "__GET_SELECTED_LOCATIONS";
 
+/// Whether none of the paths is null.
+bool isPathList(const char* const* paths, std::uint32_t count) {
+    return count == 0 || (paths && std::find(paths, paths + count, nullptr) == paths + count);
+}
+
 /// Null, which makes an operation do nothing, for a list that has a null in it.
 StringAttribute packPaths(const char* const* paths, std::uint32_t count) {
-    if (count == 0)
-        return StringAttribute(std::span<const char* const>());
-    if (!paths)
+    if (!isPathList(paths, count))
         return {};
-    const std::span<const char* const> list(paths, count);
-    if (std::find(list.begin(), list.end(), nullptr) != list.end())
-        return {};
-    return StringAttribute(list);
+    return StringAttribute(std::span<const char* const>(paths, count));
 }
 
 } // namespace
@@ -56,11 +56,11 @@ VlViewerDelegateHostStruct::VlViewerDelegateHostStruct(const std::string& plugin
     : hostedPythonObject(pythonObject), components(*this), bridge(createManipulatorBridge()) {
     // Never taken back when what follows fails: the count tells of delegates that were begun.
     ++viewerDelegateInstanceCount;
-    createPluginInstance(PluginKind::ViewerDelegate, pluginName, this, suite, instance);
     try {
+        createPluginInstance(PluginKind::ViewerDelegate, pluginName, this, suite, instance);
         scene.create();
     } catch (...) {
-        destroyPluginInstance(suite, instance);
+        endPlugins();
         throw;
     }
     lastCleanup = steadyNow();
@@ -68,11 +68,15 @@ VlViewerDelegateHostStruct::VlViewerDelegateHostStruct(const std::string& plugin
 }
 
 VlViewerDelegateHostStruct::~VlViewerDelegateHostStruct() {
+    endPlugins();
+    --viewerDelegateInstanceCount;
+}
+
+void VlViewerDelegateHostStruct::endPlugins() {
     endLife();
     components.clear();
     viewports.clear();
     destroyPluginInstance(suite, instance);
-    --viewerDelegateInstanceCount;
 }
 
 std::int32_t VlViewerDelegateHostStruct::getInstanceCount() noexcept {
@@ -312,12 +316,12 @@ void VlViewerDelegateHostStruct::deactivateSourceLocations(const char* const* pa
 }
 
 void VlViewerDelegateHostStruct::hideLocations(const char* const* paths, std::uint32_t count) {
-    if (packPaths(paths, count))
+    if (isPathList(paths, count))
         locationTree.hideLocations({paths, count});
 }
 
 void VlViewerDelegateHostStruct::unhideLocations(const char* const* paths, std::uint32_t count) {
-    if (packPaths(paths, count))
+    if (isPathList(paths, count))
         locationTree.unhideLocations({paths, count});
 }
 

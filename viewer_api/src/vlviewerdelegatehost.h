@@ -64,7 +64,8 @@ struct VlViewerDelegateHostStruct : public HostObject {
     // Scene events
 
     /// The pump: catches up with the scene and tells the plug-ins what changed. Nothing moves
-    /// between calls. While a manipulation holds events back, only values that it set go out.
+    /// between calls. While a manipulation holds events back, what the scene has to tell waits in
+    /// the clients; what was changed here (live values, openness, pins, hiding) still goes out.
     void processLocationEvents();
     /// Sends what changed in the trees. A flush from within a plug-in's entry is delivered after
     /// the one under way; one from within getBounds or computeExtent after the walk that asks.
@@ -225,6 +226,9 @@ struct VlViewerDelegateHostStruct : public HostObject {
     SourceLocationTree sourceLocationTree;
 
 private:
+    /// While everything that they may still ask for is there: a plug-in may have added components
+    /// in its create entry, also when the construction fails afterwards.
+    void endPlugins();
     void fetchAndHandleEvents();
     void cleanupLiveAttributesPass();
     void cleanupCurrentLiveAttributes(LiveAttributes& live, const VlScenelib::Client& client);

@@ -204,6 +204,25 @@ TEST_F(ViewportDelegate, endOfTheDelegateEndsItsViewportsWithoutCleanup) {
     EXPECT_EQ(journal.take(), (Lines{"viewport1.destroy", "viewport2.destroy"}));
 }
 
+TEST_F(ViewportDelegate, endOfTheDelegateEndsComponentsThenViewportsThenThePluginWithoutCleanup) {
+    RecordingPlugin component{delegateLog, RecordingPlugin::Kind::Component, "Part"};
+    delegate->addComponent("Part", "part");
+    std::vector<int> livingViewports;
+    const auto countAtTheEnd = [&](std::string_view entry, std::string_view) {
+        if (entry == "destroy")
+            livingViewports.push_back(plugins.livingInstances());
+    };
+    component.onCall = countAtTheEnd;
+    delegatePlugin.onCall = countAtTheEnd;
+    delegateLog.take();
+    journal.take();
+    delegate.reset();
+    delegatePlugin.onCall = nullptr;
+    EXPECT_EQ(delegateLog.take(), (Lines{"Part destroy", "Recording destroy"}));
+    EXPECT_EQ(journal.take(), Lines{"viewport1.destroy"});
+    EXPECT_EQ(livingViewports, (std::vector<int>{1, 0}));
+}
+
 TEST_F(ViewportDelegate, delegateRetiredInAViewportsDrawOutlivesIt) {
     onEntry("viewport1.draw", [&] {
         HostObject::retire(delegate.release());

@@ -147,6 +147,29 @@ TEST_F(VlViewerDelegateHost, failsWithoutTheRuntimeHostSuiteAndDestroysThePlugin
     EXPECT_THAT(log.take(), ElementsAre("D create", "D destroy"));
 }
 
+TEST_F(VlViewerDelegateHost, endsWhatItsPluginAddedWhenTheConstructionFails) {
+    plugin.onCall = [this](std::string_view entry, std::string_view) {
+        if (entry == "create")
+            static_cast<VlViewerDelegateHostStruct*>(plugin.host)->addComponent("A", "a");
+    };
+    componentA.onCall = [this](std::string_view entry, std::string_view) {
+        if (entry == "destroy") {
+            const auto* const host = static_cast<const VlViewerDelegateHostStruct*>(plugin.host);
+            EXPECT_EQ(host->getNumberOfComponents(), 0U);
+            EXPECT_EQ(host->getHiddenLocations().getNumberOfValues(), 0);
+        }
+    };
+    runtime->withdraw();
+    EXPECT_EQ(failureOfConstruction("D"), "Error getting Scenelib Runtime Host suite.");
+    EXPECT_THAT(log.take(),
+                ElementsAre("D create", "A create", "A setup", "A destroy", "D destroy"));
+    plugin.refusesCreate = true;
+    EXPECT_EQ(failureOfConstruction("D"),
+              "Failed to create Viewer Delegate plugin instance for 'D'.");
+    EXPECT_THAT(log.take(), ElementsAre("D create", "A create", "A setup", "A destroy"));
+    EXPECT_EQ(componentA.numberOfInstances, 0);
+}
+
 TEST_F(VlViewerDelegateHost, failsWithoutARuntime) {
     runtime->refuse(ScriptedRuntime::Refusal::NoRuntime);
     EXPECT_EQ(failureOfConstruction("D"), "Error instantiating a Runtime object.");
