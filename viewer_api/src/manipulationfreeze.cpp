@@ -34,7 +34,9 @@ void ManipulationFreeze::update(ManipulatorBridge& bridge) {
     // nothing to learn.
     if (commitId >= 0)
         manipulationCommitId = commitId;
-    freezeState = FreezeState::Idle;
+    // A drag that began while the application was asked is not what it answered about.
+    if (freezeState == FreezeState::WaitingForCommit)
+        freezeState = FreezeState::Idle;
 }
 
 void ManipulationFreeze::setPeriod(std::int64_t periodMs) {

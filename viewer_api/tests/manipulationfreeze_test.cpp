@@ -101,6 +101,15 @@ TEST_F(ManipulationFreezeTest, aFailureEndsItAndLeavesTheCommitIdAlone) {
     EXPECT_EQ(freeze.manipulationCommitId, 9);
 }
 
+TEST_F(ManipulationFreezeTest, aDragThatBeginsWhileTheCommitIsAskedForHolds) {
+    recorder.commitId = 4;
+    recorder.onCall = [this](const std::string&) { freeze.onValueSet(false); };
+    freeze.onValueSet(true);
+    update();
+    EXPECT_EQ(freeze.freezeState, FreezeState::Manipulating);
+    EXPECT_EQ(freeze.manipulationCommitId, 4);
+}
+
 TEST_F(ManipulationFreezeTest, aNewDragDuringThePeriodHoldsAgain) {
     freeze.setPeriod(50);
     freeze.onValueSet(true);
