@@ -13,19 +13,27 @@ int OptionIdGeneratorClient::setHost(const VlPluginHost* host) {
     if (!host)
         return -1;
     host_ = host;
-    return getSuite() ? 0 : -1;
+    const OptionIdGeneratorHostSuite* const suite = askHost();
+    setSuite(suite);
+    return suite ? 0 : -1;
 }
 
 void OptionIdGeneratorClient::setSuite(const OptionIdGeneratorHostSuite* suite) {
-    if (suite)
-        suite_ = suite;
+    if (!suite || suite == suite_)
+        return;
+    suite_ = suite;
+    generator_ = nullptr; // it was the other suite's
 }
 
 const OptionIdGeneratorHostSuite* OptionIdGeneratorClient::getSuite() {
     if (!suite_ && host_)
-        suite_ = static_cast<const OptionIdGeneratorHostSuite*>(host_->getSuite(
-            VL_OPTION_ID_GENERATOR_HOST_SUITE, VL_OPTION_ID_GENERATOR_HOST_SUITE_VERSION));
+        setSuite(askHost());
     return suite_;
+}
+
+const OptionIdGeneratorHostSuite* OptionIdGeneratorClient::askHost() const {
+    return static_cast<const OptionIdGeneratorHostSuite*>(host_->getSuite(
+        VL_OPTION_ID_GENERATOR_HOST_SUITE, VL_OPTION_ID_GENERATOR_HOST_SUITE_VERSION));
 }
 
 std::uint64_t OptionIdGeneratorClient::generate(const char* name) {

@@ -14,8 +14,9 @@ public:
     /// The module's own client, which module start-up hands the suite to.
     static OptionIdGeneratorClient& module();
 
-    /// Stores the host and fetches the suite from it. 0 on success; -1 for a null host, which is
-    /// not stored, and for a host without the suite.
+    /// Stores the host and fetches the suite from it, in place of one that is there. 0 on success;
+    /// -1 for a null host, which is not stored, and for a host without the suite, which leaves the
+    /// suite that is there.
     int setHost(const VlPluginHost* host);
 
     /// Stores the suite; null is ignored.
@@ -31,6 +32,7 @@ public:
     [[nodiscard]] const char* lookUp(std::uint64_t optionId);
 
 private:
+    [[nodiscard]] const OptionIdGeneratorHostSuite* askHost() const;
     void ensureGenerator();
 
     const VlPluginHost* host_ = nullptr;

@@ -125,6 +125,29 @@ TEST(OptionIdGeneratorClient, fetchesTheSuiteFromItsHost) {
     EXPECT_EQ(client.getSuite(), getOptionIdGeneratorHostSuite());
 }
 
+TEST(OptionIdGeneratorClient, asksANewHostThoughASuiteIsThere) {
+    OptionIdGeneratorClient client;
+    client.setSuite(getOptionIdGeneratorHostSuite());
+    EXPECT_EQ(client.setHost(&hostWithoutSuite()), -1);
+    EXPECT_EQ(client.getSuite(), getOptionIdGeneratorHostSuite());
+    EXPECT_EQ(client.setHost(&hostWithSuite()), 0);
+}
+
+TEST(OptionIdGeneratorClient, takesTheGeneratorOfTheSuiteThatItUses) {
+    static VlOptionIdGeneratorHostStruct another;
+    static const OptionIdGeneratorHostSuite anothersSuite{
+        []() -> VlOptionIdGeneratorHandle { return &another; },
+        getOptionIdGeneratorHostSuite()->generateOptionIdByName,
+        getOptionIdGeneratorHostSuite()->lookUpOptionId};
+    OptionIdGeneratorClient client;
+    client.setSuite(getOptionIdGeneratorHostSuite());
+    const std::uint64_t optionId = client.generate("of the process");
+    client.setSuite(&anothersSuite);
+    EXPECT_STREQ(client.lookUp(optionId), "");
+    client.setSuite(getOptionIdGeneratorHostSuite());
+    EXPECT_STREQ(client.lookUp(optionId), "of the process");
+}
+
 TEST(OptionIdGeneratorClient, ignoresANullSuite) {
     OptionIdGeneratorClient client;
     client.setSuite(getOptionIdGeneratorHostSuite());
