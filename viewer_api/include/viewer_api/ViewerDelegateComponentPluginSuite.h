@@ -19,7 +19,7 @@ typedef struct ViewerDelegateComponentPluginSuite {
      * [ui-thread] */
     void* (*create)(VlViewerDelegateComponentHandle host);
 
-    /* Ends an instance, once; never called when create failed.
+    /* Ends an instance, once; never called when create failed. cleanup may not have been called.
      * [ui-thread] */
     void (*destroy)(void* instance);
 

@@ -8,6 +8,10 @@
  * instance, plug-in suite) is always written, with three nulls when the object does not exist; the
  * three places must not be null. Strings that are returned are never null and stay valid while the
  * object that bears the name does. Indices out of range give nulls, "" or no action.
+ *
+ * Entries of what this host does not have yet are null: getCompatibleManipulatorsInfo,
+ * setManipulatedAttribute, openManipulationGroup, closeManipulationGroup, setBoundingBoxesEnabled
+ * and setProxyGeometryEnabled. A plug-in that wants one looks before it calls.
  */
 #pragma once
 
@@ -29,24 +33,27 @@ typedef struct ViewerDelegateHostSuite {
      * [ui-thread] */
     int (*setViewOp)(VlViewerDelegateHandle host, int opId);
 
-    /* The location's attributes, live values included; null when the plug-in was not told of it.
+    /* The location's attributes, live values included; null when the plug-in was not told of it,
+     * and in the look-through view when it is not cooked there.
      * [ui-thread] */
     VlAttributeStruct* (*getAttributes)(VlViewerDelegateHandle host, const char* path,
                                         int sceneView);
 
     /* The location's own matrix; null without a location or a transform, for which the
      * look-through view answers with the identity. `*isAbsolute` becomes 1 when the transform does
-     * not inherit the parent's, else 0; always 0 in the look-through view.
+     * not inherit the parent's, else 0; always 0 in the look-through view. It must not be null.
      * [ui-thread] */
     VlAttributeStruct* (*getLocalXform)(VlViewerDelegateHandle host, const char* path,
                                         uint8_t* isAbsolute, int sceneView);
 
-    /* Local to world; null without a location.
+    /* Local to world; null without a location. The look-through view takes a location that it
+     * doesn't have for one without a transform.
      * [ui-thread] */
     VlAttributeStruct* (*getWorldXform)(VlViewerDelegateHandle host, const char* path,
                                         int sceneView);
 
-    /* Parent's space to world; null without a location.
+    /* Parent's space to world, the identity at the root; null without a location, but in the
+     * look-through view as getWorldXform.
      * [ui-thread] */
     VlAttributeStruct* (*getParentXform)(VlViewerDelegateHandle host, const char* path,
                                          int sceneView);
@@ -212,7 +219,8 @@ typedef struct ViewerDelegateHostSuite {
      * [ui-thread] */
     void (*setProxyGeometryEnabled)(VlViewerDelegateHandle host, uint8_t enabled);
 
-    /* The paths below this one that are known in the primary view, a StringAttribute.
+    /* The paths below this one that are known in the primary view, nearest first, a
+     * StringAttribute; null when this one is not known.
      * [ui-thread] */
     VlAttributeStruct* (*getDescendantLocations)(VlViewerDelegateHandle host, const char* path);
 

@@ -68,7 +68,7 @@ typedef struct ViewerDelegatePluginSuite {
 
     /* Bounds of the location in its local space, a DoubleAttribute of 6 values (xmin, xmax, ymin,
      * ymax, zmin, zmax) with one reference for the caller; null when the plug-in knows none. Asked
-     * only of locations without a `bound` attribute.
+     * only of locations without a `bound` attribute of that form.
      * [ui-thread] */
     VlAttributeStruct* (*getBounds)(void* instance, const char* locationPath);
 

@@ -34,13 +34,15 @@ typedef enum VlLocationEventFlag {
 typedef struct ViewerLocationEvent {
     /* Full path, "/" between names; never null. */
     const char* locationPath;
-    /* The GroupAttribute; to be heeded when kVlLocationEventAttributesChanged is set. */
+    /* The GroupAttribute, null in a removal; to be heeded when kVlLocationEventAttributesChanged
+     * is set. */
     VlAttributeStruct* attributes;
     /* The local matrix, a DoubleAttribute of 16 values, row vectors; null when the location has
      * none, which means the identity. To be heeded, with the absolute bit, when
-     * kVlLocationEventXformChanged is set. */
+     * kVlLocationEventXformChanged is set; a location that is new starts without one. */
     VlAttributeStruct* xform;
-    /* VlLocationEventFlag bits. A state bit is to be heeded when its change bit is set. */
+    /* VlLocationEventFlag bits. A state bit is to be heeded when its change bit is set, the proxy
+     * bit, which has none, always. */
     uint32_t flags;
 } ViewerLocationEvent;
 

@@ -38,7 +38,7 @@ public:
 
     [[nodiscard]] VlViewerDelegateHandle getHandle() const noexcept { return handle; }
 
-    bool setViewOp(int opId) const { return suite->setViewOp(handle, opId) != 0; }
+    int setViewOp(int opId) const { return suite->setViewOp(handle, opId); }
 
     [[nodiscard]] GroupAttribute getAttributes(const std::string& path,
                                                VlSceneView view = kVlViewerDelegatePrimary) const {
