@@ -179,7 +179,7 @@ DoubleAttribute SceneBounds::computeExtent(const std::string& path) const {
 DoubleAttribute SceneBounds::computeMergedExtent(const char* const* paths, std::uint32_t count,
                                                  const std::string& excludePath) const {
     MergedExtentWalk walk(*this, delegate_.locationTree.find(excludePath));
-    for (std::uint32_t index = 0; index < count; ++index) {
+    for (std::uint32_t index = 0; paths && index < count; ++index) {
         if (paths[index])
             walk.visit(delegate_.locationTree.find(paths[index]));
     }

@@ -40,7 +40,7 @@ public:
 
     /// The box in world space of these locations and what is shown below them: hidden locations and
     /// the one at `excludePath` are left out with all below them, and a location that has bounds
-    /// stands for what is below it. Null when nothing has a box.
+    /// stands for what is below it. A null path is passed over. Null when nothing has a box.
     [[nodiscard]] VlAttribute::DoubleAttribute
     computeMergedExtent(const char* const* paths, std::uint32_t count,
                         const std::string& excludePath) const;

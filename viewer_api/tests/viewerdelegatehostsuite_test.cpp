@@ -337,6 +337,7 @@ TYPED_TEST(ViewerDelegateHostSuites, descendantsExtentsAndProcessing) {
               nullptr);
     EXPECT_EQ(taken(this->suite.computeMergedExtent(this->host, this->paths.data(), 1, nullptr)),
               "(1 2 0 1 0 1)");
+    EXPECT_EQ(this->suite.computeMergedExtent(this->host, nullptr, 1, nullptr), nullptr);
     EXPECT_EQ(this->suite.isProcessing(this->host), 0);
     this->plugin.processing = 256;
     EXPECT_EQ(this->suite.isProcessing(this->host), 1);
@@ -357,6 +358,17 @@ TEST(ViewerDelegateHostSuiteVersions, differInEntry5Alone) {
     std::memcpy(version3.data(), getViewerDelegateHostSuite(), sizeof(version3));
     for (std::size_t entry = 0; entry < kEntries; ++entry)
         EXPECT_EQ(version2[entry] == version3[entry], entry != 5) << "entry " << entry;
+}
+
+TEST(ViewerDelegateHostSuiteVersions, areNullOnlyWhereTheHeaderSaysSo) {
+    std::array<const void*, kEntries> entries{};
+    std::memcpy(entries.data(), getViewerDelegateHostSuite(), sizeof(entries));
+    std::vector<std::size_t> nullEntries;
+    for (std::size_t entry = 0; entry < kEntries; ++entry) {
+        if (!entries[entry])
+            nullEntries.push_back(entry);
+    }
+    EXPECT_THAT(nullEntries, ElementsAre(18, 34, 35, 36, 37, 38));
 }
 
 TEST(HostSuites, areOfferedUnderTheirNamesAndVersions) {
