@@ -21,7 +21,6 @@
 #include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 #include "VlPluginSystem/VlPluginSystem.h"
-#include "VlScenelib/Client.h"
 #include "VlScenelibEngine/ScenelibEngine.h"
 
 #include <memory>
@@ -125,9 +124,7 @@ public:
             }
             pumpMs += bench::timeMs([this] { delegate_->processLocationEvents(); });
             ++pumps;
-            if (!delegate_->scene.primaryClient->hasLocationEvents()) {
-                std::this_thread::sleep_for(std::chrono::microseconds(20));
-            }
+            std::this_thread::yield(); // to the engine, where cores are few
         }
     }
 

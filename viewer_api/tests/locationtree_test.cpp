@@ -780,6 +780,50 @@ TEST_F(LocationTreeTest, descendantsThatPlugInsDontKnowAreLeftOut) {
     EXPECT_FALSE(tree.getDescendantLocations("/nowhere").isValid());
 }
 
+TEST_F(LocationTreeTest, findingIsIndependentOfWhatWasFoundBefore) {
+    tree.openLocation("/root");
+    cook("/root");
+    std::vector<std::string> paths;
+    for (int i = 0; i < 10; ++i) {
+        paths.push_back("/root/" + std::to_string(i));
+        cook(paths.back().c_str(), numbered(i));
+    }
+    cookProxy("/root/proxy");
+    collect();
+    for (int round = 0; round < 3; ++round) {
+        for (const std::string& first : paths) {
+            for (const std::string& second : paths) {
+                EXPECT_EQ(tree.find(first)->path, first);
+                EXPECT_EQ(tree.find(second)->path, second);
+            }
+            EXPECT_EQ(tree.find("/root/proxy")->path, "/root/proxy");
+            EXPECT_EQ(tree.find("/root/none"), nullptr);
+        }
+        // The one found last goes, and another takes its place among the siblings.
+        EXPECT_EQ(tree.find(paths[3])->path, paths[3]);
+        tree.deleteLocation(paths[3]);
+        collect();
+        EXPECT_EQ(tree.find(paths[3]), nullptr);
+        paths.erase(paths.begin() + 3);
+    }
+}
+
+TEST_F(LocationTreeTest, aChainOfThousandsOfLevelsIsToldAndForgotten) {
+    constexpr int kLevels = 3000;
+    std::string path = "/root";
+    for (int i = 0; i < kLevels; ++i) {
+        tree.openLocation(path);
+        cook(path.c_str());
+        path += "/n";
+    }
+    EXPECT_EQ(collect().size(), std::size_t{kLevels});
+    hide("/root");
+    EXPECT_EQ(collect().size(), std::size_t{kLevels});
+    tree.deleteLocation("/root");
+    EXPECT_EQ(collect(), Lines{"/root removed"});
+    EXPECT_EQ(tree.getNumberOfLocations(), 0U);
+}
+
 // ---- paths that name no proper location
 
 TEST_F(LocationTreeTest, textsThatAreNoPathsDoNoHarm) {
