@@ -80,6 +80,14 @@ class SessionTest(unittest.TestCase):
         self.session.pump(timeout=60)
         self.assertEqual(self.session.getErrors(), [])
 
+    def testModelsOfOneNameGetLocationsOfTheirOwn(self):
+        for folder in ("a", "b", "c"):
+            self.session.importModel(folder + "/no such file.obj")
+        self.session.pump(timeout=60)
+        self.assertEqual([path for path, _ in self.session.getErrors()],
+                         ["/root/no such file_obj", "/root/no such file_obj_2",
+                          "/root/no such file_obj_3"])
+
     def testErrorLocationsInTheMiddleOfASceneAreCollectedInOrder(self):
         def error(text):
             return GroupAttribute(("type", StringAttribute("error")),

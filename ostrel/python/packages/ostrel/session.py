@@ -1,5 +1,6 @@
 """A scene and a viewer delegate that shows it."""
 import os
+import re
 import time
 
 import PyScenelib
@@ -28,6 +29,7 @@ class Session(object):
         loadPlugins()
         self._time = 0.0
         self._imports = []  # (op id, args)
+        self._names = set()
         self._inputs = []
         self._merge = PyScenelib.createOp("Scene.Merge")
         self._windowIds = []
@@ -61,11 +63,23 @@ class Session(object):
 
         Importing happens later: a file that can't be read shows in getErrors() after a pump().
         """
-        args = GroupAttribute(("filePath", StringAttribute(os.path.abspath(path))))
+        path = os.path.abspath(path)
+        args = GroupAttribute(("filePath", StringAttribute(path)),
+                              ("name", StringAttribute(self._uniqueName(path))))
         op = PyScenelib.createOp("Geometry.Import", self._timed(args))
         self._imports.append((op, args))
         self.addOp(op)
         return op
+
+    def _uniqueName(self, path):
+        """A location's name for a file: its own, with a number behind it where that is taken."""
+        name = unique = re.sub(r"[./]", "_", os.path.basename(path))
+        number = 1
+        while unique in self._names:
+            number += 1
+            unique = "%s_%d" % (name, number)
+        self._names.add(unique)
+        return unique
 
     def createOp(self, opType, args=None, inputs=()):
         """Makes an op and adds it to the scene; returns its id. See PyScenelib.getOpTypes()."""

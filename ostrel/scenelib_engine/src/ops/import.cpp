@@ -8,7 +8,7 @@
 #include "VlAttribute/IntAttribute.h"
 
 #include <stdexcept>
-#include <string_view>
+#include <string>
 #include <utility>
 
 namespace VlScenelibEngine {
@@ -93,9 +93,10 @@ CookResult cookRoot(CookContext& context) {
     if (path.empty()) {
         throw std::runtime_error("Geometry.Import: filePath is empty");
     }
-    const std::string_view file = std::string_view(path).substr(path.find_last_of('/') + 1);
+    const StringAttribute told(context.getArg("name"));
+    const std::string name = told ? told.getValue() : path.substr(path.find_last_of('/') + 1);
     return {GroupAttribute{{"type", StringAttribute("group")}},
-            ChildList::create(StringAttribute({safeName(file, "model")}))};
+            ChildList::create(StringAttribute({safeName(name, "model")}))};
 }
 
 CookResult cookModel(CookContext& context) {

@@ -8,7 +8,8 @@ namespace VlScenelibEngine {
 ///
 /// `filePath`: any format that the import library reads. Without it nothing is shown. The model
 /// hangs under "/root/" and its file's name ("duck.dae" becomes "/root/duck_dae"); a file that
-/// can't be read makes that location one of type "error".
+/// can't be read makes that location one of type "error". `name`, where told, stands in place of
+/// the file's: so that models of one name can be merged.
 ///
 /// `animation` (an int, 0 unless told) says which of the file's animations is shown; one that there
 /// isn't, such as -1, shows the model at rest. `framesPerSecond` (a number, 24 unless told) turns
