@@ -109,7 +109,10 @@ def main(arguments):
     failures = Failures()
     try:
         import ostrel
+        import PyVlLogging
 
+        # What a model lacks, a texture say, is no reason to talk to the user.
+        PyVlLogging.setLevel("error")
         with ostrel.Session() as session:
             loadScenes(session, options)
             if options.output:

@@ -63,12 +63,14 @@ class WindowTest(unittest.TestCase):
 
     def start(self, *command):
         process = subprocess.Popen([sys.executable] + list(command), stderr=subprocess.PIPE,
-                                   env=dict(os.environ, DISPLAY=self.screen.display))
+                                   env=dict(os.environ, DISPLAY=self.screen.display,
+                                            XDG_RUNTIME_DIR=self.folder))  # or Qt complains
 
         def stop():
             if process.poll() is None:
                 process.kill()
-            process.communicate()
+                process.wait()
+            process.stderr.close()
 
         self.addCleanup(stop)
         return process
@@ -84,8 +86,8 @@ class WindowTest(unittest.TestCase):
         process = self.start(*command)
         deadline = time.time() + DEADLINE
         while not self.duckShows():
-            self.assertTrue(process.poll() is None, process.poll() is not None
-                            and process.communicate()[1])
+            if process.poll() is not None:
+                self.fail("the viewer ended: %r" % process.stderr.read())
             self.assertTrue(time.time() < deadline, "nothing on the screen")
             time.sleep(0.1)
         return process

@@ -93,6 +93,36 @@ public:
         XSync(display, False);
         return static_cast<long>(window);
     }
+    // With another visual than the screen's that lays out colours alike; 0 when there is none.
+    long createWithAlikeVisual() {
+        Visual* const usual = DefaultVisual(display, DefaultScreen(display));
+        XVisualInfo wanted{};
+        wanted.screen = DefaultScreen(display);
+        wanted.depth = DefaultDepth(display, DefaultScreen(display));
+        wanted.c_class = usual->c_class;
+        wanted.red_mask = usual->red_mask;
+        wanted.blue_mask = usual->blue_mask;
+        int count = 0;
+        XVisualInfo* const found =
+            XGetVisualInfo(display,
+                           VisualScreenMask | VisualDepthMask | VisualClassMask |
+                               VisualRedMaskMask | VisualBlueMaskMask,
+                           &wanted, &count);
+        Window window = 0;
+        // The last one, as far as can be from those that EGL knows.
+        if (count > 1 && found[count - 1].visual != usual) {
+            XSetWindowAttributes attributes{};
+            attributes.colormap = XCreateColormap(display, DefaultRootWindow(display),
+                                                  found[count - 1].visual, AllocNone);
+            window = XCreateWindow(display, DefaultRootWindow(display), 0, 0, 32, 16, 0,
+                                   wanted.depth, InputOutput, found[count - 1].visual,
+                                   CWColormap | CWBorderPixel, &attributes);
+            XMapWindow(display, window);
+            XSync(display, False);
+        }
+        XFree(found);
+        return static_cast<long>(window);
+    }
     long createInputOnly() {
         const Window window =
             XCreateWindow(display, DefaultRootWindow(display), 0, 0, 8, 8, 0, 0, InputOnly,
@@ -278,6 +308,23 @@ void refuseTheVisual() {
 
 TEST_F(X11GLTest, aWindowOfAnotherVisualRefusesTheFormat) {
     RUN_ALONE(refuseTheVisual);
+}
+
+void drawToAlikeVisual() {
+    Windows windows;
+    const long window = windows.createWithAlikeVisual();
+    ASSERT_NE(window, 0) << "the server has no second visual of the kind";
+    ASSERT_EQ(windowSystem().glewInit(), 0);
+    const TestSurface surface(window);
+    ASSERT_NE(surface.dc, nullptr);
+    ASSERT_EQ(windowSystem().makeCurrent(surface.dc, surface.createContext()), 1);
+    clear(1, 0, 0);
+    EXPECT_EQ(windowSystem().swapBuffers(surface.dc), 1);
+    EXPECT_EQ(windows.pixel(window, 0, 0), 0xFF0000ul);
+}
+
+TEST_F(X11GLTest, aWindowOfAVisualLikeAConfigsShowsItsColours) {
+    RUN_ALONE(drawToAlikeVisual);
 }
 
 void comeSecond() {

@@ -5,6 +5,9 @@ import PyWindowSystem
 
 from ostrel.orbit import Orbit
 
+#: The vertical angle of the picture, in degrees: a little tele, as things are photographed.
+_FOV = 32.0
+
 
 class View(object):
     """A viewport that shows a session's scene. Made by Session.addView and addOffscreenView.
@@ -26,6 +29,7 @@ class View(object):
         self.viewport.addLayer("MeshLayer", "meshes")
         self.camera = self.viewport.addCamera(cameraPlugin, "main")
         self.viewport.setActiveCamera(self.camera)
+        self.camera.setFOV(_FOV)
         self.resize(width, height)
 
     @property
