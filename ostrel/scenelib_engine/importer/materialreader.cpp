@@ -162,9 +162,17 @@ void MaterialReader::readTexture(const std::string& name, ModelData::Material& r
         result.embeddedTexture = entry->second;
     } else if (auto found = findTexture(name)) {
         result.texture = std::move(*found);
-    } else if (missing.insert(name).second) {
-        model.warnings.push_back("the texture '" + name + "' isn't there");
+    } else {
+        missing.insert(name);
     }
+}
+
+std::string MaterialReader::getWarning() const {
+    std::string names;
+    for (const std::string& name : missing) {
+        names += (names.empty() ? "'" : ", '") + name + "'";
+    }
+    return names.empty() ? names : "textures that aren't there: " + names;
 }
 
 std::optional<std::string> MaterialReader::findTexture(std::string name) const {

@@ -19,9 +19,11 @@ public:
     /// (glTF); all others give them as they show on a screen.
     MaterialReader(const aiScene& scene, const std::filesystem::path& file, bool isLinear);
 
-    /// Textures that are embedded are added to the model, and one that isn't there is told in its
-    /// warnings.
+    /// Textures that are embedded are added to the model.
     [[nodiscard]] ModelData::Material read(const aiMaterial& material, ModelData& model);
+
+    /// The textures that weren't there, in one line; empty when all were.
+    [[nodiscard]] std::string getWarning() const;
 
     /// Which texture coordinates the material's texture is laid out by.
     [[nodiscard]] unsigned getUVChannel(const aiMaterial& material) const;

@@ -207,6 +207,9 @@ ModelData readScene(const aiScene& scene, const std::string& path, bool isLinear
     for (unsigned i = 0; i < scene.mNumMaterials; ++i) {
         model.materials.push_back(materials.read(*scene.mMaterials[i], model));
     }
+    if (std::string warning = materials.getWarning(); !warning.empty()) {
+        model.warnings.push_back(oneLine(std::move(warning)));
+    }
     for (unsigned i = 0; i < scene.mNumMeshes; ++i) {
         const aiMesh& source = *scene.mMeshes[i];
         const bool hasMaterial = source.mMaterialIndex < scene.mNumMaterials;

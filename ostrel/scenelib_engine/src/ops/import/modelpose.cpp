@@ -50,6 +50,73 @@ Box3d boxAround(std::span<const float> points) {
     return box;
 }
 
+namespace {
+
+// The bounds of groups around those of the meshes below them. Each mesh's box is turned into the
+// space of each of its ancestors: boxes around boxes around boxes would grow at every level that
+// turns.
+class GroupBounds {
+public:
+    GroupBounds(const ModelData& model, std::span<const ModelLocation> modelLocations,
+                ModelPose& modelPose)
+        : locations(modelLocations), pose(modelPose), parents(locations.size()),
+          matrices(locations.size()) {
+        std::vector<std::size_t> depths(locations.size());
+        for (std::size_t i = 0; i < locations.size(); ++i) {
+            for (const M44d& inner : pose.matricesOf(model, locations[i])) {
+                matrices[i] = inner * matrices[i];
+            }
+            for (const std::uint32_t child : locations[i].children) {
+                parents[child] = i;
+                depths[child] = depths[i] + 1;
+            }
+            work += pose.bounds[i].isEmpty() ? 0 : depths[i];
+        }
+    }
+
+    void add() {
+        // Meshes in chains of thousands would take all day.
+        constexpr std::size_t kMuchWork = 1000000;
+        work <= kMuchWork ? addMeshes() : addChildren();
+    }
+
+private:
+    void addMeshes() {
+        for (std::size_t i = 1; i < locations.size(); ++i) {
+            if (locations[i].mesh == ModelData::kNone || pose.bounds[i].isEmpty()) {
+                continue;
+            }
+            const Box3d box = pose.bounds[i];
+            M44d matrix = matrices[i];
+            for (std::size_t group = parents[i];; group = parents[group]) {
+                pose.bounds[group].extendBy(Imath::affineTransform(box, matrix));
+                if (group == 0) {
+                    break;
+                }
+                matrix *= matrices[group];
+            }
+        }
+    }
+
+    void addChildren() {
+        // Children stand after their parents.
+        for (std::size_t i = locations.size(); i-- > 1;) {
+            if (!pose.bounds[i].isEmpty()) {
+                pose.bounds[parents[i]].extendBy(
+                    Imath::affineTransform(pose.bounds[i], matrices[i]));
+            }
+        }
+    }
+
+    std::span<const ModelLocation> locations;
+    ModelPose& pose;
+    std::vector<std::size_t> parents;
+    std::vector<M44d> matrices; // into the parent's space
+    std::size_t work = 0;
+};
+
+} // namespace
+
 ModelPose makeModelPose(const ModelData& model, std::span<const ModelLocation> locations,
                         std::vector<M44d> nodes,
                         const std::map<std::uint32_t, std::vector<float>>& morphWeights,
@@ -62,8 +129,7 @@ ModelPose makeModelPose(const ModelData& model, std::span<const ModelLocation> l
     ModelPose pose;
     pose.nodes = std::move(nodes);
     pose.bounds.resize(locations.size());
-    // Children stand after their parents.
-    for (std::size_t i = locations.size(); i-- > 0;) {
+    for (std::size_t i = 0; i < locations.size(); ++i) {
         const ModelLocation& location = locations[i];
         Box3d& box = pose.bounds[i];
         if (location.isDeforming) {
@@ -80,18 +146,8 @@ ModelPose makeModelPose(const ModelData& model, std::span<const ModelLocation> l
         } else if (location.mesh != ModelData::kNone) {
             box = meshBoxes[static_cast<std::size_t>(location.mesh)];
         }
-        for (const std::uint32_t child : location.children) {
-            Box3d childBox = pose.bounds[child];
-            if (childBox.isEmpty()) {
-                continue;
-            }
-            M44d matrix;
-            for (const M44d& inner : pose.matricesOf(model, locations[child])) {
-                matrix = inner * matrix;
-            }
-            box.extendBy(Imath::affineTransform(childBox, matrix));
-        }
     }
+    GroupBounds(model, locations, pose).add();
     return pose;
 }
 
