@@ -29,12 +29,28 @@ constexpr const char* kViewFrozenStateChanged = "__VIEWPORT_VIEW_FROZEN_STATE_CH
 VlViewportHostStruct::VlViewportHostStruct(const std::string& pluginName, const std::string& name_,
                                            VlViewerDelegateHostStruct* viewerDelegate_)
     : HostObject(viewerDelegate_), name(name_), viewerDelegate(viewerDelegate_) {
-    createPluginInstance(PluginKind::Viewport, pluginName, this, pluginSuite, pluginHandle);
+    try {
+        createPluginInstance(PluginKind::Viewport, pluginName, this, pluginSuite, pluginHandle);
+    } catch (...) {
+        // The create entry may have added some before it failed.
+        endLife();
+        endLayers();
+        leaveCameras();
+        throw;
+    }
 }
 
 VlViewportHostStruct::~VlViewportHostStruct() {
     endLife();
     makeGLContextCurrent();
+    endLayers();
+    SharedGLContext::releaseDeviceContext(windowId, deviceContext);
+    deviceContext = nullptr;
+    destroyPluginInstance(pluginSuite, pluginHandle);
+    leaveCameras();
+}
+
+void VlViewportHostStruct::endLayers() {
     // A layer's plug-in may still look at the list from its destroy entry.
     while (!layers.empty()) {
         VlViewportLayerHostStruct* layer = layers.back();
@@ -42,9 +58,9 @@ VlViewportHostStruct::~VlViewportHostStruct() {
         layerNames.pop_back();
         HostObject::retire(layer);
     }
-    SharedGLContext::releaseDeviceContext(windowId, deviceContext);
-    deviceContext = nullptr;
-    destroyPluginInstance(pluginSuite, pluginHandle);
+}
+
+void VlViewportHostStruct::leaveCameras() {
     storeActiveCamera(nullptr);
     for (VlViewportCameraHostStruct* camera : cameras)
         camera->leaveViewport();

@@ -162,6 +162,8 @@ struct VlViewportHostStruct : public HostObject {
 private:
     using LayerOperation = std::function<void(VlViewportLayerHostStruct&)>;
 
+    void endLayers();
+    void leaveCameras();
     void walkLayers(const LayerOperation& operation);
     VlViewportLayerHostStruct* placeLayer(const std::string& pluginName,
                                           const std::string& layerName, size_t index);

@@ -58,7 +58,22 @@ TEST_F(VlViewportHost, exceptionOfCreatePassesThrough) {
     EXPECT_EQ(messageOf([] { VlViewportHostStruct("Recording", "view", nullptr); }), "no licence");
 }
 
-TEST_F(VlViewportHost, startsWithTheToldValues) {
+TEST_F(VlViewportHost, createThatFailsLeavesNoLayerAndNoCameraThatReachesBack) {
+    plugins.hooks["viewport2.create"] = [](auto& instance) {
+        auto* const unmade = static_cast<VlViewportHostStruct*>(instance.host);
+        unmade->addLayer("Recording", "layer");
+        unmade->setActiveCamera(unmade->addCamera("Recording", "camera"));
+        throw std::runtime_error("no licence");
+    };
+    EXPECT_EQ(messageOf([] { VlViewportHostStruct("Recording", "view", nullptr); }), "no licence");
+    EXPECT_TRUE(plugins.instance("layer1").isDestroyed);
+    const auto* const camera =
+        static_cast<const VlViewportCameraHostStruct*>(plugins.instance("camera1").host);
+    EXPECT_EQ(camera->viewport, nullptr);
+    EXPECT_EQ(camera->holder(), nullptr);
+}
+
+TEST_F(VlViewportHost, startsFromItsDefaults) {
     EXPECT_EQ(viewport->name, "view");
     EXPECT_EQ(viewport->getWidth(), 0);
     EXPECT_EQ(viewport->getHeight(), 0);
