@@ -35,6 +35,14 @@ class ModuleEntryTest(unittest.TestCase):
             self.assertEqual(name, getattr(ViewerAPI, name).__name__)
             self.assertEqual("ViewerAPI_cmodule", getattr(ViewerAPI, name).__module__)
 
+    @unittest.skipUnless(IS_PYTHON_3, "the names of a module have no order on Python 2")
+    def test_theLayerVersionAndTheTypesAreAddedInTheirOrder(self):
+        names = [name for name, value in vars(ViewerAPI).items()
+                 if isinstance(value, type) or name == "kViewportLayerPluginVersion"]
+        self.assertEqual(["kViewportLayerPluginVersion", "ViewerDelegate",
+                          "ViewerDelegateComponent", "Viewport", "ViewportLayer",
+                          "ViewportCamera"], names)
+
     def test_importMakesNoDelegate(self):
         # In a process of its own: others in this one may have failed to load, which counts on.
         answer = subprocess.check_output([
