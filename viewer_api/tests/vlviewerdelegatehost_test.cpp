@@ -51,7 +51,7 @@ TEST_F(VlViewerDelegateHost, makesClientsAndOpsInOneTransactionAfterThePlugin) {
                             "setLocationsActive client5 [/root]", "setAllOpen client7 1"));
 }
 
-TEST_F(VlViewerDelegateHost, startsFromTheToldValues) {
+TEST_F(VlViewerDelegateHost, startsFromItsDefaults) {
     EXPECT_EQ(delegate->eventLimit, -1);
     EXPECT_EQ(delegate->cleanupIntervalMs, 1000);
     EXPECT_EQ(delegate->lastCleanup, clock.now);
