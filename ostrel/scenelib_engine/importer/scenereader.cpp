@@ -63,9 +63,13 @@ ModelData::Matrix orientation(const aiVector3D& position, const aiVector3D& dire
             z[0], z[1], z[2], 0, position.x, position.y, position.z, 1};
 }
 
-ModelData::Camera readCamera(const aiCamera& camera) {
+ModelData::Camera readCamera(const aiCamera& camera, bool isGltf) {
     ModelData::Camera result;
-    result.matrix = orientation(camera.mPosition, camera.mLookAt, camera.mUp);
+    // The reader of glTF repeats the node's place in its camera, and multiplies angles where
+    // tangents are meant.
+    if (!isGltf) {
+        result.matrix = orientation(camera.mPosition, camera.mLookAt, camera.mUp);
+    }
     result.nearPlane = camera.mClipPlaneNear;
     result.farPlane = camera.mClipPlaneFar;
     if (camera.mOrthographicWidth > 0) {
@@ -73,7 +77,8 @@ ModelData::Camera readCamera(const aiCamera& camera) {
         result.orthographicWidth = 2.0 * camera.mOrthographicWidth;
     }
     const double aspect = camera.mAspect > 0 ? camera.mAspect : 1;
-    const double half = std::atan(std::tan(camera.mHorizontalFOV / 2) / aspect);
+    const double half = isGltf ? camera.mHorizontalFOV / 2 / aspect
+                               : std::atan(std::tan(camera.mHorizontalFOV / 2) / aspect);
     if (half > 0 && std::isfinite(half)) {
         result.fov = 2 * half * kDegrees;
     }
@@ -187,7 +192,7 @@ std::string oneLine(std::string text) {
 
 } // namespace
 
-ModelData readScene(const aiScene& scene, const std::string& path, bool isLinear) {
+ModelData readScene(const aiScene& scene, const std::string& path, bool isGltf) {
     if (!scene.mRootNode) {
         throw std::runtime_error("there is no scene in it");
     }
@@ -203,7 +208,7 @@ ModelData readScene(const aiScene& scene, const std::string& path, bool isLinear
     }
     turnYUp(scene, model);
 
-    MaterialReader materials(scene, path, isLinear);
+    MaterialReader materials(scene, path, isGltf);
     for (unsigned i = 0; i < scene.mNumMaterials; ++i) {
         model.materials.push_back(materials.read(*scene.mMaterials[i], model));
     }
@@ -224,7 +229,7 @@ ModelData readScene(const aiScene& scene, const std::string& path, bool isLinear
     for (unsigned i = 0; i < scene.mNumCameras; ++i) {
         if (const auto node = nodes.find(toString(scene.mCameras[i]->mName)); node != nodes.end()) {
             model.nodes[node->second].camera = static_cast<std::int32_t>(model.cameras.size());
-            model.cameras.push_back(readCamera(*scene.mCameras[i]));
+            model.cameras.push_back(readCamera(*scene.mCameras[i], isGltf));
         }
     }
     for (unsigned i = 0; i < scene.mNumLights; ++i) {
@@ -254,6 +259,6 @@ ModelData readModelFile(const std::string& path) {
     const int index = importer.GetPropertyInteger("importerIndex", -1);
     const aiImporterDesc* const description =
         index >= 0 ? importer.GetImporterInfo(static_cast<std::size_t>(index)) : nullptr;
-    const bool isLinear = description && std::string_view(description->mName).starts_with("glTF2");
-    return readScene(*scene, path, isLinear);
+    const bool isGltf = description && std::string_view(description->mName).starts_with("glTF2");
+    return readScene(*scene, path, isGltf);
 }
