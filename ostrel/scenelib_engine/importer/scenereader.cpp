@@ -63,13 +63,16 @@ ModelData::Matrix orientation(const aiVector3D& position, const aiVector3D& dire
             z[0], z[1], z[2], 0, position.x, position.y, position.z, 1};
 }
 
-ModelData::Camera readCamera(const aiCamera& camera, bool isGltf) {
+ModelData::Camera readCamera(const aiCamera& camera, const ModelData::Matrix& node, bool isGltf) {
     ModelData::Camera result;
-    // The reader of glTF repeats the node's place in its camera, and multiplies angles where
-    // tangents are meant.
-    if (!isGltf) {
-        result.matrix = orientation(camera.mPosition, camera.mLookAt, camera.mUp);
+    aiVector3D position = camera.mPosition;
+    // The readers of some formats repeat the node's place in its camera.
+    const aiVector3D place(static_cast<float>(node[12]), static_cast<float>(node[13]),
+                           static_cast<float>(node[14]));
+    if (position == place) {
+        position = aiVector3D();
     }
+    result.matrix = orientation(position, camera.mLookAt, camera.mUp);
     result.nearPlane = camera.mClipPlaneNear;
     result.farPlane = camera.mClipPlaneFar;
     if (camera.mOrthographicWidth > 0) {
@@ -77,6 +80,7 @@ ModelData::Camera readCamera(const aiCamera& camera, bool isGltf) {
         result.orthographicWidth = 2.0 * camera.mOrthographicWidth;
     }
     const double aspect = camera.mAspect > 0 ? camera.mAspect : 1;
+    // And that of glTF multiplies angles where tangents are meant.
     const double half = isGltf ? camera.mHorizontalFOV / 2 / aspect
                                : std::atan(std::tan(camera.mHorizontalFOV / 2) / aspect);
     if (half > 0 && std::isfinite(half)) {
@@ -229,7 +233,8 @@ ModelData readScene(const aiScene& scene, const std::string& path, bool isGltf) 
     for (unsigned i = 0; i < scene.mNumCameras; ++i) {
         if (const auto node = nodes.find(toString(scene.mCameras[i]->mName)); node != nodes.end()) {
             model.nodes[node->second].camera = static_cast<std::int32_t>(model.cameras.size());
-            model.cameras.push_back(readCamera(*scene.mCameras[i], isGltf));
+            model.cameras.push_back(
+                readCamera(*scene.mCameras[i], model.nodes[node->second].matrix, isGltf));
         }
     }
     for (unsigned i = 0; i < scene.mNumLights; ++i) {
