@@ -97,7 +97,7 @@ void GpuScene::upload(SceneMirror& mirror) {
         GpuBatch& gpuBatch = gpuBatches[batch->serial];
         gpuBatch.lastFrame = frameNumber;
         uploadInstances(*batch, gpuBatch, mesh->second);
-        texture(mirror.getMaterials()[batch->material].texture);
+        texture(mirror.getMaterials()[batch->material]);
     }
 }
 
@@ -190,7 +190,7 @@ void GpuScene::drawPass(SceneMirror& mirror, const std::vector<Batch*>& batches,
 }
 
 void GpuScene::useMaterial(const Material& material) {
-    const GpuTexture* picture = texture(material.texture);
+    const GpuTexture* picture = texture(material);
     program.set("baseColor",
                 Imath::V3f(material.baseColor[0], material.baseColor[1], material.baseColor[2]));
     program.set("opacity", material.opacity);
@@ -198,14 +198,20 @@ void GpuScene::useMaterial(const Material& material) {
     glBindTexture(GL_TEXTURE_2D, picture ? picture->get() : 0);
 }
 
-/// Null without a file, and for one that can't be read.
-const GpuTexture* GpuScene::texture(const std::string& file) {
-    if (file.empty()) {
+/// Null without a picture, and for one that can't be read.
+const GpuTexture* GpuScene::texture(const Material& material) {
+    const std::string& name = material.texture;
+    if (name.empty()) {
         return nullptr;
     }
-    auto found = textures.find(file);
+    auto found = textures.find(name);
     if (found == textures.end()) {
-        found = textures.emplace(file, GpuTexture(file)).first;
+        const auto content = material.textureData.getSample(0);
+        found =
+            textures
+                .emplace(name, content.empty() ? GpuTexture(name)
+                                               : GpuTexture(readPictureContent(content[0], name)))
+                .first;
         if (!found->second) {
             errors.push_back(found->second.getError());
         }

@@ -58,7 +58,7 @@ private:
     [[nodiscard]] Pass passOf(const Material& material) const;
     void drawPass(SceneMirror& mirror, const std::vector<Batch*>& batches, const Frame& frame);
     void useMaterial(const Material& material);
-    const GpuTexture* texture(const std::string& file);
+    const GpuTexture* texture(const Material& material);
 
     ShaderProgram program;
     std::unordered_map<std::uint64_t, GpuMesh> meshes;

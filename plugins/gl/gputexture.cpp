@@ -1,13 +1,12 @@
 #include "gl/gputexture.h"
 
-#include "gl/picturefile.h"
-
 #include <algorithm>
 
 namespace Bundled {
 
-GpuTexture::GpuTexture(const std::string& file) {
-    const Picture picture = readPicture(file);
+GpuTexture::GpuTexture(const std::string& file) : GpuTexture(readPicture(file)) {}
+
+GpuTexture::GpuTexture(const Picture& picture) {
     if (picture.rgba.empty()) {
         error = picture.error;
         return;
@@ -16,7 +15,7 @@ GpuTexture::GpuTexture(const std::string& file) {
     GLint largest = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
     if (picture.width > largest || picture.height > largest) {
-        error = "The picture \"" + file + "\" is larger than the graphics card takes.";
+        error = "A picture is larger than the graphics card takes.";
         return;
     }
     glBindTexture(GL_TEXTURE_2D, texture.create());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gl/glname.h"
+#include "gl/picturefile.h"
 
 #include <string>
 
@@ -12,6 +13,8 @@ class GpuTexture {
 public:
     /// A file that can't be read leaves no texture; `getError` says why.
     explicit GpuTexture(const std::string& file);
+    /// A picture that is read already.
+    explicit GpuTexture(const Picture& picture);
 
     [[nodiscard]] explicit operator bool() const noexcept { return static_cast<bool>(texture); }
     [[nodiscard]] GLuint get() const noexcept { return texture.get(); }

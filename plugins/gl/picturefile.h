@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Bundled {
@@ -20,5 +21,8 @@ struct Picture {
 
 /// Reads PNG, JPEG, TGA, BMP, GIF (the first picture), PSD, PIC and PNM files. [any-thread]
 Picture readPicture(const std::string& file);
+
+/// Reads the content of such a file. `name` stands for it in the error. [any-thread]
+Picture readPictureContent(std::string_view content, const std::string& name);
 
 } // namespace Bundled

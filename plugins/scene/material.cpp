@@ -29,6 +29,12 @@ std::vector<float> numbers(const VlAttribute::Attribute& attribute) {
 Material Material::fromAttributes(const VlAttribute::GroupAttribute& material) {
     Material result;
     result.texture = VlAttribute::StringAttribute(material.getChildByName("texture")).getValue();
+    if (result.texture.empty()) {
+        result.textureData = VlAttribute::StringAttribute(material.getChildByName("textureData"));
+        if (result.textureData) {
+            result.texture = "embedded " + result.textureData.getHash().str();
+        }
+    }
     if (!result.texture.empty()) {
         result.baseColor = {1.0f, 1.0f, 1.0f};
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VlAttribute/GroupAttribute.h"
+#include "VlAttribute/StringAttribute.h"
 
 #include <array>
 #include <string>
@@ -12,8 +13,10 @@ struct Material {
     std::array<float, 3> baseColor{0.62f, 0.62f, 0.62f};
     /// 0 (invisible) to 1.
     float opacity = 1.0f;
-    /// A picture file in sRGB; empty for none.
+    /// A picture file in sRGB, or a name that stands for `textureData`; empty for none.
     std::string texture;
+    /// The content of a picture file; null for none. Equal contents have one name.
+    VlAttribute::StringAttribute textureData;
 
     /// A null group, and what it does not say, gives the defaults: a neutral grey. With a texture
     /// the default base colour is white, so that the picture shows as it is.

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <string_view>
+
 namespace {
 
 using Bundled::Material;
@@ -27,6 +30,24 @@ TEST(Material, readsColoursOfEitherPrecision) {
     EXPECT_EQ(
         Material::fromAttributes({{"baseColor", DoubleAttribute({0.25, 0.5, 1.0}, 3)}}).baseColor,
         wanted);
+}
+
+TEST(Material, anEmbeddedPictureHasANameByItsContent) {
+    const std::string_view content("\x89PNG\0more", 9);
+    const auto read = [](std::string_view data) {
+        return Material::fromAttributes({{"textureData", StringAttribute(data)}});
+    };
+    const Material material = read(content);
+    EXPECT_EQ(std::string_view(material.textureData.getSample(0)[0]), content);
+    EXPECT_FALSE(material.texture.empty());
+    EXPECT_EQ(read(content), material);
+    EXPECT_NE(read("other").texture, material.texture);
+    EXPECT_EQ(material.baseColor, (std::array<float, 3>{1, 1, 1}));
+    // A file goes first.
+    EXPECT_EQ(Material::fromAttributes({{"texture", StringAttribute("wood.png")},
+                                        {"textureData", StringAttribute(content)}})
+                  .texture,
+              "wood.png");
 }
 
 TEST(Material, fourthComponentIsTheOpacity) {

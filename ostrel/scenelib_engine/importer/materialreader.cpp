@@ -14,10 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-float linearFromScreen(float value) {
-    return value <= 0.04045F ? value / 12.92F : std::pow((value + 0.055F) / 1.055F, 2.4F);
-}
-
 // A picture file's bytes: the embedded file itself, or the pixels as an uncompressed TGA file.
 std::string pictureFile(const aiTexture& texture) {
     if (texture.mHeight == 0) {

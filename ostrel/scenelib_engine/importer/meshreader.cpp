@@ -26,13 +26,28 @@ bool areFinite(const aiVector3D* vectors, unsigned count) {
     return true;
 }
 
+// The colours of the points; null when there are none, when they are no numbers, and when all are
+// white, as some importers fill them in.
+const aiColor4D* meaningfulColors(const aiMesh& mesh) {
+    const aiColor4D* const colors = mesh.mColors[0];
+    bool areWhite = true;
+    for (unsigned i = 0; colors && i < mesh.mNumVertices; ++i) {
+        const aiColor4D& color = colors[i];
+        if (!std::isfinite(color.r) || !std::isfinite(color.g) || !std::isfinite(color.b)) {
+            return nullptr;
+        }
+        areWhite = areWhite && color.r == 1 && color.g == 1 && color.b == 1;
+    }
+    return areWhite ? nullptr : colors;
+}
+
 // Which of the imported points are taken, and as which point of the mesh.
 class PointSelection {
 public:
     PointSelection(const aiMesh& source, const aiVector3D* normals, const aiVector3D* uv,
-                   bool mayMerge)
-        : mesh(source), sourceNormals(normals), sourceUV(uv), merges(mayMerge),
-          places(source.mNumVertices, kUnused) {
+                   const aiColor4D* colors, bool mayMerge)
+        : mesh(source), sourceNormals(normals), sourceUV(uv), sourceColors(colors),
+          merges(mayMerge), places(source.mNumVertices, kUnused) {
         if (merges) {
             // Room for twice as many as there are, so that look-ups stay short.
             std::size_t size = 16;
@@ -96,12 +111,14 @@ private:
     [[nodiscard]] bool areEqual(unsigned a, unsigned b) const {
         return mesh.mVertices[a] == mesh.mVertices[b] &&
                (!sourceNormals || sourceNormals[a] == sourceNormals[b]) &&
-               (!sourceUV || sourceUV[a] == sourceUV[b]);
+               (!sourceUV || sourceUV[a] == sourceUV[b]) &&
+               (!sourceColors || sourceColors[a] == sourceColors[b]);
     }
 
     const aiMesh& mesh;
     const aiVector3D* sourceNormals;
     const aiVector3D* sourceUV;
+    const aiColor4D* sourceColors;
     bool merges;
     std::vector<std::uint32_t> places; // by imported point
     std::vector<unsigned> sources;     // by point
@@ -201,7 +218,8 @@ void readMorphs(const aiMesh& mesh, const PointSelection& selection, ModelData::
 
 } // namespace
 
-ModelData::Mesh readMesh(const aiMesh& mesh, unsigned uvChannel, const NodeIndices& nodes) {
+ModelData::Mesh readMesh(const aiMesh& mesh, unsigned uvChannel, bool hasLinearColors,
+                         const NodeIndices& nodes) {
     ModelData::Mesh result;
     result.name = toString(mesh.mName);
     result.material = static_cast<std::int32_t>(mesh.mMaterialIndex);
@@ -223,7 +241,8 @@ ModelData::Mesh readMesh(const aiMesh& mesh, unsigned uvChannel, const NodeIndic
             : nullptr;
     const bool deforms = mesh.mNumBones > 0 || mesh.mNumAnimMeshes > 0;
     const bool isCloud = mesh.mNumFaces == 0 || mesh.mPrimitiveTypes == aiPrimitiveType_POINT;
-    PointSelection selection(mesh, normals, uv, !deforms && !isCloud);
+    const aiColor4D* const colors = meaningfulColors(mesh);
+    PointSelection selection(mesh, normals, uv, colors, !deforms && !isCloud);
     if (isCloud) {
         for (unsigned i = 0; i < mesh.mNumVertices; ++i) {
             if (isFinite(mesh.mVertices[i])) {
@@ -242,6 +261,14 @@ ModelData::Mesh readMesh(const aiMesh& mesh, unsigned uvChannel, const NodeIndic
         result.st.reserve(sources.size() * 2);
         for (const unsigned source : sources) {
             result.st.insert(result.st.end(), {uv[source].x, uv[source].y});
+        }
+    }
+    if (colors) {
+        result.colors.reserve(sources.size() * 3);
+        for (const unsigned source : sources) {
+            for (const float channel : {colors[source].r, colors[source].g, colors[source].b}) {
+                result.colors.push_back(hasLinearColors ? channel : linearFromScreen(channel));
+            }
         }
     }
     readBones(mesh, selection, nodes, result);

@@ -114,8 +114,8 @@ void visit(Archive& a, Item<Archive, ModelData::Morph>& morph) {
 }
 template <class Archive>
 void visit(Archive& a, Item<Archive, ModelData::Mesh>& mesh) {
-    visitAll(a, mesh.name, mesh.material, mesh.points, mesh.normals, mesh.st, mesh.vertexList,
-             mesh.startIndex, mesh.bones, mesh.morphs);
+    visitAll(a, mesh.name, mesh.material, mesh.points, mesh.normals, mesh.st, mesh.colors,
+             mesh.vertexList, mesh.startIndex, mesh.bones, mesh.morphs);
 }
 template <class Archive>
 void visit(Archive& a, Item<Archive, ModelData::Material>& material) {
@@ -163,6 +163,7 @@ void checkMesh(const ModelData& model, const ModelData::Mesh& mesh) {
     Reader::require(mesh.points.size() % 3 == 0);
     Reader::require(mesh.normals.empty() || mesh.normals.size() == mesh.points.size());
     Reader::require(mesh.st.empty() || mesh.st.size() == points * 2);
+    Reader::require(mesh.colors.empty() || mesh.colors.size() == mesh.points.size());
     Reader::require(mesh.vertexList.empty() == mesh.startIndex.empty());
     Reader::require(std::ranges::all_of(mesh.vertexList, [points](std::int32_t index) {
         return index >= 0 && static_cast<std::size_t>(index) < points;

@@ -34,6 +34,7 @@ struct ModelData {
         std::vector<float> points;  ///< 3 each, finite
         std::vector<float> normals; ///< as many, or none
         std::vector<float> st;      ///< 2 for each point, or none
+        std::vector<float> colors;  ///< 3 for each point, linear, or none
         /// Both empty for a cloud of points.
         std::vector<std::int32_t> vertexList;
         std::vector<std::int32_t> startIndex; ///< one more than faces

@@ -225,7 +225,7 @@ ModelData readScene(const aiScene& scene, const std::string& path, bool isGltf) 
         model.meshes.push_back(readMesh(
             source,
             hasMaterial ? materials.getUVChannel(*scene.mMaterials[source.mMaterialIndex]) : 0,
-            nodes));
+            isGltf, nodes));
         if (!hasMaterial) {
             model.meshes.back().material = ModelData::kNone;
         }

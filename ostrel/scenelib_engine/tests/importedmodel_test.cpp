@@ -100,7 +100,7 @@ const float kInfinity = std::numeric_limits<float>::infinity();
 TEST(MeshReader, polygonsOfAnySizeStayWhatTheyAre) {
     const SourceMesh source({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}, {2, 2, 2}},
                             {{0, 1, 2, 3}, {0, 4}, {4}});
-    const ModelData::Mesh mesh = readMesh(source, 0, {});
+    const ModelData::Mesh mesh = readMesh(source, 0, true, {});
     EXPECT_THAT(mesh.vertexList, ElementsAre(0, 1, 2, 3, 0, 4, 4));
     EXPECT_THAT(mesh.startIndex, ElementsAre(0, 4, 6, 7));
     EXPECT_EQ(mesh.points.size(), 15u);
@@ -109,7 +109,7 @@ TEST(MeshReader, polygonsOfAnySizeStayWhatTheyAre) {
 TEST(MeshReader, equalPointsBecomeOneAndUnusedOnesGo) {
     const SourceMesh source({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {9, 9, 9}, {1, 0, 0}, {-0.0F, 1, 0}},
                             {{0, 1, 2}, {0, 5, 4}});
-    const ModelData::Mesh mesh = readMesh(source, 0, {});
+    const ModelData::Mesh mesh = readMesh(source, 0, true, {});
     EXPECT_THAT(mesh.vertexList, ElementsAre(0, 1, 2, 0, 2, 1));
     EXPECT_THAT(mesh.points, ElementsAre(0, 0, 0, 1, 0, 0, 0, 1, 0));
 }
@@ -117,7 +117,7 @@ TEST(MeshReader, equalPointsBecomeOneAndUnusedOnesGo) {
 TEST(MeshReader, pointsThatDifferInTheirNormalStayApart) {
     SourceMesh source({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 0}}, {{0, 1, 2}, {3, 2, 1}});
     source.mNormals = new aiVector3D[4]{{0, 0, 1}, {0, 0, 1}, {0, 0, 1}, {0, 0, -1}};
-    const ModelData::Mesh mesh = readMesh(source, 0, {});
+    const ModelData::Mesh mesh = readMesh(source, 0, true, {});
     EXPECT_THAT(mesh.vertexList, ElementsAre(0, 1, 2, 3, 2, 1));
     EXPECT_EQ(mesh.normals.size(), 12u);
 }
@@ -125,7 +125,7 @@ TEST(MeshReader, pointsThatDifferInTheirNormalStayApart) {
 TEST(MeshReader, indicesOutOfRangeAndPointsThatAreNoNumbersCostTheirFace) {
     const SourceMesh source({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {kNaN, 0, 0}, {0, kInfinity, 0}},
                             {{0, 1, 7}, {0, 1, 3}, {0, 4, 2}, {}, {0, 1, 2}, {0, 1, 4000000000u}});
-    const ModelData::Mesh mesh = readMesh(source, 0, {});
+    const ModelData::Mesh mesh = readMesh(source, 0, true, {});
     EXPECT_THAT(mesh.startIndex, ElementsAre(0, 3));
     EXPECT_THAT(mesh.points, ElementsAre(0, 0, 0, 1, 0, 0, 0, 1, 0));
 }
@@ -133,21 +133,32 @@ TEST(MeshReader, indicesOutOfRangeAndPointsThatAreNoNumbersCostTheirFace) {
 TEST(MeshReader, normalsThatAreNoNumbersAreNoNormals) {
     SourceMesh source({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}});
     source.mNormals = new aiVector3D[3]{{0, 0, 1}, {0, kNaN, 1}, {0, 0, 1}};
-    EXPECT_TRUE(readMesh(source, 0, {}).normals.empty());
+    EXPECT_TRUE(readMesh(source, 0, true, {}).normals.empty());
+}
+
+TEST(MeshReader, pointsKeepTheirColoursUnlessAllAreWhite) {
+    SourceMesh source({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}});
+    source.mColors[0] = new aiColor4D[3]{{1, 1, 1, 1}, {0.5F, 1, 0, 1}, {1, 1, 1, 1}};
+    EXPECT_THAT(readMesh(source, 0, true, {}).colors, ElementsAre(1, 1, 1, 0.5F, 1, 0, 1, 1, 1));
+    EXPECT_NEAR(readMesh(source, 0, false, {}).colors[3], 0.2140, 1e-4);
+    source.mColors[0][1] = {1, 1, 1, 1};
+    EXPECT_TRUE(readMesh(source, 0, true, {}).colors.empty());
+    source.mColors[0][1].g = kNaN;
+    EXPECT_TRUE(readMesh(source, 0, true, {}).colors.empty());
 }
 
 TEST(MeshReader, aMeshWithoutFacesIsACloudOfPoints) {
     const SourceMesh source({{0, 0, 0}, {0, 0, 0}, {kNaN, 0, 0}, {1, 2, 3}}, {});
-    const ModelData::Mesh mesh = readMesh(source, 0, {});
+    const ModelData::Mesh mesh = readMesh(source, 0, true, {});
     EXPECT_THAT(mesh.points, ElementsAre(0, 0, 0, 0, 0, 0, 1, 2, 3));
     EXPECT_TRUE(mesh.startIndex.empty());
 }
 
 TEST(MeshReader, aMeshWithoutAnythingSurvives) {
     const SourceMesh source({}, {});
-    EXPECT_TRUE(readMesh(source, 0, {}).points.empty());
+    EXPECT_TRUE(readMesh(source, 0, true, {}).points.empty());
     aiMesh bare;
-    EXPECT_TRUE(readMesh(bare, 0, {}).points.empty());
+    EXPECT_TRUE(readMesh(bare, 0, true, {}).points.empty());
 }
 
 TEST(MeshReader, weightsOfMissingPointsAndBonesOfMissingNodesAreLeftOut) {
@@ -159,7 +170,7 @@ TEST(MeshReader, weightsOfMissingPointsAndBonesOfMissingNodesAreLeftOut) {
         source.mBones[b]->mNumWeights = 3;
         source.mBones[b]->mWeights = new aiVertexWeight[3]{{0, 0.5F}, {9, 0.5F}, {1, kNaN}};
     }
-    const ModelData::Mesh mesh = readMesh(source, 0, {{"there", 4}});
+    const ModelData::Mesh mesh = readMesh(source, 0, true, {{"there", 4}});
     ASSERT_EQ(mesh.bones.size(), 1u);
     EXPECT_EQ(mesh.bones[0].node, 4u);
     EXPECT_THAT(mesh.bones[0].points, ElementsAre(0));

@@ -30,10 +30,15 @@ using VlAttribute::StringAttribute;
 constexpr std::size_t kRememberedPoses = 4;
 
 GroupAttribute makeGeometry(const ModelData::Mesh& mesh) {
+    GroupBuilder others;
+    if (!mesh.st.empty()) {
+        others.set("st", FloatAttribute(mesh.st, 2));
+    }
+    if (!mesh.colors.empty()) {
+        others.set("color", FloatAttribute(mesh.colors, 3));
+    }
     GroupBuilder builder;
-    builder.set("point",
-                makePointGroup(mesh.points, mesh.normals,
-                               mesh.st.empty() ? FloatAttribute() : FloatAttribute(mesh.st, 2)));
+    builder.set("point", makePointGroup(mesh.points, mesh.normals, others.build()));
     if (!mesh.startIndex.empty()) {
         builder.set("poly", GroupAttribute{{"vertexList", IntAttribute(mesh.vertexList)},
                                            {"startIndex", IntAttribute(mesh.startIndex)}});
@@ -163,6 +168,7 @@ void Model::prepareMeshes() {
         mesh.vertexList = {};
         mesh.startIndex = {};
         mesh.st = {};
+        mesh.colors = {};
         if (mesh.bones.empty() && mesh.morphs.empty()) {
             mesh.points = {};
             mesh.normals = {};

@@ -32,13 +32,13 @@ std::vector<M44d> ModelPose::matricesOf(const ModelData& model,
 }
 
 GroupAttribute makePointGroup(std::span<const float> points, std::span<const float> normals,
-                              const VlAttribute::Attribute& st) {
+                              const GroupAttribute& others) {
     VlAttribute::GroupBuilder builder;
+    builder.update(others);
     builder.set("P", FloatAttribute(points, 3));
     if (!normals.empty()) {
         builder.set("N", FloatAttribute(normals, 3));
     }
-    builder.set("st", st);
     return builder.build();
 }
 
@@ -139,9 +139,9 @@ ModelPose makeModelPose(const ModelData& model, std::span<const ModelLocation> l
                 deform(model.meshes[meshIndex],
                        weights == morphWeights.end() ? std::span<const float>() : weights->second,
                        world, location.spaceNode);
-            pose.points.emplace(i,
-                                makePointGroup(deformed.points, deformed.normals,
-                                               geometries[meshIndex].getChildByName("point.st")));
+            pose.points.emplace(
+                i, makePointGroup(deformed.points, deformed.normals,
+                                  GroupAttribute(geometries[meshIndex].getChildByName("point"))));
             box = boxAround(deformed.points);
         } else if (location.mesh != ModelData::kNone) {
             box = meshBoxes[static_cast<std::size_t>(location.mesh)];

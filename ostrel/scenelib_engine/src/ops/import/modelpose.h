@@ -26,10 +26,10 @@ struct ModelPose {
                                                       const ModelLocation& location) const;
 };
 
-/// A `geometry.point` group. `st` may be null.
+/// A `geometry.point` group with whatever else `others` has; that may be null.
 [[nodiscard]] VlAttribute::GroupAttribute makePointGroup(std::span<const float> points,
                                                          std::span<const float> normals,
-                                                         const VlAttribute::Attribute& st);
+                                                         const VlAttribute::GroupAttribute& others);
 
 /// The box around points, 3 values each, all finite.
 [[nodiscard]] Imath::Box3d boxAround(std::span<const float> points);
