@@ -6,10 +6,6 @@
 function(ostrel_shared_library NAME)
   cmake_parse_arguments(ARG "" "" "DEPENDS;PRIVATE_DEPENDS" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/src/*.cpp)
-  if(NOT sources)
-    set(sources ${CMAKE_BINARY_DIR}/${NAME}_empty.cpp)
-    file(WRITE ${sources} "")
-  endif()
   add_library(${NAME} SHARED ${sources})
   target_include_directories(${NAME}
     PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include>
