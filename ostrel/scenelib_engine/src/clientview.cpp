@@ -41,7 +41,7 @@ void ClientView::setActive(const std::string& path, bool isActive) {
     }
     visits.push_back(path);
     if (!isActive) {
-        events.forgetCached(path);
+        events.forgetMissing(path);
         letOthersReconsider();
     }
 }
@@ -60,10 +60,7 @@ void ClientView::setAllOpen(bool allOpen) {
     if (!requests.setAllOpen(allOpen)) {
         return;
     }
-    // What it changes lies below the active locations.
-    for (std::string& path : requests.getActive({})) {
-        visits.push_back(std::move(path));
-    }
+    isWholeChanged = true;
     if (!allOpen) {
         letOthersReconsider();
     }
@@ -161,13 +158,20 @@ void ClientView::onTouched(const LocationNames& names, bool isSubtree) {
         visit(names);
         return;
     }
-    if (ClientNode* node = tree.find(names)) {
+    // Where the client has left anyway, what the other clients show decides.
+    ClientNode* node = tree.find(names);
+    if (node && node->has(ClientNode::kLive)) {
         markPending(*node);
     }
     visits.push_back(joinPath(names));
 }
 
 void ClientView::update() {
+    if (std::exchange(isWholeChanged, false) && op) {
+        isSyncingWhole = true;
+        syncKids(tree.getTop(), requests.begin(), *op->top);
+        isSyncingWhole = false;
+    }
     // Visits make no visits.
     for (const std::string& path : std::exchange(visits, {})) {
         if (const auto names = splitPath(path)) {
@@ -247,7 +251,7 @@ bool ClientView::followKid(ClientNode& kid, const RequestTree::Cursor& cursor, C
     if (!isCurrent(kid, data)) {
         return false;
     }
-    if (kid.has(ClientNode::kExpanded) != cursor.isExpanded ||
+    if (isSyncingWhole || kid.has(ClientNode::kExpanded) != cursor.isExpanded ||
         kid.has(ClientNode::kBelowActive) != cursor.isBelowActive) {
         if (CookNode* kidData = getData(kid)) {
             syncKids(kid, cursor, *kidData);
@@ -303,6 +307,10 @@ void ClientView::syncRequested(ClientNode& node, const RequestTree::Cursor& curs
         for (ClientNode* kid : node.kids->nodes) {
             if (kid && !requests.descend(cursor, tree.getName(*kid)).isWanted) {
                 leave(*kid, false);
+                // One that was kept with this node is now kept, or not, for itself.
+                if (kid->has(ClientNode::kTold)) {
+                    events.add(*kid);
+                }
             }
         }
     }

@@ -60,7 +60,9 @@ public:
 
     // ---- following it
 
-    [[nodiscard]] bool hasWork() const noexcept { return !work.empty() || !visits.empty(); }
+    [[nodiscard]] bool hasWork() const noexcept {
+        return !work.empty() || !visits.empty() || isWholeChanged;
+    }
     /// Takes what was requested and what was replaced into account. What must be cooked for it
     /// becomes work.
     void update();
@@ -125,6 +127,9 @@ private:
     std::deque<ClientWork> work;
     /// Paths where requests have changed or subtrees were replaced.
     std::vector<std::string> visits;
+    /// Requests changed everywhere at once.
+    bool isWholeChanged = false;
+    bool isSyncingWhole = false;
     bool settled = false;
     bool isClosed = false;
 };

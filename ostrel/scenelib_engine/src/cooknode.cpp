@@ -109,9 +109,8 @@ CookBlock::CookBlock(CookNode& parent, std::size_t size)
 
 void CookBlock::rearrange(CookNode& parent, std::vector<CookNode*> nodes) {
     // Those that left in an earlier change and have met their end since.
-    std::erase_if(added, [](const std::unique_ptr<CookNode>& node) {
-        return node->has(CookNode::kRemoved) && !node->isCooked();
-    });
+    std::erase_if(
+        added, [](const std::unique_ptr<CookNode>& node) { return node->has(CookNode::kBuried); });
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         if (!nodes[i]) {
             added.push_back(std::make_unique<CookNode>());

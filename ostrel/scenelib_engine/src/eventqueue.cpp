@@ -17,6 +17,7 @@ void EventQueue::add(ClientNode& node) {
 
 void EventQueue::beginDrain() {
     leftInDrain = queue.size();
+    stagedBefore = staged.size();
 }
 
 bool EventQueue::next(std::string& path, LocationReport& report) {
@@ -28,7 +29,7 @@ bool EventQueue::next(std::string& path, LocationReport& report) {
 }
 
 bool EventQueue::hasNext() {
-    leftInDrain = queue.size();
+    beginDrain();
     if (findNext()) {
         return true;
     }
@@ -44,6 +45,12 @@ bool EventQueue::hasNews(const ClientNode& node) const {
                     node.toldVersion != data->version);
 }
 
+void EventQueue::unstage() {
+    staged.front()->clear(ClientNode::kStaged);
+    staged.pop_front();
+    stagedBefore -= stagedBefore > 0 ? 1 : 0;
+}
+
 void EventQueue::popFront() {
     ClientNode* node = queue.front();
     queue.pop_front();
@@ -55,14 +62,22 @@ ClientNode* EventQueue::findNext() {
     for (;;) {
         while (!staged.empty()) {
             ClientNode* node = staged.front();
-            if (node->has(ClientNode::kTold) &&
-                !node->has(ClientNode::kLive | ClientNode::kPending)) {
+            const bool isGone = node->has(ClientNode::kTold) &&
+                                !node->has(ClientNode::kLive | ClientNode::kPending);
+            bool isKept = false;
+            if (isGone && stagedBefore > 0) {
+                std::vector<Witness> witnesses = walkToParent(*node);
+                walkOn(witnesses, *node, isAnyAncestorAbsent(*node));
+                isKept = !witnesses.empty();
+            }
+            if (isGone && !isKept) {
                 return node;
             }
-            // It came back while it waited here.
-            staged.pop_front();
-            node->clear(ClientNode::kStaged);
-            if (node->has(ClientNode::kLive)) {
+            // It came back, here or with another client, while it waited.
+            unstage();
+            if (isKept) {
+                keep(*node);
+            } else if (node->has(ClientNode::kLive)) {
                 add(*node);
             } else {
                 tree.reap(node);
@@ -91,39 +106,54 @@ ClientNode* EventQueue::findNext() {
     }
 }
 
-void EventQueue::stageGone(ClientNode& node) {
+std::vector<EventQueue::Witness> EventQueue::walkToParent(const ClientNode& node) {
     std::vector<Witness> witnesses;
     const LocationNames names = tree.getNames(node);
-    bool isAbsent = false;
-    for (const ClientNode* above = node.parent; above; above = above->parent) {
-        isAbsent = isAbsent || above->has(ClientNode::kAbsent);
-    }
     for (ClientView* other : view.getWitnesses()) {
         Witness witness{other, other->getRequests().begin(), &other->getTree().getTop()};
         for (std::size_t i = 0; i + 1 < names.size(); ++i) {
             witness.cursor = other->getRequests().descend(witness.cursor, names[i]);
             witness.node = witness.node ? ClientTree::findKid(*witness.node, names[i]) : nullptr;
         }
-        if (witness.cursor.isWanted) {
-            witnesses.push_back(witness);
-        }
+        witnesses.push_back(witness);
     }
-    stageGone(node, std::move(witnesses), isAbsent, node.parent->has(ClientNode::kOwing));
+    return witnesses;
 }
 
-void EventQueue::stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isAbsent,
-                           bool isParentKept) {
-    isAbsent = isAbsent || node.has(ClientNode::kAbsent);
-    if (isAbsent) {
+bool EventQueue::isAnyAncestorAbsent(const ClientNode& node) {
+    for (const ClientNode* above = node.parent; above; above = above->parent) {
+        if (above->has(ClientNode::kAbsent)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void EventQueue::walkOn(std::vector<Witness>& witnesses, const ClientNode& node, bool isAbsent) {
+    if (isAbsent || node.has(ClientNode::kAbsent)) {
         witnesses.clear();
+        return;
     }
     const std::string_view name = witnesses.empty() ? std::string_view() : tree.getName(node);
     std::erase_if(witnesses, [&](Witness& witness) {
         witness.cursor = witness.view->getRequests().descend(witness.cursor, name);
         witness.node = witness.node ? ClientTree::findKid(*witness.node, name) : nullptr;
+        // Until all is settled, what is wanted may be just about to be shown.
         const bool isShown = witness.node && witness.node->has(ClientNode::kLive);
         return !witness.cursor.isWanted || (!isShown && view.isSettled());
     });
+}
+
+void EventQueue::stageGone(ClientNode& node) {
+    const bool isParentKept =
+        node.parent->has(ClientNode::kOwing) && !node.parent->has(ClientNode::kLive);
+    stageGone(node, walkToParent(node), isAnyAncestorAbsent(node), isParentKept);
+}
+
+void EventQueue::stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isAbsent,
+                           bool isParentKept) {
+    walkOn(witnesses, node, isAbsent);
+    isAbsent = isAbsent || node.has(ClientNode::kAbsent);
     const bool isKept = !witnesses.empty() && node.has(ClientNode::kTold);
     ClientTree::forEachKid(node, [&](ClientNode& kid) {
         if (!kid.has(ClientNode::kLive)) {
@@ -133,15 +163,21 @@ void EventQueue::stageGone(ClientNode& node, std::vector<Witness> witnesses, boo
     if (!node.has(ClientNode::kTold) || node.has(ClientNode::kPending)) {
         return;
     }
-    if (isKept) {
-        // What is kept with its parent is reconsidered with it.
-        if (!isParentKept && !node.has(ClientNode::kOwing)) {
-            node.set(ClientNode::kOwing);
-            owing.push_back(&node);
+    if (!isKept) {
+        if (!node.has(ClientNode::kStaged)) {
+            node.set(ClientNode::kStaged);
+            staged.push_back(&node);
         }
-    } else if (!node.has(ClientNode::kStaged)) {
-        node.set(ClientNode::kStaged);
-        staged.push_back(&node);
+    } else if (!isParentKept) {
+        // What is kept with its parent is reconsidered with it.
+        keep(node);
+    }
+}
+
+void EventQueue::keep(ClientNode& node) {
+    if (!node.has(ClientNode::kOwing)) {
+        node.set(ClientNode::kOwing);
+        owing.push_back(&node);
     }
 }
 
@@ -168,8 +204,8 @@ void EventQueue::tell(ClientNode& node, std::string& path, LocationReport& repor
         return;
     }
     report = LocationReport();
-    staged.pop_front();
-    node.clear(ClientNode::kTold | ClientNode::kStaged | ClientNode::kForced);
+    unstage();
+    node.clear(ClientNode::kTold | ClientNode::kForced);
     noteAnswered(node);
     if (requests.isActive(path)) {
         remember(path, report);
@@ -248,8 +284,11 @@ const LocationReport* EventQueue::getCached(const std::string& path) const {
     return found == cache.end() ? nullptr : &found->second;
 }
 
-void EventQueue::forgetCached(const std::string& path) {
-    cache.erase(path);
+void EventQueue::forgetMissing(const std::string& path) {
+    const auto found = cache.find(path);
+    if (found != cache.end() && !found->second.exists) {
+        cache.erase(found);
+    }
 }
 
 void EventQueue::remember(const std::string& path, const LocationReport& report) {

@@ -58,7 +58,8 @@ public:
     void setCachingEnabled(bool enabled);
     /// Null when there is none.
     [[nodiscard]] const LocationReport* getCached(const std::string& path) const;
-    void forgetCached(const std::string& path);
+    /// Drops what is kept of a path if it is that there is nothing.
+    void forgetMissing(const std::string& path);
 
 private:
     /// How far another client's walk has come beside ours.
@@ -71,14 +72,23 @@ private:
     /// The node of which the next report tells, null when there is none.
     ClientNode* findNext();
     [[nodiscard]] bool hasNews(const ClientNode& node) const;
+    /// Decides for the node and all below it what is to be told gone.
     void stageGone(ClientNode& node);
     void stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isAbsent,
                    bool isParentKept);
+    void keep(ClientNode& node);
+    /// The other clients' walks beside ours, as far as the node's parent, and whether the node's
+    /// ancestors exist.
+    [[nodiscard]] std::vector<Witness> walkToParent(const ClientNode& node);
+    [[nodiscard]] static bool isAnyAncestorAbsent(const ClientNode& node);
+    /// Takes the walks on to the node; those who don't show it end.
+    void walkOn(std::vector<Witness>& witnesses, const ClientNode& node, bool isAbsent);
     void tell(ClientNode& node, std::string& path, LocationReport& report);
     bool tellMissing(std::string& path, LocationReport& report);
     [[nodiscard]] bool isStillMissing(const std::string& path) const;
     void noteAnswered(const ClientNode& node);
     void popFront();
+    void unstage();
     void buildPath(const ClientNode& node, std::string& path);
     void remember(const std::string& path, const LocationReport& report);
 
@@ -91,6 +101,8 @@ private:
     std::vector<ClientNode*> owing;
     std::set<std::string> missing;
     std::size_t leftInDrain = 0;
+    /// How many of `staged` an earlier drain has left: things may have changed for them.
+    std::size_t stagedBefore = 0;
     /// The parent whose path was built last, for the siblings that mostly follow.
     const ClientNode* prefixNode = nullptr;
     std::string prefix;

@@ -428,6 +428,7 @@ void Recooking::buryRemoved() {
         node->attrs = VlAttribute::GroupAttribute();
         node->children = nullptr;
         node->setUncooked();
+        node->set(CookNode::kBuried);
     }
     removedNodes.clear();
     removedBlocks.clear();

@@ -1,0 +1,512 @@
+#include "enginescene.h"
+#include "plainscene.h"
+#include "testops.h"
+#include "toldlocations.h"
+
+#include "VlAttribute/GroupBuilder.h"
+#include "VlAttribute/IntAttribute.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+#include <optional>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+using VlAttribute::GroupAttribute;
+using VlAttribute::GroupBuilder;
+using VlAttribute::IntAttribute;
+using VlAttribute::StringAttribute;
+using VlScenelib::LocationData;
+using VlScenelib::LocationEvent;
+
+/// One row: how large the random scenes are, how many ops and clients there are, and who cooks.
+struct OracleShape {
+    const char* name;
+    std::vector<const char*> names;
+    int depth;
+    int ops;
+    int clients;
+    int workers;
+    int steps;
+};
+
+/// Random edits of an op graph and of what clients ask for, of which after every pause each client
+/// must have been told exactly what plain evaluation gives.
+class Oracle {
+public:
+    Oracle(const OracleShape& oracleShape, unsigned oracleSeed)
+        : shape(oracleShape), seed(oracleSeed), random(oracleSeed), scene(oracleShape.workers) {
+        registerTestOps();
+        for (int i = 0; i < shape.ops; ++i) {
+            ops.push_back({scene.createOp("no-op"), "no-op", GroupAttribute::Empty(), {}});
+        }
+        for (int i = 0; i < shape.clients; ++i) {
+            addClient();
+        }
+    }
+
+    void run() {
+        for (step = 0; step < shape.steps && !testing::Test::HasFailure(); ++step) {
+            if (chance(25)) {
+                editGraph();
+            } else if (chance(4)) {
+                scene.runtime->flushCaches();
+                log("flush");
+            } else if (chance(3)) {
+                replaceClient();
+            } else if (chance(3)) {
+                replaceOp();
+            } else {
+                request();
+            }
+            if (chance(30)) {
+                // Whatever has been cooked by now.
+                ClientModel& client = clients[pick(clients.size())];
+                fetch(client, chance(50) ? -1 : static_cast<int>(pick(4)) + 1, false);
+            }
+            if (chance(25)) {
+                check();
+            }
+        }
+        check();
+    }
+
+private:
+    struct OpModel {
+        EngineScene::OpPtr op;
+        std::string type;
+        GroupAttribute args;
+        std::vector<int> inputs;
+    };
+    struct ClientModel {
+        EngineScene::ClientPtr client;
+        int op = -1;
+        bool allOpen = false;
+        bool caching = false;
+        /// With whether they have been answered since they became active.
+        std::map<std::string, bool> active;
+        std::set<std::string> open;
+        ToldLocations told;
+    };
+
+    std::size_t pick(std::size_t count) {
+        return std::uniform_int_distribution<std::size_t>(0, count - 1)(random);
+    }
+    bool chance(int percent) { return static_cast<int>(pick(100)) < percent; }
+    std::string pickName() { return shape.names[pick(shape.names.size())]; }
+
+    std::string pickPath() {
+        if (chance(3)) {
+            return chance(50) ? "/elsewhere" : "not a path";
+        }
+        std::string path = "/root";
+        for (std::size_t depth = pick(static_cast<std::size_t>(shape.depth) + 1); depth > 0;
+             --depth) {
+            path += "/" + pickName();
+        }
+        return path;
+    }
+
+    GroupAttribute randomLevel(int depth) {
+        GroupBuilder level;
+        level.set("a", GroupAttribute::Empty());
+        level.set("a.v", IntAttribute(static_cast<int>(pick(3))));
+        for (std::size_t i = 0; depth > 0 && i < shape.names.size(); ++i) {
+            const std::string name = pickName();
+            if (chance(55)) {
+                level.set("c." + name, randomLevel(depth - 1));
+            }
+        }
+        return level.build();
+    }
+
+    void setRandomArgs(OpModel& model) {
+        static const std::vector<const char*> types{"no-op",       "Scene.Literal", "Scene.Literal",
+                                                    "Scene.Merge", "Scene.Merge",   "Test.Stamp",
+                                                    "Test.Filter", "Test.Far",      "Test.Throw",
+                                                    "Test.Swap",   "Test.Unknown"};
+        if (chance(20)) {
+            model.type = types[pick(types.size())];
+        }
+        GroupBuilder args;
+        args.set("stamp", IntAttribute(static_cast<int>(pick(2))));
+        args.set("mark", IntAttribute(static_cast<int>(pick(2))));
+        args.set("hide", StringAttribute(pickName()));
+        args.set("name", StringAttribute(chance(5) ? std::string("root") : pickName()));
+        args.set("path", StringAttribute(pickPath()));
+        if (model.type == "Scene.Literal" && !chance(10)) {
+            const bool isSmallEdit = model.args.getChildByName("staticScene").isValid();
+            GroupBuilder level;
+            level.update(isSmallEdit && chance(60)
+                             ? GroupAttribute(model.args.getChildByName("staticScene"))
+                             : randomLevel(shape.depth));
+            const std::string name = pickName();
+            if (chance(50)) {
+                level.set("c." + name + ".a.v", IntAttribute(static_cast<int>(pick(3))));
+            } else if (chance(50)) {
+                level.set("c." + name, randomLevel(shape.depth - 1));
+            } else {
+                level.del("c." + name);
+            }
+            args.set("staticScene", level.build());
+        }
+        model.args = args.build();
+    }
+
+    void editGraph() {
+        const auto transaction = scene.runtime->createTransaction();
+        for (std::size_t edits = pick(3) + 1; edits > 0; --edits) {
+            const std::size_t index = pick(ops.size());
+            OpModel& model = ops[index];
+            if (chance(60)) {
+                setRandomArgs(model);
+                transaction->setOpArgs(model.op, model.type, model.args);
+                log("args of op " + std::to_string(index) + " " + model.type);
+            } else if (chance(60)) {
+                // From earlier ops alone, so that there is no cycle.
+                model.inputs.clear();
+                std::vector<EngineScene::OpPtr> inputs;
+                std::string line = "inputs of op " + std::to_string(index) + ":";
+                for (std::size_t i = 0; i < 3; ++i) {
+                    if (index > 0 && chance(60)) {
+                        model.inputs.push_back(static_cast<int>(pick(index)));
+                        inputs.push_back(ops[static_cast<std::size_t>(model.inputs.back())].op);
+                        line += " " + std::to_string(model.inputs.back());
+                    }
+                }
+                transaction->setOpInputs(model.op, inputs);
+                log(line);
+            } else {
+                const std::size_t which = pick(clients.size());
+                ClientModel& client = clients[which];
+                // Mostly one op for all, so that clients share views.
+                client.op = chance(10)   ? -1
+                            : chance(70) ? static_cast<int>(ops.size()) - 1
+                                         : static_cast<int>(pick(ops.size()));
+                transaction->setClientOp(
+                    client.client,
+                    client.op < 0 ? nullptr : ops[static_cast<std::size_t>(client.op)].op);
+                log("client " + std::to_string(which) + " views " + std::to_string(client.op));
+            }
+        }
+        scene.runtime->commit(transaction);
+    }
+
+    void request() {
+        const std::size_t which = pick(clients.size());
+        ClientModel& client = clients[which];
+        const std::string path = pickPath();
+        const std::string line = "client " + std::to_string(which) + " ";
+        if (chance(8)) {
+            client.allOpen = !client.allOpen;
+            client.client->setAllOpen(client.allOpen);
+            log(line + "all open " + std::to_string(client.allOpen));
+        } else if (chance(40)) {
+            if (chance(60)) {
+                client.active.emplace(path, false);
+                client.client->setLocationsActive(paths({path}));
+                log(line + "active " + path);
+            } else {
+                client.active.erase(path);
+                client.client->setLocationsInactive(paths({path}));
+                log(line + "inactive " + path);
+            }
+        } else if (chance(60)) {
+            client.open.insert(path);
+            client.client->setLocationsOpen(paths({path}));
+            log(line + "open " + path);
+        } else {
+            client.open.erase(path);
+            client.client->setLocationsClosed(paths({path}));
+            log(line + "closed " + path);
+        }
+    }
+
+    void addClient() {
+        ClientModel client;
+        client.op = static_cast<int>(ops.size()) - 1;
+        client.client = scene.createClient(ops.back().op);
+        client.caching = chance(50);
+        client.client->setEventCachingEnabled(client.caching);
+        clients.push_back(std::move(client));
+    }
+
+    void replaceClient() {
+        const std::size_t which = pick(clients.size());
+        clients.erase(clients.begin() + static_cast<std::ptrdiff_t>(which));
+        addClient();
+        log("replaced client " + std::to_string(which));
+    }
+
+    /// An op that nobody has as an input or views is dropped, and another takes its place.
+    void replaceOp() {
+        const std::size_t which = pick(ops.size());
+        for (const OpModel& model : ops) {
+            for (const int input : model.inputs) {
+                if (input == static_cast<int>(which)) {
+                    return;
+                }
+            }
+        }
+        for (const ClientModel& client : clients) {
+            if (client.op == static_cast<int>(which)) {
+                return;
+            }
+        }
+        ops[which] = {scene.createOp("no-op"), "no-op", GroupAttribute::Empty(), {}};
+        log("replaced op " + std::to_string(which));
+    }
+
+    static bool wants(const ClientModel& client, const std::string& path) {
+        bool isBelowActive = false;
+        bool isExpanded = false;
+        std::size_t end = 0;
+        do {
+            end = path.find('/', end + 1);
+            const std::string at = path.substr(0, end);
+            bool holdsActive = false;
+            for (const auto& [active, answered] : client.active) {
+                holdsActive = holdsActive || active == at || active.starts_with(at + "/");
+            }
+            if (!isExpanded && !holdsActive) {
+                return false;
+            }
+            isBelowActive = isBelowActive || client.active.contains(at);
+            isExpanded = isBelowActive && (client.allOpen || client.open.contains(at));
+        } while (end != std::string::npos);
+        return true;
+    }
+
+    void evaluate() {
+        scenes.clear();
+        for (const OpModel& model : ops) {
+            std::vector<PlainScene> inputs;
+            for (const int input : model.inputs) {
+                inputs.push_back(scenes[static_cast<std::size_t>(input)]);
+            }
+            scenes.push_back(evaluatePlainly(model.type, model.args, inputs));
+        }
+    }
+
+    const PlainLocation* locate(const ClientModel& client, const std::string& path) const {
+        return client.op < 0 ? nullptr
+                             : findLocation(scenes[static_cast<std::size_t>(client.op)], path);
+    }
+
+    void collectWanted(const ClientModel& client, const PlainLocation& location,
+                       const std::string& path, std::vector<std::string>& wanted) const {
+        if (!wants(client, path)) {
+            return;
+        }
+        wanted.push_back(path);
+        for (const auto& [name, child] : location.children) {
+            collectWanted(client, child, path + "/" + name, wanted);
+        }
+    }
+
+    void fetch(ClientModel& client, int limit, bool isSettled) {
+        const std::map<std::string, LocationData> before = client.told.known;
+        std::vector<LocationEvent> events;
+        client.client->getLocationEvents(events, limit);
+        client.told.replay(events);
+        if (limit > 0 && events.size() > static_cast<std::size_t>(limit)) {
+            fail(client, "more events than the limit");
+        }
+        for (const std::string& complaint : client.told.complaints) {
+            fail(client, complaint);
+        }
+        for (const std::string& path : client.told.missing) {
+            const auto active = client.active.find(path);
+            if (active == client.active.end()) {
+                fail(client, path + " is told missing and not active");
+            } else if (active->second) {
+                fail(client, path + " is told missing twice");
+            }
+        }
+        for (auto& [path, answered] : client.active) {
+            answered = answered || client.told.touched.contains(path);
+        }
+        if (!isSettled) {
+            return;
+        }
+        for (const std::string& path : client.told.gone) {
+            if (locate(client, path)) {
+                for (const ClientModel& other : clients) {
+                    if (other.op == client.op && wants(other, path)) {
+                        fail(client, path + " was retracted although it is shown");
+                    }
+                }
+            }
+        }
+    }
+
+    void check() {
+        log("check");
+        scene.settle();
+        evaluate();
+        // Whether others still show something is decided client by client as they fetch.
+        for (ClientModel& client : clients) {
+            fetch(client, -1, true);
+            std::vector<LocationEvent> more;
+            client.client->getLocationEvents(more, -1);
+            if (!more.empty() || client.client->hasLocationEvents()) {
+                fail(client, "there is more after everything was fetched");
+            }
+            checkKnown(client);
+            checkQueries(client);
+        }
+    }
+
+    void checkKnown(ClientModel& client) {
+        std::vector<std::string> wanted;
+        if (client.op >= 0 && scenes[static_cast<std::size_t>(client.op)]) {
+            collectWanted(client, *scenes[static_cast<std::size_t>(client.op)], "/root", wanted);
+        }
+        for (const std::string& path : wanted) {
+            const auto known = client.told.known.find(path);
+            if (known == client.told.known.end()) {
+                fail(client, path + " was not told");
+                continue;
+            }
+            const PlainLocation& expected = *locate(client, path);
+            const LocationData& data = known->second;
+            if (!(data.getAttrs() == expected.attrs)) {
+                fail(client, path + " has other attributes");
+            }
+            std::vector<std::string> children;
+            for (const std::string_view name : data.getPotentialChildren().getNearestSample(0)) {
+                children.emplace_back(name);
+            }
+            if (children != expected.getChildNames()) {
+                fail(client, path + " has other children");
+            }
+        }
+        const std::set<std::string> own(wanted.begin(), wanted.end());
+        for (const auto& [path, data] : client.told.known) {
+            if (own.contains(path)) {
+                continue;
+            }
+            bool isShown = false;
+            for (const ClientModel& other : clients) {
+                isShown = isShown || (other.op == client.op && wants(other, path));
+            }
+            if (!isShown || !locate(client, path)) {
+                fail(client, path + " was not retracted");
+            }
+        }
+    }
+
+    void checkQueries(ClientModel& client) {
+        for (const auto& [path, answered] : client.active) {
+            if (client.op >= 0 && !answered) {
+                fail(client, path + " was made active and never told");
+            }
+        }
+        for (int i = 0; i < 5; ++i) {
+            const std::string path = pickPath();
+            const bool isCooked = client.op >= 0 && wants(client, path) && locate(client, path);
+            const bool isKnownMissing =
+                client.op >= 0 && client.active.contains(path) && !locate(client, path);
+            const bool isExpected = isCooked || isKnownMissing;
+            if (client.client->isLocationDataCurrent(path, -1) != isExpected) {
+                fail(client, path + " is current: " + (isExpected ? "expected" : "unexpected"));
+            }
+            if (client.client->isLocationActive(path) != client.active.contains(path)) {
+                fail(client, path + " is active differs");
+            }
+            const auto [cached, isFound] = client.client->getCachedLocation(path);
+            if (isFound && (!client.caching ||
+                            cached.doesLocationExist() != client.told.known.contains(path))) {
+                fail(client, path + " is cached and should not be");
+            }
+            if (client.caching && isCooked &&
+                !(isFound && cached.getAttrs() == client.told.known[path].getAttrs())) {
+                fail(client, path + " is not cached as told");
+            }
+        }
+        StringAttribute active;
+        client.client->getActiveLocations(active, "");
+        std::set<std::string> names;
+        for (const std::string_view path : active.getNearestSample(0)) {
+            names.emplace(path);
+        }
+        std::set<std::string> expected;
+        for (const auto& [path, answered] : client.active) {
+            expected.insert(path);
+        }
+        if (names != expected) {
+            fail(client, "the active locations differ");
+        }
+    }
+
+    void log(const std::string& line) {
+        history.push_back(std::to_string(step) + ": " + line);
+        if (history.size() > 60) {
+            history.erase(history.begin());
+        }
+    }
+
+    void fail(const ClientModel& client, const std::string& what) {
+        std::string trace;
+        if (!testing::Test::HasFailure()) {
+            for (const std::string& line : history) {
+                trace += line + "\n";
+            }
+        }
+        ADD_FAILURE() << shape.name << " seed " << seed << " step " << step << " client "
+                      << &client - clients.data() << ": " << what << "\n"
+                      << trace;
+    }
+
+    const OracleShape& shape;
+    unsigned seed;
+    std::mt19937 random;
+    EngineScene scene;
+    std::vector<OpModel> ops;
+    std::vector<ClientModel> clients;
+    std::vector<PlainScene> scenes;
+    std::vector<std::string> history;
+    int step = 0;
+};
+
+class EngineOracle : public testing::TestWithParam<OracleShape> {};
+
+TEST_P(EngineOracle, whatClientsAreToldEqualsPlainEvaluation) {
+    const char* seedText = std::getenv("OSTREL_ORACLE_SEED");
+    const char* countText = std::getenv("OSTREL_ORACLE_COUNT");
+    const unsigned firstSeed =
+        seedText ? static_cast<unsigned>(std::strtoul(seedText, nullptr, 10)) : 20260701;
+    const unsigned count =
+        countText ? static_cast<unsigned>(std::strtoul(countText, nullptr, 10)) : 4;
+    for (unsigned seed = firstSeed; seed < firstSeed + count; ++seed) {
+        Oracle(GetParam(), seed).run();
+        if (HasFailure()) {
+            return;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Shapes, EngineOracle,
+    testing::Values(OracleShape{"oneClientOneWorker", {"a", "b"}, 3, 4, 1, 1, 1500},
+                    OracleShape{"twoClients", {"a", "b"}, 3, 5, 2, 2, 1500},
+                    OracleShape{"pinnedPair", {"a", "b", "c"}, 3, 2, 2, 2, 1500},
+                    OracleShape{"deepChain", {"a", "b"}, 6, 8, 2, 2, 600},
+                    OracleShape{"wide",
+                                {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j",
+                                 "k", "l", "m", "n", "o", "p", "q", "r", "s", "t"},
+                                2,
+                                4,
+                                3,
+                                8,
+                                500},
+                    OracleShape{"manyClients", {"a", "b"}, 3, 6, 4, 8, 1200}),
+    [](const testing::TestParamInfo<OracleShape>& row) { return std::string(row.param.name); });
+
+} // namespace

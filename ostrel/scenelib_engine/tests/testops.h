@@ -1,0 +1,13 @@
+#pragma once
+
+/// Op types that read in every way there is; see plainscene.cpp for what they make.
+///
+/// - "Test.Stamp": each location of the input, with the attribute `stamp` set to the argument
+///   `stamp`, and where the location's name is "a" also `mark` to the argument `mark`.
+/// - "Test.Filter": the input without the locations named as the string argument `hide`.
+/// - "Test.Far": the input; its root has the attribute `far`: the attributes of the location that
+///   the string argument `path` names, and is passed on below.
+/// - "Test.Throw": the input, but locations named as the string argument `name` throw.
+/// - "Test.Swap": below the root, a location is passed on from the first input where its name is
+///   before "b", and cooked from the second otherwise; it lists what either has.
+void registerTestOps();
