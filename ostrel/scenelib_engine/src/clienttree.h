@@ -18,7 +18,6 @@ struct ClientNode {
     static constexpr std::uint16_t kTold = 0x1;     ///< reported as existing, and not as gone since
     static constexpr std::uint16_t kLive = 0x2;     ///< cooked for this client; `source` is set
     static constexpr std::uint16_t kPending = 0x4;  ///< not known yet whether it still exists
-    static constexpr std::uint16_t kAbsent = 0x8;   ///< does not exist in the client's view
     static constexpr std::uint16_t kQueued = 0x10;  ///< stands in the event queue
     static constexpr std::uint16_t kForced = 0x20;  ///< to be reported also without news
     static constexpr std::uint16_t kOwing = 0x40;   ///< told, left, and kept for another client

@@ -124,7 +124,7 @@ void ClientView::setOp(GraphOp* viewedOp) {
     ClientNode& top = tree.getTop();
     ClientTree::forEachKid(top, [](ClientNode& root) { markPending(root); });
     if (!op) {
-        ClientTree::forEachKid(top, [&](ClientNode& root) { leave(root, true); });
+        ClientTree::forEachKid(top, [&](ClientNode& root) { leave(root); });
         top.clear(ClientNode::kLive);
         return;
     }
@@ -205,7 +205,7 @@ void ClientView::visit(const LocationNames& names) {
         ClientNode* kid = ClientTree::findKid(*node, names[depth]);
         if (!cursor.isWanted) {
             if (kid) {
-                leave(*kid, false);
+                leave(*kid);
             }
             return;
         }
@@ -213,6 +213,9 @@ void ClientView::visit(const LocationNames& names) {
         const bool isFollowed = kid && (depth + 1 == names.size() ? isCurrent(*kid, *data)
                                                                   : followKid(*kid, cursor, *data));
         if (!isFollowed) {
+            if (kid) {
+                forgetStale(*kid);
+            }
             schedule(*node, index, index + 1);
             return;
         }
@@ -224,7 +227,7 @@ void ClientView::visit(const LocationNames& names) {
 void ClientView::refresh(ClientNode& node, const RequestTree::Cursor& cursor) {
     CookNode* data = getData(node);
     if (!data) {
-        leave(node, true);
+        leave(node);
         if (cursor.request) {
             std::string path;
             tree.appendPath(node, path);
@@ -247,8 +250,17 @@ bool ClientView::isCurrent(const ClientNode& kid, const CookNode& data) {
     return kid.has(ClientNode::kLive) && block && kid.source == &block->child(kid.index);
 }
 
+void ClientView::forgetStale(ClientNode& kid) {
+    // What it views stands elsewhere now. So does all below it, where changes are missed until
+    // then; all of it is taken up anew.
+    if (kid.has(ClientNode::kLive)) {
+        markPending(kid);
+    }
+}
+
 bool ClientView::followKid(ClientNode& kid, const RequestTree::Cursor& cursor, CookNode& data) {
     if (!isCurrent(kid, data)) {
+        forgetStale(kid);
         return false;
     }
     if (isSyncingWhole || kid.has(ClientNode::kExpanded) != cursor.isExpanded ||
@@ -306,11 +318,7 @@ void ClientView::syncRequested(ClientNode& node, const RequestTree::Cursor& curs
     if (node.kids) {
         for (ClientNode* kid : node.kids->nodes) {
             if (kid && !requests.descend(cursor, tree.getName(*kid)).isWanted) {
-                leave(*kid, false);
-                // One that was kept with this node is now kept, or not, for itself.
-                if (kid->has(ClientNode::kTold)) {
-                    events.add(*kid);
-                }
+                leave(*kid);
             }
         }
     }
@@ -334,7 +342,7 @@ void ClientView::align(ClientNode& node, CookNode& data) {
     std::vector<ClientNode*> departed;
     tree.align(node, data.children, departed);
     for (ClientNode* kid : departed) {
-        leave(*kid, true);
+        leave(*kid);
     }
 }
 
@@ -343,7 +351,7 @@ void ClientView::adopt(ClientNode& parent, CookNode& data, std::size_t index,
     CookNode& source = data.getBlock()->child(index);
     if (!source.resolve()) {
         if (ClientNode* kid = parent.kids ? parent.kids->nodes[index] : nullptr) {
-            leave(*kid, true);
+            leave(*kid);
         }
         if (cursor.request) {
             std::string path;
@@ -357,7 +365,7 @@ void ClientView::adopt(ClientNode& parent, CookNode& data, std::size_t index,
     ClientNode& kid = tree.ensureKid(parent, data.children, index);
     kid.source = &source;
     kid.set(ClientNode::kLive);
-    kid.clear(ClientNode::kPending | ClientNode::kAbsent);
+    kid.clear(ClientNode::kPending);
     refresh(kid, cursor);
 }
 
@@ -384,17 +392,14 @@ void ClientView::markPending(ClientNode& node) {
     }
 }
 
-void ClientView::leave(ClientNode& node, bool isAbsent) {
-    const bool isNewlyAbsent = isAbsent && !node.has(ClientNode::kAbsent);
-    if (!isNewlyAbsent && !node.has(ClientNode::kLive | ClientNode::kPending)) {
+void ClientView::leave(ClientNode& node) {
+    if (node.has(ClientNode::kLive | ClientNode::kPending)) {
+        markLeft(node);
+        letOthersReconsider();
+    } else if (!node.has(ClientNode::kTold)) {
         return;
     }
-    if (isAbsent) {
-        node.set(ClientNode::kAbsent);
-    }
-    markLeft(node);
     events.add(node);
-    letOthersReconsider();
 }
 
 void ClientView::noteMissing(const RequestNode& request, std::string& path) {

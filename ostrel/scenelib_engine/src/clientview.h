@@ -103,12 +103,14 @@ private:
     void syncRequested(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data);
     /// True when the child is cooked for this client as it now is.
     [[nodiscard]] static bool isCurrent(const ClientNode& kid, const CookNode& data);
-    /// The same, and sees to what changed requests mean for what is below it.
+    static void forgetStale(ClientNode& kid);
+    /// As isCurrent(), and sees to what changed requests mean for what is below it.
     bool followKid(ClientNode& kid, const RequestTree::Cursor& cursor, CookNode& data);
     void adopt(ClientNode& parent, CookNode& data, std::size_t index,
                const RequestTree::Cursor& cursor);
     void align(ClientNode& node, CookNode& data);
-    void leave(ClientNode& node, bool isAbsent);
+    /// The client does not cook the location (any more): it is to be decided what it tells.
+    void leave(ClientNode& node);
     static void markLeft(ClientNode& node);
     static void markPending(ClientNode& node);
     void noteMissing(const RequestNode& request, std::string& path);

@@ -67,7 +67,7 @@ ClientNode* EventQueue::findNext() {
             bool isKept = false;
             if (isGone && stagedBefore > 0) {
                 std::vector<Witness> witnesses = walkToParent(*node);
-                walkOn(witnesses, *node, isAnyAncestorAbsent(*node));
+                walkOn(witnesses, *node);
                 isKept = !witnesses.empty();
             }
             if (isGone && !isKept) {
@@ -120,20 +120,7 @@ std::vector<EventQueue::Witness> EventQueue::walkToParent(const ClientNode& node
     return witnesses;
 }
 
-bool EventQueue::isAnyAncestorAbsent(const ClientNode& node) {
-    for (const ClientNode* above = node.parent; above; above = above->parent) {
-        if (above->has(ClientNode::kAbsent)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-void EventQueue::walkOn(std::vector<Witness>& witnesses, const ClientNode& node, bool isAbsent) {
-    if (isAbsent || node.has(ClientNode::kAbsent)) {
-        witnesses.clear();
-        return;
-    }
+void EventQueue::walkOn(std::vector<Witness>& witnesses, const ClientNode& node) {
     const std::string_view name = witnesses.empty() ? std::string_view() : tree.getName(node);
     std::erase_if(witnesses, [&](Witness& witness) {
         witness.cursor = witness.view->getRequests().descend(witness.cursor, name);
@@ -147,17 +134,15 @@ void EventQueue::walkOn(std::vector<Witness>& witnesses, const ClientNode& node,
 void EventQueue::stageGone(ClientNode& node) {
     const bool isParentKept =
         node.parent->has(ClientNode::kOwing) && !node.parent->has(ClientNode::kLive);
-    stageGone(node, walkToParent(node), isAnyAncestorAbsent(node), isParentKept);
+    stageGone(node, walkToParent(node), isParentKept);
 }
 
-void EventQueue::stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isAbsent,
-                           bool isParentKept) {
-    walkOn(witnesses, node, isAbsent);
-    isAbsent = isAbsent || node.has(ClientNode::kAbsent);
+void EventQueue::stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isParentKept) {
+    walkOn(witnesses, node);
     const bool isKept = !witnesses.empty() && node.has(ClientNode::kTold);
     ClientTree::forEachKid(node, [&](ClientNode& kid) {
         if (!kid.has(ClientNode::kLive)) {
-            stageGone(kid, witnesses, isAbsent, isKept);
+            stageGone(kid, witnesses, isKept);
         }
     });
     if (!node.has(ClientNode::kTold) || node.has(ClientNode::kPending)) {

@@ -74,15 +74,12 @@ private:
     [[nodiscard]] bool hasNews(const ClientNode& node) const;
     /// Decides for the node and all below it what is to be told gone.
     void stageGone(ClientNode& node);
-    void stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isAbsent,
-                   bool isParentKept);
+    void stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isParentKept);
     void keep(ClientNode& node);
-    /// The other clients' walks beside ours, as far as the node's parent, and whether the node's
-    /// ancestors exist.
+    /// The other clients' walks beside ours, as far as the node's parent.
     [[nodiscard]] std::vector<Witness> walkToParent(const ClientNode& node);
-    [[nodiscard]] static bool isAnyAncestorAbsent(const ClientNode& node);
     /// Takes the walks on to the node; those who don't show it end.
-    void walkOn(std::vector<Witness>& witnesses, const ClientNode& node, bool isAbsent);
+    void walkOn(std::vector<Witness>& witnesses, const ClientNode& node);
     void tell(ClientNode& node, std::string& path, LocationReport& report);
     bool tellMissing(std::string& path, LocationReport& report);
     [[nodiscard]] bool isStillMissing(const std::string& path) const;

@@ -89,12 +89,21 @@ void Recooking::setInputs(GraphOp& op, std::vector<GraphOp*> inputs) {
         }
     }
     const bool countChanged = before.size() != op.inputs.size();
+    std::vector<const CookNode*> changedAliases;
     markWhere(op, *op.top, false, [&](const CookNode& node) {
         const bool isAliasOfChanged = node.getKind() == CookNode::Kind::Alias &&
                                       node.version < isChanged.size() && isChanged[node.version];
+        if (isAliasOfChanged) {
+            changedAliases.push_back(&node);
+        }
         return isAliasOfChanged || (node.inputsRead & changedInputs) != 0 ||
                (countChanged && node.has(CookNode::kInputCount));
     });
+    // Nothing leads from the former input to here any more: who views it through here is to let go
+    // of it now.
+    for (const CookNode* alias : changedAliases) {
+        touch(op, alias->getLocationNames(), Touch::Subtree);
+    }
 }
 
 void Recooking::dropMemo(GraphOp& op) {
@@ -133,10 +142,13 @@ void Recooking::updateDepth(GraphOp& op) {
 // ---- propagation
 
 void Recooking::touch(GraphOp& op, const LocationNames& names, Touch kind) {
+    // Views, and those who read from elsewhere, learn of what is added from the parent.
     for (ClientView* view : op.views) {
-        view->onTouched(names, kind == Touch::Subtree);
+        if (kind != Touch::Added) {
+            view->onTouched(names, kind == Touch::Subtree);
+        }
     }
-    if (kind != Touch::Rerun && !op.readers.isEmpty()) {
+    if (kind != Touch::Rerun && kind != Touch::Added && !op.readers.isEmpty()) {
         op.readers.forEach(joinPath(names), kind == Touch::Subtree,
                            [&](CookNode& reader) { markDirty(reader.getOp(), reader); });
     }
@@ -148,6 +160,7 @@ void Recooking::touch(GraphOp& op, const LocationNames& names, Touch kind) {
 void Recooking::touchOutput(GraphOp& output, const GraphOp& changed, const LocationNames& names,
                             Touch kind) {
     CookNode* node = output.top.get();
+    std::size_t depth = 0;
     for (const std::string_view name : names) {
         CookBlock* block = node->children ? node->getBlock() : nullptr;
         const std::size_t index = block ? node->children->find(name) : ChildList::kNone;
@@ -155,8 +168,11 @@ void Recooking::touchOutput(GraphOp& output, const GraphOp& changed, const Locat
             return;
         }
         node = &block->child(index);
+        ++depth;
         if (node->getKind() == CookNode::Kind::Alias) {
-            if (output.getInput(node->version) == &changed) {
+            // When it is itself to be looked at again, that passes the change on.
+            const bool isPassed = depth < names.size() || kind < Touch::Subtree;
+            if (isPassed && output.getInput(node->version) == &changed) {
                 touch(output, names, kind);
             }
             break;
@@ -165,13 +181,13 @@ void Recooking::touchOutput(GraphOp& output, const GraphOp& changed, const Locat
             break;
         }
     }
-    if (kind == Touch::Rerun || node->getDepth() != names.size()) {
+    if (kind == Touch::Rerun || depth != names.size()) {
         return;
     }
     if (output.readsOp(node->inputsRead, changed)) {
         markDirty(output, *node);
     }
-    if (kind == Touch::Subtree || node->getKind() == CookNode::Kind::Nothing) {
+    if (kind >= Touch::Subtree) {
         markReadersBelow(output, *node, changed);
     }
 }
@@ -180,11 +196,16 @@ void Recooking::markReadersBelow(GraphOp& op, CookNode& node, const GraphOp& rea
     if (!node.isCooked()) {
         return;
     }
-    const bool isAlias = node.getKind() != CookNode::Kind::Location;
-    if (op.readsOp(node.inputsRead, read) || isAlias) {
+    const bool isLocation = node.getKind() == CookNode::Kind::Location;
+    const bool isAlias =
+        node.getKind() == CookNode::Kind::Alias && op.getInput(node.version) == &read;
+    if (isAlias) {
+        touch(op, node.getLocationNames(), Touch::Subtree);
+    }
+    if (isAlias || op.readsOp(node.inputsRead, read)) {
         markDirty(op, node);
     }
-    CookBlock* block = isAlias ? nullptr : node.getBlock();
+    CookBlock* block = isLocation ? node.getBlock() : nullptr;
     for (std::size_t i = 0; block && i < block->size(); ++i) {
         markReadersBelow(op, block->child(i), read);
     }
@@ -357,7 +378,22 @@ void Recooking::storeLocation(GraphOp& op, CookNode& node, const LocationNames& 
     if (before != node.children && node.getBlock()) {
         rearrangeChildren(op, node, names, before.get());
     }
+    if (!sameNames && node.children && !op.outputs.empty()) {
+        touchAdded(op, names, before.get(), *node.children);
+    }
     touch(op, names, isEqual ? Touch::Rerun : Touch::Changed);
+}
+
+void Recooking::touchAdded(GraphOp& op, const LocationNames& names, const ChildList* before,
+                           const ChildList& after) {
+    LocationNames childNames = names;
+    childNames.emplace_back();
+    for (std::size_t i = 0; i < after.size(); ++i) {
+        childNames.back() = after.getName(i);
+        if (!before || before->find(childNames.back(), i) == ChildList::kNone) {
+            touch(op, childNames, Touch::Added);
+        }
+    }
 }
 
 void Recooking::rearrangeChildren(GraphOp& op, CookNode& node, const LocationNames& names,

@@ -58,6 +58,7 @@ private:
         Rerun,   ///< cooked again with an equal result: only for those who view it
         Changed, ///< its attributes or children
         Subtree, ///< it and everything below it is another
+        Added,   ///< it is newly in its parent's list
     };
 
     void touch(GraphOp& op, const LocationNames& names, Touch kind);
@@ -71,6 +72,8 @@ private:
     void uncook(GraphOp& op, CookNode& node, const LocationNames& names);
     void store(GraphOp& op, CookNode& node, CookOutcome& outcome);
     void storeLocation(GraphOp& op, CookNode& node, const LocationNames& names, CookResult& result);
+    void touchAdded(GraphOp& op, const LocationNames& names, const ChildList* before,
+                    const ChildList& after);
     void rearrangeChildren(GraphOp& op, CookNode& node, const LocationNames& names,
                            const ChildList* before);
     void retire(std::unique_ptr<CookBlock> block);

@@ -36,6 +36,23 @@ struct OracleShape {
     int steps;
 };
 
+std::string describe(const GroupAttribute& group) {
+    std::string text = "{";
+    for (std::int64_t i = 0; i < group.getNumberOfChildren(); ++i) {
+        const VlAttribute::Attribute child = group.getChildByIndex(i);
+        text += std::string(group.getChildName(i)) + "=";
+        if (const GroupAttribute nested{child}) {
+            text += describe(nested);
+        } else if (const IntAttribute number{child}) {
+            text += std::to_string(number.getValue());
+        } else {
+            text += StringAttribute(child).getValue();
+        }
+        text += " ";
+    }
+    return text + "}";
+}
+
 /// Random edits of an op graph and of what clients ask for, of which after every pause each client
 /// must have been told exactly what plain evaluation gives.
 class Oracle {
@@ -377,7 +394,8 @@ private:
             const PlainLocation& expected = *locate(client, path);
             const LocationData& data = known->second;
             if (!(data.getAttrs() == expected.attrs)) {
-                fail(client, path + " has other attributes");
+                fail(client, path + " has other attributes: " + describe(data.getAttrs()) +
+                                 " instead of " + describe(expected.attrs));
             }
             std::vector<std::string> children;
             for (const std::string_view name : data.getPotentialChildren().getNearestSample(0)) {
