@@ -72,6 +72,11 @@ void draw(void* instance) {
 int event(void* instance, VlAttributeStruct* eventData) {
     return answered(instance, "event", textOf(eventData), 0);
 }
+// A layer's plug-in owns the event that a viewport's only borrows.
+int ownedEvent(void* instance, VlAttributeStruct* eventData) {
+    const auto owned = VlAttribute::Attribute::CreateAndSteal(eventData);
+    return event(instance, owned.getHandle());
+}
 void resize(void* instance, int width, int height) {
     called(instance, "resize", numbers({width, height}));
 }
@@ -158,7 +163,7 @@ const ViewportLayerPluginSuite kLayer = {
     .destroy = destroy,
     .setup = setup,
     .cleanup = cleanup,
-    .event = event,
+    .event = ownedEvent,
     .draw = draw,
     .resize = resize,
     .hover = hover,

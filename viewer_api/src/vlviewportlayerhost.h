@@ -28,9 +28,8 @@ struct VlViewportLayerHostStruct : public HostObject {
     void cleanup();
     /// In pixels. Reaches the plug-in also before `setup`. [gl-current]
     void resize(int width, int height);
-    /// Whether the plug-in handled the event. The handle (of an event's group) goes to the
-    /// plug-in as it is: its reference is an affair of caller and plug-in. Reaches the plug-in also
-    /// before `setup`.
+    /// Whether the plug-in handled the event. The handle (of an event's group) comes with one
+    /// reference, which passes to the plug-in. Reaches the plug-in also before `setup`.
     bool event(VlAttributeStruct* eventData);
     /// [gl-current]
     void draw();

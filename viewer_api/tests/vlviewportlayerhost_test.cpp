@@ -187,9 +187,9 @@ TEST_F(VlViewportLayerHost, resizeEventDrawAndHoverReachThePluginAlsoBeforeSetup
     journal.take();
     const GroupAttribute data = GroupAttribute::Empty();
     layer->resize(3, 4);
-    EXPECT_FALSE(layer->event(data.getHandle()));
+    EXPECT_FALSE(layer->event(data.getRetainedHandle()));
     plugins.answers["layer1.event"] = 2;
-    EXPECT_TRUE(layer->event(data.getHandle()));
+    EXPECT_TRUE(layer->event(data.getRetainedHandle()));
     layer->draw();
     layer->hover(true, 5, 6);
     EXPECT_EQ(journal.take(), (Lines{"layer1.resize 3 4", "layer1.event", "layer1.event",

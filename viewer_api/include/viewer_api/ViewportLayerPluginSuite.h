@@ -33,8 +33,9 @@ typedef struct ViewportLayerPluginSuite {
      * [gl-current] */
     void (*cleanup)(void* instance);
 
-    /* An interaction event, a GroupAttribute borrowed for the call. Non-zero when handled. May
-     * come before setup.
+    /* An interaction event, a GroupAttribute. `event` comes with one reference that the plug-in
+     * owns and releases, where a viewport's plug-in only borrows it; it may be null. Non-zero when
+     * handled. May come before setup.
      * [ui-thread] */
     int (*event)(void* instance, VlAttributeStruct* event);
 
@@ -46,7 +47,7 @@ typedef struct ViewportLayerPluginSuite {
      * [gl-current] */
     void (*resize)(void* instance, int width, int height);
 
-    /* The pointer is over pixel (x, y), or has left (isHovering 0).
+    /* The pointer is over pixel (x, y), or has left (isHovering 0). May come before setup.
      * [gl-current] */
     void (*hover)(void* instance, int isHovering, int x, int y);
 

@@ -4,6 +4,8 @@
 #include "vlviewporthost.h"
 #include "vlviewportlayerhost.h"
 
+#include "VlAttribute/Attribute.h"
+
 namespace ViewerAPI {
 
 namespace {
@@ -16,8 +18,9 @@ void getViewport(void* host, void** viewportHost, void** instance, const void** 
     writeTriple(layerOf(host).viewport, viewportHost, instance, suite);
 }
 
+// The caller keeps its reference; the layer's plug-in gets one of its own.
 int event(void* host, VlAttributeStruct* eventData) {
-    return layerOf(host).event(eventData);
+    return layerOf(host).event(VlAttribute::Attribute::CreateAndRetain(eventData).detach());
 }
 
 void draw(void* host) {

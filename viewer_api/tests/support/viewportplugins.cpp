@@ -55,8 +55,14 @@ void thaw(void* instance) {
     plugins().called(instance, "thaw");
 }
 
+// A viewport's plug-in borrows the event, a layer's owns it.
 int event(void* instance, VlAttributeStruct* data) {
     of(instance).lastAttribute = VlAttribute::Attribute::CreateAndRetain(data);
+    return plugins().called(instance, "event");
+}
+
+int ownedEvent(void* instance, VlAttributeStruct* data) {
+    of(instance).lastAttribute = VlAttribute::Attribute::CreateAndSteal(data);
     return plugins().called(instance, "event");
 }
 
@@ -145,7 +151,7 @@ ViewportLayerPluginSuite layerSuite() {
     suite.destroy = destroy;
     suite.setup = setup;
     suite.cleanup = cleanup;
-    suite.event = event;
+    suite.event = ownedEvent;
     suite.draw = draw;
     suite.resize = resize;
     suite.hover = hover;

@@ -66,7 +66,7 @@ private:
     static void setupEntry(void* instance) { self(instance).setup(); }
     static void cleanupEntry(void* instance) { self(instance).cleanup(); }
     static int eventEntry(void* instance, VlAttributeStruct* event) {
-        return self(instance).event(GroupAttribute(Attribute::CreateAndRetain(event)));
+        return self(instance).event(GroupAttribute(Attribute::CreateAndSteal(event)));
     }
     static void drawEntry(void* instance) { self(instance).draw(); }
     static void resizeEntry(void* instance, int width, int height) {
