@@ -41,6 +41,10 @@ public:
 
     [[nodiscard]] HostObject* holder() const { return holder_; }
 
+    /// True from `retire` on, which is to say: while an object that was removed in its own call
+    /// waits for its end.
+    [[nodiscard]] bool isRetired() const { return isRetired_; }
+
 protected:
     /// For an object that outlives its holder.
     void setHolder(HostObject* holder) { holder_ = holder; }

@@ -2,6 +2,7 @@
 
 #include "glcalls.h"
 #include "plugininstance.h"
+#include "raisedflag.h"
 #include "sharedglcontext.h"
 #include "vlviewerdelegatehost.h"
 #include "vlviewportcamerahost.h"
@@ -67,23 +68,30 @@ void VlViewportHostStruct::leaveCameras() {
 }
 
 void VlViewportHostStruct::setup(int32_t windowId_) {
-    if (isInitialized)
+    if (isInitialized || isInSetupOrCleanup_)
         return;
     HostCall call(*this);
-    windowId = windowId_;
-    const bool hasJoined = initializeGLContext();
-    const bool isCurrent = makeGLContextCurrent();
-    pluginSuite->setup(pluginHandle);
-    walkLayers([](VlViewportLayerHostStruct& layer) { layer.setup(); });
-    // Either suffices: a viewport whose window has its device context from an earlier setup draws
-    // even when joining failed this time.
-    isInitialized = hasJoined || isCurrent;
+    {
+        const RaisedFlag isInSetup(isInSetupOrCleanup_);
+        windowId = windowId_;
+        const bool hasJoined = initializeGLContext();
+        const bool isCurrent = makeGLContextCurrent();
+        pluginSuite->setup(pluginHandle);
+        walkLayers([](VlViewportLayerHostStruct& layer) { layer.setup(); });
+        // Either suffices: a viewport whose window has its device context from an earlier setup
+        // draws even when joining failed this time.
+        isInitialized = hasJoined || isCurrent;
+    }
+    // Removal came too early to clean up what had not been set up yet.
+    if (isRetired())
+        cleanup();
 }
 
 void VlViewportHostStruct::cleanup() {
-    if (!isInitialized)
+    if (!isInitialized || isInSetupOrCleanup_)
         return;
     HostCall call(*this);
+    const RaisedFlag isInCleanup(isInSetupOrCleanup_);
     makeGLContextCurrent();
     walkLayers([](VlViewportLayerHostStruct& layer) { layer.cleanup(); });
     pluginSuite->cleanup(pluginHandle);
@@ -103,7 +111,8 @@ void VlViewportHostStruct::resize(int width_, int height_) {
     height = height_;
     makeGLContextCurrent();
     pluginSuite->resize(pluginHandle, width_, height_);
-    walkLayers([=](VlViewportLayerHostStruct& layer) { layer.resize(width_, height_); });
+    // The size of now: the plug-in's call may have brought a newer one.
+    walkLayers([this](VlViewportLayerHostStruct& layer) { layer.resize(width, height); });
 }
 
 void VlViewportHostStruct::hover(bool isHovering, int x, int y) {

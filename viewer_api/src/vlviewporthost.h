@@ -41,10 +41,11 @@ struct VlViewportHostStruct : public HostObject {
     ~VlViewportHostStruct() override;
 
     /// Joins the shared context with the window and sets up plug-in and layers, also when that
-    /// failed. Does nothing on a viewport that is set up, whatever the window id. A negative id
-    /// is an off-screen surface.
+    /// failed. Does nothing on a viewport that is set up, whatever the window id, or is being set
+    /// up. A negative id is an off-screen surface. A viewport that is removed meanwhile is cleaned
+    /// up at the end.
     void setup(int32_t windowId);
-    /// Does nothing on a viewport that is not set up.
+    /// Does nothing on a viewport that is not set up, or is being cleaned up.
     void cleanup();
     /// Makes the context current, calls the plug-in, swaps buffers; all three also before `setup`.
     void draw();
@@ -170,6 +171,8 @@ private:
     void storeActiveCamera(VlViewportCameraHostStruct* camera);
     bool recordCapability(uint32_t capability, bool isEnabled);
     void updateActiveCamera();
+
+    bool isInSetupOrCleanup_ = false;
 };
 
 } // namespace ViewerAPI

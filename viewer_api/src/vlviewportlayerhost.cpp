@@ -1,6 +1,7 @@
 #include "vlviewportlayerhost.h"
 
 #include "plugininstance.h"
+#include "raisedflag.h"
 #include "vlviewporthost.h"
 
 #include "viewer_api/ViewportLayerPluginSuite.h"
@@ -19,17 +20,24 @@ VlViewportLayerHostStruct::~VlViewportLayerHostStruct() {
 }
 
 void VlViewportLayerHostStruct::setup() {
-    if (isInitialized)
+    if (isInitialized || isInSetupOrCleanup_)
         return;
     HostCall call(*this);
-    pluginSuite->setup(pluginHandle);
-    isInitialized = true;
+    {
+        const RaisedFlag isInSetup(isInSetupOrCleanup_);
+        pluginSuite->setup(pluginHandle);
+        isInitialized = true;
+    }
+    // Removal came too early to clean up what had not been set up yet.
+    if (isRetired())
+        cleanup();
 }
 
 void VlViewportLayerHostStruct::cleanup() {
-    if (!isInitialized)
+    if (!isInitialized || isInSetupOrCleanup_)
         return;
     HostCall call(*this);
+    const RaisedFlag isInCleanup(isInSetupOrCleanup_);
     pluginSuite->cleanup(pluginHandle);
     isInitialized = false;
 }

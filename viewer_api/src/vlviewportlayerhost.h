@@ -22,9 +22,10 @@ struct VlViewportLayerHostStruct : public HostObject {
     /// Calls the plug-in's `destroy`; does not run `cleanup`.
     ~VlViewportLayerHostStruct() override;
 
-    /// Does nothing on a layer that is set up. [gl-current]: the caller sees to the context.
+    /// Does nothing on a layer that is set up, or is being set up. A layer that is removed
+    /// meanwhile is cleaned up at the end. [gl-current]: the caller sees to the context.
     void setup();
-    /// Does nothing on a layer that is not set up. [gl-current]
+    /// Does nothing on a layer that is not set up, or is being cleaned up. [gl-current]
     void cleanup();
     /// In pixels. Reaches the plug-in also before `setup`. [gl-current]
     void resize(int width, int height);
@@ -41,6 +42,9 @@ struct VlViewportLayerHostStruct : public HostObject {
     VlViewportHostStruct* viewport; ///< borrowed; outlives the layer
     const ViewportLayerPluginSuite* pluginSuite = nullptr;
     void* pluginHandle = nullptr;
+
+private:
+    bool isInSetupOrCleanup_ = false;
 };
 
 } // namespace ViewerAPI

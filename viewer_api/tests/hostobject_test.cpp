@@ -152,8 +152,10 @@ TEST(HostObject, watchOutlivesRemovalAndExpiresWithTheObject) {
     const std::weak_ptr<const void> watch = object->watch();
     {
         HostCall call(*object);
+        EXPECT_FALSE(object->isRetired());
         HostObject::retire(object);
         EXPECT_FALSE(watch.expired());
+        EXPECT_TRUE(object->isRetired());
     }
     EXPECT_TRUE(watch.expired());
 }

@@ -159,13 +159,21 @@ TEST_F(ViewportDelegate, viewportThatIsRemovedWhileItCleansUpIsDeletedAfterwards
     int cleanups = 0;
     onEntry("viewport1.cleanup", [&] {
         ++cleanups;
-        plugins.hooks.erase("viewport1.cleanup");
         delegate->removeViewport("view");
         EXPECT_FALSE(plugins.instance("viewport1").isDestroyed);
     });
     viewport->cleanup();
     EXPECT_EQ(cleanups, 1);
     EXPECT_TRUE(plugins.instance("viewport1").isDestroyed);
+}
+
+TEST_F(ViewportDelegate, viewportThatIsRemovedWhileItIsSetUpIsCleanedUpBeforeItsEnd) {
+    viewport->addLayer("Recording", "a");
+    onEntry("viewport1.setup", [&] { delegate->removeViewport("view"); });
+    journal.take();
+    viewport->setup(7);
+    EXPECT_EQ(journal.take(), (Lines{"viewport1.setup", "layer1.setup", "layer1.cleanup",
+                                     "viewport1.cleanup", "layer1.destroy", "viewport1.destroy"}));
 }
 
 TEST_F(ViewportDelegate, listenerMayRemoveTheViewportThatSpeaks) {

@@ -101,6 +101,67 @@ TEST_F(ViewportReentrance, layerThatRemovesItselfWhileAddedIsAnsweredWithNull) {
     EXPECT_TRUE(plugins.instance("layer1").isDestroyed);
 }
 
+TEST_F(ViewportReentrance, layerRemovedInItsSetupIsCleanedUpBeforeItsEnd) {
+    viewport->setup(7);
+    onEntry("layer1.setup", [&] { viewport->removeLayer("a"); });
+    journal.take();
+    viewport->addLayer("Recording", "a");
+    EXPECT_EQ(journal.take(),
+              (Lines{"layer1.create", "layer1.setup", "layer1.cleanup", "layer1.destroy"}));
+}
+
+TEST_F(ViewportReentrance, layerRemovedInItsCleanupIsCleanedUpOnce) {
+    viewport->addLayer("Recording", "a");
+    viewport->setup(7);
+    onEntry("layer1.cleanup", [&] { viewport->removeLayer("a"); });
+    journal.take();
+    viewport->cleanup();
+    EXPECT_EQ(journal.take(), (Lines{"layer1.cleanup", "viewport1.cleanup", "layer1.destroy"}));
+}
+
+TEST_F(ViewportReentrance, setupFromWithinSetupDoesNothing) {
+    auto* layer = viewport->addLayer("Recording", "a");
+    onEntry("viewport1.setup", [&] { viewport->setup(8); });
+    onEntry("layer1.setup", [&] { layer->setup(); });
+    journal.take();
+    viewport->setup(7);
+    EXPECT_EQ(journal.take(), (Lines{"viewport1.setup", "layer1.setup"}));
+    EXPECT_EQ(viewport->windowId, 7);
+}
+
+TEST_F(ViewportReentrance, cleanupFromWithinCleanupDoesNothing) {
+    auto* layer = viewport->addLayer("Recording", "a");
+    viewport->setup(7);
+    onEntry("viewport1.cleanup", [&] { viewport->cleanup(); });
+    onEntry("layer1.cleanup", [&] { layer->cleanup(); });
+    journal.take();
+    viewport->cleanup();
+    EXPECT_EQ(journal.take(), (Lines{"layer1.cleanup", "viewport1.cleanup"}));
+    EXPECT_FALSE(viewport->isInitialized);
+}
+
+TEST_F(ViewportReentrance, setupThatThrewMayBeTriedAgain) {
+    auto* layer = viewport->addLayer("Recording", "a");
+    onEntry("layer1.setup", [] { throw std::runtime_error("no shader"); });
+    EXPECT_THROW(viewport->setup(7), std::runtime_error);
+    plugins.hooks.clear();
+    viewport->setup(7);
+    EXPECT_TRUE(viewport->isInitialized);
+    EXPECT_TRUE(layer->isInitialized);
+}
+
+TEST_F(ViewportReentrance, resizeFromWithinResizeLeavesLayersTheNewestSize) {
+    viewport->addLayer("Recording", "a");
+    onEntry("viewport1.resize", [&] {
+        plugins.hooks.erase("viewport1.resize");
+        viewport->resize(30, 40);
+    });
+    journal.take();
+    viewport->resize(10, 20);
+    EXPECT_EQ(journal.take(), (Lines{"viewport1.resize 10 20", "viewport1.resize 30 40",
+                                     "layer1.resize 30 40", "layer1.resize 30 40"}));
+}
+
 TEST_F(ViewportReentrance, layersRemovedWhileTheListIsWalkedAreNotVisited) {
     viewport->addLayer("Recording", "a");
     viewport->addLayer("Recording", "b");
