@@ -126,6 +126,17 @@ TEST_F(SharedGLContextTest, deviceContextStaysSetAfterAFailureBehindIt) {
     EXPECT_EQ(viewport->deviceContext, windows.deviceContextOf(5));
 }
 
+TEST_F(SharedGLContextTest, deviceContextThatCanNotBeHadTakesThePlaceOfTheOneBefore) {
+    auto viewport = viewportWithWindow(5);
+    viewport->initializeGLContext();
+    windows.failing = {"getDC"};
+    EXPECT_FALSE(viewport->initializeGLContext());
+    EXPECT_EQ(viewport->deviceContext, nullptr);
+    journal.take();
+    EXPECT_FALSE(viewport->makeGLContextCurrent());
+    EXPECT_EQ(journal.take(), Lines{});
+}
+
 TEST_F(SharedGLContextTest, laterWindowThatRefusesTheFormatLeavesTheContextIntact) {
     auto first = viewportWithWindow(5);
     first->initializeGLContext();

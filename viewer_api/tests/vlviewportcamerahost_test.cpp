@@ -93,7 +93,7 @@ protected:
     VlViewportCameraHostStruct* camera = nullptr;
 };
 
-TEST_F(VlViewportCameraHost, startsWithTheToldValues) {
+TEST_F(VlViewportCameraHost, startsFromItsDefaults) {
     EXPECT_EQ(camera->viewport, viewport.get());
     EXPECT_EQ(matrixAt(camera->getViewMatrix()), kIdentity);
     EXPECT_EQ(projection(), kIdentity);

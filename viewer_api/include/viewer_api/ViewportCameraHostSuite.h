@@ -94,7 +94,8 @@ typedef struct ViewportCameraHostSuite {
      * [ui-thread] */
     void (*getLeft)(VlViewportCameraHandle host, double* x, double* y, double* z);
 
-    /* Writes the viewport's host object, plug-in instance and plug-in suite; never null.
+    /* Writes the viewport's host object, plug-in instance and plug-in suite; three nulls once the
+     * viewport has ended, which its cameras outlive.
      * [ui-thread] */
     void (*getViewport)(VlViewportCameraHandle host, void** viewportHost, void** instance,
                         const void** suite);

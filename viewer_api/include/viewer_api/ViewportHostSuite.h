@@ -1,11 +1,12 @@
 /* What the host offers to a Viewport plug-in.
  *
  * Texts are borrowed for the call; a returned text is never null and stays valid while the object
- * that bears it does. A triple (host object, plug-in instance, plug-in suite) is always written,
- * with three nulls when the object does not exist; the three places must not be null. A returned
- * attribute handle comes with one reference for the caller; one passed in stays the caller's.
- * Booleans go in as any int (non-zero: true) and come out as 0 or 1. Pixel coordinates have their
- * origin at the top left of the window, with y downwards.
+ * that bears it does, a layer's name until the list of layers changes. A triple (host object,
+ * plug-in instance, plug-in suite) is always written, with three nulls when the object does not
+ * exist; the three places must not be null. A returned attribute handle comes with one reference
+ * for the caller; one passed in stays the caller's. Booleans go in as any int (non-zero: true) and
+ * come out as 0 or 1. Pixel coordinates have their origin at the top left of the window, with y
+ * downwards.
  */
 #pragma once
 
@@ -143,7 +144,7 @@ typedef struct ViewportHostSuite {
      * [ui-thread] */
     uint32_t (*getNumberOfLayers)(VlViewportHandle host);
 
-    /* The name of the layer with this index, or "".
+    /* The name of the layer with this index, or "". Valid until the list of layers changes.
      * [ui-thread] */
     const char* (*getLayerName)(VlViewportHandle host, uint32_t index);
 

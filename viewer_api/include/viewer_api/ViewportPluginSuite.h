@@ -43,11 +43,12 @@ typedef struct ViewportPluginSuite {
     void (*draw)(void* instance);
 
     /* The window is now so many pixels wide and high. The host resizes the layers afterwards, and
-     * tells no camera.
+     * tells no camera. May come before setup.
      * [gl-current] */
     void (*resize)(void* instance, int width, int height);
 
-    /* The pointer is over pixel (x, y), or has left (isHovering 0, x and y 0).
+    /* The pointer is over pixel (x, y), or has left (isHovering 0, x and y 0). May come before
+     * setup.
      * [gl-current] */
     void (*hover)(void* instance, int isHovering, int x, int y);
 
