@@ -1,0 +1,197 @@
+// The op type "Geometry.Import" in a scene.
+
+#include "VlScenelibEngine/ScenelibEngine.h"
+#include "engine.h"
+#include "runtimesuite.h"
+
+#include "VlAttribute/DoubleAttribute.h"
+#include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/GroupBuilder.h"
+#include "VlAttribute/IntAttribute.h"
+#include "VlScenelib/Client.h"
+#include "VlScenelib/Op.h"
+#include "VlScenelib/ScenelibRuntime.h"
+#include "VlScenelib/Transaction.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using VlAttribute::DoubleAttribute;
+using VlAttribute::FloatAttribute;
+using VlAttribute::GroupAttribute;
+using VlAttribute::GroupBuilder;
+using VlAttribute::IntAttribute;
+using VlAttribute::StringAttribute;
+
+// A node that moves four units along X within a second, a triangle on it, and one that stands.
+constexpr const char* kMoving = R"({
+    "asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0, 1]}],
+    "nodes": [{"name": "mover", "mesh": 0}, {"name": "stander", "mesh": 0}],
+    "meshes": [{"name": "triangle", "primitives": [{"attributes": {"POSITION": 0}}]}],
+    "animations": [{"channels": [{"sampler": 0, "target": {"node": 0, "path": "translation"}}],
+                    "samplers": [{"input": 1, "output": 2}]}],
+    "accessors": [
+        {"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3",
+         "min": [0, 0, 0], "max": [1, 1, 0]},
+        {"bufferView": 1, "componentType": 5126, "count": 2, "type": "SCALAR",
+         "min": [0], "max": [1]},
+        {"bufferView": 2, "componentType": 5126, "count": 2, "type": "VEC3"}],
+    "bufferViews": [{"buffer": 0, "byteLength": 36},
+                    {"buffer": 0, "byteOffset": 36, "byteLength": 8},
+                    {"buffer": 0, "byteOffset": 44, "byteLength": 24}],
+    "buffers": [{"byteLength": 68, "uri": "moving.bin"}]})";
+constexpr float kMovingData[] = {0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 1, 0, 0, 0, 4, 0, 0};
+
+class ImportOpTest : public testing::Test {
+protected:
+    ImportOpTest() : folder(fs::temp_directory_path() / ("import_op" + std::to_string(getpid()))) {
+        fs::create_directories(folder);
+        VlScenelibEngine::registerScenelibEngine();
+        engine = std::make_shared<VlScenelibEngine::Engine>(2);
+        runtime = VlScenelib::ScenelibRuntime::CreateAndSteal(
+            VlScenelibEngine::createRuntime(engine), VlScenelibEngine::getRuntimeSuite());
+        const auto transaction = runtime->createTransaction();
+        op = transaction->createOp();
+        client = transaction->createClient();
+        transaction->setClientOp(client, op);
+        runtime->commit(transaction);
+        client->setAllOpen(true);
+        client->setLocationsActive(StringAttribute("/root"));
+    }
+    ~ImportOpTest() override { fs::remove_all(folder); }
+
+    std::string write(const std::string& name, const std::string& content) {
+        std::ofstream(folder / name, std::ios::binary) << content;
+        return (folder / name).string();
+    }
+    std::string writeMoving() {
+        write("moving.bin",
+              std::string(reinterpret_cast<const char*>(kMovingData), sizeof(kMovingData)));
+        return write("moving.gltf", kMoving);
+    }
+
+    // Shows the arguments; the locations that were told of, with their attributes.
+    std::map<std::string, GroupAttribute> show(const GroupAttribute& args) {
+        const auto transaction = runtime->createTransaction();
+        transaction->setOpArgs(op, "Geometry.Import", args);
+        runtime->commit(transaction);
+        return fetch();
+    }
+    std::map<std::string, GroupAttribute> fetch() {
+        EXPECT_TRUE(engine->waitUntilIdle(std::chrono::minutes(1)));
+        std::vector<VlScenelib::LocationEvent> events;
+        client->getLocationEvents(events, -1);
+        std::map<std::string, GroupAttribute> told;
+        for (const auto& event : events) {
+            told[event.getLocationPath()] = event.getLocationData().getAttrs();
+        }
+        return told;
+    }
+    static std::vector<std::string> pathsOf(const std::map<std::string, GroupAttribute>& told) {
+        std::vector<std::string> paths;
+        for (const auto& [path, attrs] : told) {
+            paths.push_back(path);
+        }
+        return paths;
+    }
+    static GroupAttribute argsOf(const std::string& path, float frame = 0) {
+        return GroupBuilder()
+            .set("filePath", StringAttribute(path))
+            .set("system.timeSlice.currentTime", FloatAttribute(frame))
+            .build();
+    }
+    static double placeOf(const GroupAttribute& attrs) {
+        const DoubleAttribute matrix(attrs.getChildByName("xform.local.matrix"));
+        return matrix ? matrix.getSample(0)[12] : 0;
+    }
+
+    fs::path folder;
+    std::shared_ptr<VlScenelibEngine::Engine> engine;
+    std::shared_ptr<VlScenelib::ScenelibRuntime> runtime;
+    std::shared_ptr<VlScenelib::Op> op;
+    std::shared_ptr<VlScenelib::Client> client;
+};
+
+constexpr const char* kObj = "o one\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
+
+TEST_F(ImportOpTest, aModelHangsUnderItsFilesNameMadeSafe) {
+    const auto told = show(argsOf(write("a.b c.obj", kObj)));
+    EXPECT_THAT(pathsOf(told), ElementsAre("/root", "/root/a_b c_obj", "/root/a_b c_obj/one"));
+    EXPECT_EQ(StringAttribute(told.at("/root").getChildByName("type")).getValue(), "group");
+}
+
+TEST_F(ImportOpTest, theNameCanBeTold) {
+    const auto args = GroupBuilder()
+                          .set("filePath", StringAttribute(write("a.obj", kObj)))
+                          .set("name", StringAttribute("my.model"))
+                          .build();
+    EXPECT_THAT(pathsOf(show(args)), ElementsAre("/root", "/root/my_model", "/root/my_model/one"));
+}
+
+TEST_F(ImportOpTest, aFileThatCannotBeReadIsAnErrorLocationUnderItsName) {
+    const std::string path = (folder / "missing.obj").string();
+    const auto told = show(argsOf(path));
+    ASSERT_THAT(pathsOf(told), ElementsAre("/root", "/root/missing_obj"));
+    const GroupAttribute& attrs = told.at("/root/missing_obj");
+    EXPECT_EQ(StringAttribute(attrs.getChildByName("type")).getValue(), "error");
+    EXPECT_EQ(StringAttribute(attrs.getChildByName("errorMessage")).getValue(),
+              "Can't import '" + path + "': there is no such file.");
+}
+
+TEST_F(ImportOpTest, withoutFilePathThereIsNothing) {
+    const auto told = show(GroupAttribute::Empty());
+    for (const auto& [path, attrs] : told) {
+        EXPECT_FALSE(attrs) << path;
+    }
+}
+
+TEST_F(ImportOpTest, anEmptyFilePathIsAnError) {
+    const auto told = show(argsOf(""));
+    EXPECT_EQ(StringAttribute(told.at("/root").getChildByName("errorMessage")).getValue(),
+              "Geometry.Import: filePath is empty");
+}
+
+TEST_F(ImportOpTest, onlyWhatMovesIsCookedWhenTheTimeChanges) {
+    const std::string path = writeMoving();
+    const std::string top = "/root/moving_gltf";
+    auto told = show(argsOf(path));
+    ASSERT_THAT(pathsOf(told), ElementsAre("/root", top, top + "/mover", top + "/stander"));
+    EXPECT_EQ(placeOf(told[top + "/mover"]), 0);
+    told = show(argsOf(path, 12)); // half a second
+    EXPECT_THAT(pathsOf(told), ElementsAre(top, top + "/mover"));
+    EXPECT_EQ(placeOf(told[top + "/mover"]), 2);
+    EXPECT_EQ(DoubleAttribute(told[top].getChildByName("bound")).getSample(0)[1], 3);
+}
+
+TEST_F(ImportOpTest, rateAndAnimationAreArguments) {
+    const std::string path = writeMoving();
+    const std::string mover = "/root/moving_gltf/mover";
+    auto told = show(
+        GroupBuilder().update(argsOf(path, 12)).set("framesPerSecond", FloatAttribute(48)).build());
+    EXPECT_EQ(placeOf(told[mover]), 1);
+    told = show(GroupBuilder().update(argsOf(path, 12)).set("animation", IntAttribute(-1)).build());
+    EXPECT_EQ(placeOf(told[mover]), 0);
+    EXPECT_TRUE(told.contains(mover));
+}
+
+TEST_F(ImportOpTest, aChangedFileIsReadAgainWhenItIsCookedAgain) {
+    const std::string path = write("a.obj", kObj);
+    show(argsOf(path));
+    write("a.obj", std::string(kObj) + "o two\nf 3 2 1\n");
+    runtime->flushCaches();
+    EXPECT_THAT(pathsOf(fetch()), testing::Contains("/root/a_obj/two"));
+}
+
+} // namespace
