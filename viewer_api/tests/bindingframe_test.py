@@ -1,6 +1,7 @@
 """What holds for every type: ownership, wrappers, guards, conversions and the exceptions' end."""
 
 import gc
+import subprocess
 import sys
 import unittest
 import weakref
@@ -8,6 +9,7 @@ import weakref
 from scripted import (CAMERA, COMPONENT, DELEGATE, IS_PYTHON_3, LAYER, ScriptedTest, VIEWPORT,
                       ViewerAPI, errorOf, instanceCount)
 import ScriptedPlugins
+import ScriptedScene
 from PyVlAttribute import GroupAttribute, IntAttribute
 
 NOT_A_LIST = "Argument must be a sequence of strings."
@@ -101,6 +103,12 @@ class OwnershipTest(ScriptedTest):
         self.assertIs(self.delegate, viewport.getViewerDelegate())
         self.assertIs(self.delegate, self.delegate.getViewport("v").getViewerDelegate())
 
+    def test_getViewerDelegateIsNoneOnceTheDelegateHasGone(self):
+        self.createViewport("v")
+        viewport = self.delegate.getViewport("v")
+        self.delegate = None
+        self.assertIsNone(viewport.getViewerDelegate())
+
     def test_getViewerDelegateOfARemovedViewportIsNone(self):
         viewport = self.createViewport()
         self.delegate.removeViewport("v")
@@ -112,6 +120,7 @@ class OwnershipTest(ScriptedTest):
         camera = viewport.addCamera(CAMERA, "c")
         component = self.delegate.addComponent(COMPONENT, "k")
         self.assertIsNot(viewport, self.delegate.getViewport("v"))
+        self.assertIsNot(self.delegate.getViewport("v"), self.delegate.getViewport("v"))
         self.assertIsNot(layer, viewport.getLayer("l"))
         self.assertIsNot(camera, viewport.getCameraByName("c"))
         self.assertIsNot(component, self.delegate.getComponent("k"))
@@ -446,6 +455,14 @@ class ArgumentTest(ScriptedTest):
         self.assertError(TypeError, "Argument must be a list of strings.",
                          self.delegate.hideLocations, ("/root",))
 
+    def test_wrongNumbersOfArgumentsHaveTheTextOfTheList(self):
+        self.createDelegate()
+        for arguments in ((), (["/root"], "", "")):
+            for name in PATH_METHODS:
+                self.assertError(TypeError, NOT_A_LIST, getattr(self.delegate, name), *arguments)
+            self.assertError(TypeError, "Argument must be a list of strings.",
+                             self.delegate.hideLocations, *arguments)
+
     def test_oneItemThatIsNoStringRefusesTheWholeList(self):
         self.createDelegate()
         foreign = (1, None, b"/x" if IS_PYTHON_3 else u"/x")
@@ -455,7 +472,8 @@ class ArgumentTest(ScriptedTest):
                                  ["/root", item])
             self.assertError(TypeError, "Argument must be a list of strings.",
                              self.delegate.hideLocations, ["/root", item])
-        self.assertEqual([], self.plugins.take(), "not even for the first path")
+        self.assertEqual(([], []), (self.plugins.take(), ScriptedScene.takeCommands()),
+                         "nothing is called, not even for the first path")
 
     def test_aListIsReleasedWithItsItems(self):
         self.createDelegate()
@@ -575,6 +593,18 @@ class OptionTest(ScriptedTest):
                 self.assertError(TypeError, text, target.setOption, 1, value)
                 self.assertError(TypeError, text, target.setOptionByName, "n", value)
         self.assertEqual([], self.plugins.take())
+
+    def test_theNameOfAnOptionThatIsNotSetIsNotRemembered(self):
+        for plugin, target in self.targets:
+            name = "option that " + plugin + " never got"
+            # Generated elsewhere, as generating it here would make it known.
+            optionId = int(subprocess.check_output([
+                sys.executable, "-c",
+                "import ViewerAPI_cmodule as v\nprint('%%d' %% v.GenerateOptionId(%r))" % name]))
+            self.assertRaises(TypeError, target.setOptionByName, name, None)
+            self.assertEqual("", ViewerAPI.LookUpOptionId(optionId))
+            target.setOptionByName(name, IntAttribute(1))
+            self.assertEqual(name, ViewerAPI.LookUpOptionId(optionId))
 
     def test_theParserRefusesOtherArguments(self):
         for _, target in self.targets:

@@ -239,11 +239,15 @@ class CallTest(ScriptedTest):
         self.assertIsNone(self.call("getValue", "/a", "x"))
 
     def test_commitIdsAreReadAsTheyAre(self):
-        commits = [-1, 0, 5, 2 ** 31 - 1, -2, True]
-        if not IS_PYTHON_3:
-            commits.append(eval("7L"))
-        for commit in commits:
+        for commit in (-1, 0, 5, 2 ** 31 - 1, -2, True):
             self.bridge.answers["getManipulationCommitId"] = commit
+            self.assertEqual(commit, self.call("getManipulationCommitId"))
+        self.assertEqual("", self.takePrinted())
+
+    @unittest.skipIf(IS_PYTHON_3, "Python 3 has no long")
+    def test_aLongCommitIdIsReadTheSameAsAnInt(self):
+        for commit in (-1, 0, 7):
+            self.bridge.answers["getManipulationCommitId"] = eval("long")(commit)
             self.assertEqual(commit, self.call("getManipulationCommitId"))
         self.assertEqual("", self.takePrinted())
 

@@ -43,7 +43,7 @@ class ModuleEntryTest(unittest.TestCase):
                           "ViewerDelegateComponent", "Viewport", "ViewportLayer",
                           "ViewportCamera"], names)
 
-    def test_importMakesNoDelegate(self):
+    def test_theInstanceCountIsZeroWhileNoDelegateIsAlive(self):
         # In a process of its own: others in this one may have failed to load, which counts on.
         answer = subprocess.check_output([
             sys.executable, "-c",

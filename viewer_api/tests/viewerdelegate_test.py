@@ -81,11 +81,12 @@ class ViewportListTest(ViewerDelegateTest):
         self.assertEqual([(VIEWPORT, "create")], self.plugins.take())
 
     def test_theNameIsCopied(self):
-        name = "".join(["le", "ft"] * 50)
-        viewport = self.delegate.addViewport(VIEWPORT, name)
-        expected = name + ""
-        del name
-        self.assertEqual(expected, viewport.getName())
+        viewport = self.delegate.addViewport(VIEWPORT, "".join(["le", "ft"] * 50))
+        # The string has gone, and others of its size take its memory.
+        others = ["".join(["ri", "ght"] * 40) for _ in range(1000)]
+        self.assertEqual("left" * 50, viewport.getName())
+        self.assertEqual("left" * 50, self.delegate.getViewportName(0))
+        del others
 
     def test_lookUps(self):
         for name in ("left", "right"):

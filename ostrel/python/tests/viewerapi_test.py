@@ -1,4 +1,6 @@
 """The package ViewerAPI: everything of the module, and the manipulator bridge."""
+import subprocess
+import sys
 import unittest
 
 import ViewerAPI
@@ -22,6 +24,13 @@ class ViewerAPITest(unittest.TestCase):
         for name in dir(ViewerAPI_cmodule):
             if not name.startswith("_"):
                 self.assertTrue(getattr(ViewerAPI, name) is getattr(ViewerAPI_cmodule, name), name)
+
+    def testDocumentationIsOfThePackageAndTheModule(self):
+        self.assertTrue(ViewerAPI.__doc__.startswith("The viewer:"))
+        self.assertTrue(ViewerAPI.__doc__.endswith(ViewerAPI_cmodule.__doc__))
+
+    def testImportsWithoutDocumentation(self):
+        self.assertEqual(0, subprocess.call([sys.executable, "-OO", "-c", "import ViewerAPI"]))
 
     def testBridgeHasAllEightMethodsAndDocumentsThem(self):
         bridge = ViewerAPI.ManipulatorBridge()

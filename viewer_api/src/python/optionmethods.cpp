@@ -12,12 +12,8 @@ using VlAttribute::Attribute;
 
 namespace {
 
-PyObject* set(const PluginOptions& plugin, std::uint64_t optionId, PyObject* value) {
-    Attribute attribute;
-    if (!optionValueOf(value, attribute)) {
-        return nullptr;
-    }
-    plugin.setOption(plugin.instance, optionId, attribute.getRetainedHandle());
+PyObject* set(const PluginOptions& plugin, std::uint64_t optionId, const Attribute& value) {
+    plugin.setOption(plugin.instance, optionId, value.getRetainedHandle());
     return pythoncompat::returnNone();
 }
 
@@ -38,7 +34,8 @@ PyObject* setPluginOption(const PluginOptions& plugin, PyObject* args) {
     if (!PyArg_ParseTuple(args, "KO", &optionId, &value)) {
         return nullptr;
     }
-    return set(plugin, optionId, value);
+    Attribute attribute;
+    return optionValueOf(value, attribute) ? set(plugin, optionId, attribute) : nullptr;
 }
 
 PyObject* setPluginOptionByName(const PluginOptions& plugin, PyObject* args) {
@@ -47,7 +44,9 @@ PyObject* setPluginOptionByName(const PluginOptions& plugin, PyObject* args) {
     if (!parseArguments(args, "sO", name, &value)) {
         return nullptr;
     }
-    return set(plugin, idOf(name), value);
+    // The name of an option that is not set after all is not remembered.
+    Attribute attribute;
+    return optionValueOf(value, attribute) ? set(plugin, idOf(name), attribute) : nullptr;
 }
 
 PyObject* getPluginOption(const PluginOptions& plugin, PyObject* args) {

@@ -35,7 +35,8 @@ PyMethodDef methods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-// Not reached, as the type has no tp_new and the interpreter refuses first.
+// Calling the type doesn't get here, as there is no tp_new and the interpreter refuses first; only
+// a call of __init__ does.
 int refuseConstruction(PyObject*, PyObject*, PyObject*) {
     PyErr_SetString(PyExc_RuntimeError, "Please use the ViewerDelegate.addComponent() or "
                                         "ViewerDelegate.insertComonent() function to instantiate a "

@@ -478,11 +478,11 @@ PyTypeObject type = makeType();
 } // namespace
 
 PyObject* createViewerDelegate(PyObject* /*module*/, PyObject* args) {
-    TextArgument pluginName;
-    if (!parseArguments(args, "s", pluginName)) {
-        return nullptr;
-    }
-    return withExceptionBoundary([&]() -> PyObject* {
+    return withExceptionBoundary([args]() -> PyObject* {
+        TextArgument pluginName;
+        if (!parseArguments(args, "s", pluginName)) {
+            return nullptr;
+        }
         auto* self = PyObject_New(Record, &type);
         if (!self) {
             return nullptr;

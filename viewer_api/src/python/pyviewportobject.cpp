@@ -441,7 +441,8 @@ void deallocate(PyObject* object) {
     deleteWrapper(self);
 }
 
-// Not reached, as the type has no tp_new and the interpreter refuses first.
+// Calling the type doesn't get here, as there is no tp_new and the interpreter refuses first; only
+// a call of __init__ does.
 int refuseConstruction(PyObject*, PyObject*, PyObject*) {
     PyErr_SetString(PyExc_RuntimeError,
                     "Please use the ViewerDelegate.addViewport() function to instantiate a "
@@ -476,11 +477,11 @@ PyObject* createViewport(const std::string& pluginName, const std::string& name,
                          VlViewerDelegateHostStruct* delegate, PyObject* delegateWrapper) {
     std::unique_ptr<VlViewportHostStruct, RetireHostObject> host(
         new VlViewportHostStruct(pluginName, name, delegate));
-    PyObject* wrapper = wrapViewport(host.get(), delegateWrapper);
+    PyReference wrapper(wrapViewport(host.get(), delegateWrapper));
     if (wrapper) {
         delegate->addViewport(host.release(), name);
     }
-    return wrapper;
+    return wrapper.release();
 }
 
 void registerViewportType(PyObject* module) {

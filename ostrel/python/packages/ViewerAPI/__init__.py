@@ -23,4 +23,5 @@ from ViewerAPI_cmodule import __doc__ as _moduleDocumentation
 
 from ViewerAPI.manipulatorbridge import ManipulatorBridge
 
-__doc__ += "\n" + (_moduleDocumentation or "")
+# Neither is there under -OO.
+__doc__ = "\n".join(text for text in (__doc__, _moduleDocumentation) if text)

@@ -9,7 +9,10 @@ class ManipulatorBridge(object):
     values are remembered while the viewer shows them in place of cooked ones, and none of them
     reaches the scene. An application derives from it and writes them where they belong.
 
-    An exception in a method is printed and counts as the answer that its description gives.
+    What a method raises is printed, and counts as a false answer or, for getManipulationCommitId,
+    as a commit that has come. Only openManipulationGroup, closeManipulationGroup and
+    cleanupLiveAttributes are not looked after: what they raise surfaces from the call of the viewer
+    that led to them.
     """
 
     def __init__(self):
