@@ -92,6 +92,27 @@ class OwnershipTest(ScriptedTest):
         self.delegate = None
         self.assertEqual([None], alive)
 
+    def test_callbacksAreReleasedBeforeTheHostEnds(self):
+        viewport = self.createViewport()
+        counts = []
+
+        class Callback(object):
+            def __call__(self, value):
+                pass
+
+            def __del__(self):
+                counts.append(instanceCount())
+                viewport.draw()  # the host can still be called
+                viewport.addLayer(LAYER, "l").setOption(1, IntAttribute(1))
+
+        self.delegate.registerCallback("x", Callback())
+        before = instanceCount()
+        self.delegate = None
+        self.assertEqual(([before], before - 1), (counts, instanceCount()))
+        self.assertEqual([(VIEWPORT, "draw"), (LAYER, "create"),
+                          (LAYER, "setOption", 1, IntAttribute(1)), (LAYER, "destroy"),
+                          (VIEWPORT, "destroy"), (DELEGATE, "destroy")], self.plugins.take())
+
     def test_aViewportDoesNotKeepItsDelegate(self):
         viewport = self.createViewport()
         self.delegate = None

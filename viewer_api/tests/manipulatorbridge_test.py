@@ -48,6 +48,36 @@ class BindingTest(ScriptedTest):
         self.delegate.setViewOp(ScriptedScene.addOp())
         self.assertEqual(([], ["updateOp"]), (calls, [call[0] for call in self.bridge.calls]))
 
+    def test_methodsAreBoundAndReleasedInTheirOrder(self):
+        bound, released = [], []
+
+        class Method(object):
+            def __init__(self, name):
+                self.name = name
+
+            def __call__(self, *arguments):
+                pass
+
+            def __del__(self):
+                released.append(self.name)
+
+        class OrderedBridge(object):
+            def __getattr__(self, name):
+                bound.append(name)
+                return Method(name)
+
+            def __del__(self):
+                released.append("the bridge")
+
+        application.ManipulatorBridge = OrderedBridge
+        holder = BridgeHolder.create()
+        methods = ["getValue", "setValue", "isNodeEditable", "updateOp",
+                   "getManipulationCommitId", "openManipulationGroup", "closeManipulationGroup",
+                   "cleanupLiveAttributes"]
+        self.assertEqual((methods, []), (bound, released))
+        del holder
+        self.assertEqual(methods[:5] + ["the bridge"] + methods[5:], released)
+
     def test_aClassThatRaisesIsPrintedAndTheDelegateGoesOn(self):
         def fails():
             raise ValueError("no bridge today")
