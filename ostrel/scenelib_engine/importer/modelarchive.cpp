@@ -50,6 +50,12 @@ public:
     void operator()(T& value) {
         copyTo(&value, sizeof(T));
     }
+    void operator()(bool& flag) {
+        std::uint8_t byte = 0;
+        (*this)(byte);
+        require(byte <= 1);
+        flag = byte != 0;
+    }
     void operator()(std::string& text) {
         text.resize(length(1));
         copyTo(text.data(), text.size());
