@@ -1,13 +1,11 @@
 // From the scene engine to a delegate plug-in, without an interpreter: scene_bench [leaves...]
 //
-// | workload | what is done |
-// |---|---|
-// | populate | a scene of sets, groups and leaves, each with a transform, is viewed and wholly
-// opened; until the plug-in has read every leaf's world matrix | | memory | what the process then
-// occupies, per location | | edit-one | one leaf's transform is changed in the op graph, until the
-// plug-in has read its new world matrix | | live-one | the same as a value set by a manipulator,
-// which does not wait for the engine | | hide-group | a set of 1,000 leaves is hidden, and shown
-// again |
+// populate    a scene of sets, groups and leaves, each with a transform, is viewed and wholly
+//             opened; until the plug-in has read every leaf's world matrix
+// memory      what the process then occupies, per location
+// edit-one    one leaf's transform is changed in the op graph, until the plug-in has read its new
+//             world matrix
+// hide-group  a set of 1,000 leaves is hidden, and shown again
 
 #include "measure.h"
 
@@ -23,6 +21,8 @@
 #include "VlPluginSystem/VlPluginSystem.h"
 #include "VlScenelibEngine/ScenelibEngine.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -217,7 +217,14 @@ int main(int argc, char** argv) {
     if (argc > 1) {
         sizes.clear();
         for (int i = 1; i < argc; ++i) {
-            sizes.push_back(std::atol(argv[i]));
+            char* end = nullptr;
+            const long leaves = std::strtol(argv[i], &end, 10);
+            if (*end != '\0' || leaves < kLeavesInSet || leaves % kLeavesInSet != 0) {
+                std::fprintf(stderr, "scene_bench: \"%s\" is not a number of leaves in thousands\n",
+                             argv[i]);
+                return 2;
+            }
+            sizes.push_back(leaves);
         }
     }
     bool isGood = true;
