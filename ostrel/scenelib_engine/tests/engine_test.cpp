@@ -1,0 +1,526 @@
+#include "enginescene.h"
+#include "testops.h"
+
+#include "VlScenelibEngine/OpType.h"
+#include "VlScenelibEngine/ScenelibEngine.h"
+
+#include "VlScenelib/Scenelib.h"
+
+#include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/GroupBuilder.h"
+#include "VlAttribute/IntAttribute.h"
+
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using VlAttribute::GroupAttribute;
+using VlAttribute::IntAttribute;
+using VlAttribute::StringAttribute;
+
+std::string textOf(const GroupAttribute& attrs, const char* name) {
+    return StringAttribute(attrs.getChildByName(name)).getValue();
+}
+
+TEST(Engine, parentsAreToldBeforeTheirChildren) {
+    EngineScene scene;
+    const auto client = scene.createClient(
+        scene.createOp("Scene.Literal", literalArgs({{"/root/a/b", 1}, {"/root/c", 1}})));
+    client->setAllOpen(true);
+    client->setLocationsActive(paths({"/root"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "+/root/a", "+/root/c", "+/root/a/b"));
+}
+
+TEST(Engine, ancestorsOfAnActiveLocationAreCookedButNotTheirOtherChildren) {
+    EngineScene scene;
+    const auto client = scene.createClient(
+        scene.createOp("Scene.Literal", literalArgs({{"/root/a/b", 1}, {"/root/c", 1}})));
+    client->setAllOpen(true);
+    client->setLocationsActive(paths({"/root/a"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "+/root/a", "+/root/a/b"));
+    EXPECT_EQ(scene.countCooks(), 3U);
+}
+
+TEST(Engine, openingWithoutAnActiveAncestorCooksNothing) {
+    EngineScene scene;
+    const auto client =
+        scene.createClient(scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}})));
+    client->setLocationsOpen(paths({"/root"}));
+    EXPECT_THAT(scene.fetch(client), IsEmpty());
+    client->setLocationsActive(paths({"/root"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "+/root/a"));
+}
+
+TEST(Engine, switchingAllOpenOffBringsTheExplicitStateBack) {
+    EngineScene scene;
+    const auto client = scene.createClient(
+        scene.createOp("Scene.Literal", literalArgs({{"/root/a/b", 1}, {"/root/c/d", 1}})));
+    client->setLocationsActive(paths({"/root"}));
+    client->setLocationsOpen(paths({"/root", "/root/a"}));
+    client->setAllOpen(true);
+    scene.fetch(client);
+    client->setAllOpen(false);
+    EXPECT_THAT(scene.fetch(client), ElementsAre("-/root/c/d"));
+}
+
+TEST(Engine, anActiveLocationThatDoesNotExistIsToldOnce) {
+    EngineScene scene;
+    const auto op = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}}));
+    const auto client = scene.createClient(op);
+    client->setLocationsActive(paths({"/root/x/y"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "-/root/x/y"));
+    scene.setArgs(op, "Scene.Literal", literalArgs({{"/root/a", 2}}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root"));
+    scene.setArgs(op, "Scene.Literal", literalArgs({{"/root/x/y", 2}}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "+/root/x", "+/root/x/y"));
+}
+
+TEST(Engine, malformedPathsNeverExist) {
+    EngineScene scene;
+    const auto client =
+        scene.createClient(scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}})));
+    client->setLocationsActive(paths({"", "root", "/root/", "/root//a", "/"}));
+    EXPECT_THAT(scene.fetch(client),
+                testing::UnorderedElementsAre("-", "-root", "-/root/", "-/root//a", "-/"));
+    EXPECT_TRUE(client->isLocationActive("/root/"));
+}
+
+TEST(Engine, activationsAndDeactivationsBetweenTwoCooksAreCoalesced) {
+    EngineScene scene;
+    const auto op = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}}));
+    const auto client = scene.createClient(op);
+    client->setLocationsActive(paths({"/root", "/root/a"}));
+    client->setLocationsInactive(paths({"/root/a"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root"));
+}
+
+TEST(Engine, aLocationThatBecomesActiveAgainIsToldWithoutARemoval) {
+    EngineScene scene;
+    const auto client =
+        scene.createClient(scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}})));
+    client->setLocationsActive(paths({"/root/a"}));
+    scene.fetch(client);
+    client->setLocationsInactive(paths({"/root/a"}));
+    client->setLocationsActive(paths({"/root/a"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/a"));
+    client->setLocationsActive(paths({"/root/a"}));
+    EXPECT_THAT(scene.fetch(client), IsEmpty());
+}
+
+TEST(Engine, aWaitingEventIsReplacedByANewerOne) {
+    EngineScene scene;
+    const auto op = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}}));
+    const auto client = scene.createClient(op);
+    client->setLocationsActive(paths({"/root/a"}));
+    scene.settle();
+    scene.setArgs(op, "Scene.Literal", literalArgs({{"/root/a", 2}}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "+/root/a"));
+    EXPECT_EQ(IntAttribute(scene.getFetched("/root/a").getChildByName("value")).getValue(), 2);
+}
+
+TEST(Engine, aLocationThatVanishesBeforeItWasToldIsNotMentioned) {
+    EngineScene scene;
+    const auto op = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}, {"/root/b", 1}}));
+    const auto client = scene.createClient(op);
+    client->setAllOpen(true);
+    client->setLocationsActive(paths({"/root"}));
+    scene.settle();
+    scene.setArgs(op, "Scene.Literal", literalArgs({{"/root/b", 1}}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "+/root/b"));
+}
+
+TEST(Engine, anEqualResultIsToldOfTheLocationThatRanAndStopsThere) {
+    EngineScene scene;
+    registerTestOps();
+    const auto stamp = [](int value, int unread) {
+        return GroupAttribute{{"stamp", IntAttribute(value)}, {"unread", IntAttribute(unread)}};
+    };
+    const auto literal = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}}));
+    const auto first = scene.createOp("Test.Filter", {{"hide", StringAttribute("x")}}, {literal});
+    const auto second = scene.createOp("Test.Stamp", stamp(1, 1), {first});
+    const auto onFirst = scene.createClient(first);
+    const auto onSecond = scene.createClient(second);
+    for (const auto& client : {onFirst, onSecond}) {
+        client->setLocationsActive(paths({"/root"}));
+        scene.fetch(client);
+    }
+    scene.countCooks();
+    scene.setArgs(first, "Test.Filter", {{"hide", StringAttribute("y")}});
+    EXPECT_THAT(scene.fetch(onFirst), ElementsAre("+/root"));
+    EXPECT_THAT(scene.fetch(onSecond), IsEmpty());
+    EXPECT_EQ(scene.countCooks(), 1U);
+    scene.setArgs(second, "Test.Stamp", stamp(1, 2));
+    EXPECT_THAT(scene.fetch(onSecond), IsEmpty());
+    EXPECT_EQ(scene.countCooks(), 0U) << "an argument that nobody has read";
+}
+
+TEST(Engine, resultsAreSharedBetweenClients) {
+    EngineScene scene;
+    const auto op = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}, {"/root/b", 1}}));
+    for (int i = 0; i < 4; ++i) {
+        const auto client = scene.createClient(op);
+        client->setAllOpen(true);
+        client->setLocationsActive(paths({"/root"}));
+        EXPECT_EQ(scene.fetch(client).size(), 3U);
+    }
+    EXPECT_EQ(scene.countCooks(), 3U);
+}
+
+TEST(Engine, editingOneLeafCooksTheSameFewLocationsHoweverManyThereAre) {
+    std::vector<std::uint64_t> cooks;
+    for (const int leaves : {1000, 100000}) {
+        EngineScene scene;
+        const auto generate =
+            scene.createOp("Scene.Generate", {{"leafCount", IntAttribute(leaves)}});
+        const auto literal =
+            scene.createOp("Scene.Literal", literalArgs({{"/root/set_0/group_0/leaf_5", 1}}));
+        const auto client =
+            scene.createClient(scene.createOp("Scene.Merge", {}, {generate, literal}));
+        client->setAllOpen(true);
+        client->setLocationsActive(paths({"/root"}));
+        EXPECT_EQ(scene.fetch(client).size(),
+                  static_cast<std::size_t>(1 + leaves / 1000 + leaves / 100 + leaves));
+        scene.countCooks();
+        scene.setArgs(literal, "Scene.Literal", literalArgs({{"/root/set_0/group_0/leaf_5", 2}}));
+        EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/set_0/group_0/leaf_5"));
+        cooks.push_back(scene.countCooks());
+    }
+    // The way down in the literal, and the leaf where it is merged.
+    EXPECT_THAT(cooks, ElementsAre(5U, 5U));
+}
+
+TEST(Engine, aReadFromElsewhereIsFollowed) {
+    EngineScene scene;
+    registerTestOps();
+    const auto literal = scene.createOp("Scene.Literal", literalArgs({{"/root/a/b", 1}}));
+    const auto far =
+        scene.createOp("Test.Far", {{"path", StringAttribute("/root/a/c")}}, {literal});
+    const auto client = scene.createClient(far);
+    client->setLocationsActive(paths({"/root"}));
+    scene.fetch(client);
+    EXPECT_FALSE(scene.getFetched("/root").getChildByName("far").isValid());
+    for (const int value : {7, 8}) {
+        scene.setArgs(literal, "Scene.Literal",
+                      literalArgs({{"/root/a/b", 1}, {"/root/a/c", value}}));
+        scene.fetch(client);
+        EXPECT_EQ(IntAttribute(scene.getFetched("/root").getChildByName("far.value")).getValue(),
+                  value);
+    }
+}
+
+// ---- errors
+
+TEST(Engine, anUnknownOpTypeIsAnErrorLocation) {
+    EngineScene scene;
+    const auto client = scene.createClient(scene.createOp("Scene.Nonsense"));
+    client->setLocationsActive(paths({"/root"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root"));
+    EXPECT_EQ(textOf(scene.getFetched("/root"), "type"), "error");
+    EXPECT_EQ(textOf(scene.getFetched("/root"), "errorMessage"),
+              "Unknown op type \"Scene.Nonsense\"");
+}
+
+TEST(Engine, aCookThatThrowsIsAnErrorLocationAndTheOthersShow) {
+    EngineScene scene;
+    registerTestOps();
+    const auto literal =
+        scene.createOp("Scene.Literal", literalArgs({{"/root/a/x", 1}, {"/root/b", 1}}));
+    const auto client = scene.createClient(
+        scene.createOp("Test.Throw", {{"name", StringAttribute("a")}}, {literal}));
+    client->setAllOpen(true);
+    client->setLocationsActive(paths({"/root"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "+/root/a", "+/root/b"));
+    EXPECT_EQ(textOf(scene.getFetched("/root/a"), "errorMessage"), "thrown at /root/a");
+}
+
+class Rude final : public VlScenelibEngine::OpType {
+    [[nodiscard]] VlScenelibEngine::CookResult
+    cook(VlScenelibEngine::CookContext& context) const override {
+        using VlScenelibEngine::ChildList;
+        if (context.isRoot()) {
+            return {{}, ChildList::create(StringAttribute({"int", "nothing", "alias", "names"}))};
+        }
+        if (context.getName() == "int") {
+            throw 1;
+        }
+        if (context.getName() == "nothing") {
+            return VlScenelibEngine::CookResult::nothing();
+        }
+        if (context.getName() == "names") {
+            return {{}, ChildList::create(StringAttribute({"a", "a"}))};
+        }
+        return VlScenelibEngine::CookResult::sameAsInput(3);
+    }
+};
+
+TEST(Engine, whateverAnOpTypeDoesWrongBecomesAnErrorLocation) {
+    EngineScene scene;
+    VlScenelibEngine::registerOpType("Test.Rude", std::make_shared<Rude>());
+    const auto client = scene.createClient(scene.createOp("Test.Rude"));
+    client->setAllOpen(true);
+    client->setLocationsActive(paths({"/root"}));
+    EXPECT_EQ(scene.fetch(client).size(), 5U);
+    EXPECT_EQ(textOf(scene.getFetched("/root/int"), "errorMessage"), "Unknown C++ exception");
+    EXPECT_EQ(textOf(scene.getFetched("/root/nothing"), "errorMessage"),
+              "Op type \"Test.Rude\" cooked nothing below the root");
+    EXPECT_EQ(textOf(scene.getFetched("/root/alias"), "errorMessage"),
+              "Op type \"Test.Rude\" passes on a location that its input does not have");
+    EXPECT_EQ(textOf(scene.getFetched("/root/names"), "errorMessage"),
+              "Child name \"a\" stands twice");
+}
+
+TEST(Engine, aCycleIsRefusedAndNothingOfTheTransactionApplied) {
+    EngineScene scene;
+    const auto first = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}}));
+    const auto second = scene.createOp("no-op", {}, {first});
+    const auto client = scene.createClient(second);
+    client->setLocationsActive(paths({"/root/a"}));
+    scene.fetch(client);
+    const auto transaction = scene.runtime->createTransaction();
+    transaction->setOpArgs(first, "no-op", GroupAttribute());
+    transaction->setOpInputs(first, {second});
+    EXPECT_THROW(scene.runtime->commit(transaction), std::runtime_error);
+    EXPECT_THAT(scene.fetch(client), IsEmpty());
+    EXPECT_THROW(scene.setInputs(first, {first}), std::runtime_error);
+    EXPECT_NO_THROW(scene.setInputs(second, {first}));
+}
+
+// ---- the runtime's other answers
+
+TEST(Engine, commitIdsStartAboveZeroAndGrowAcrossRuntimes) {
+    EngineScene first;
+    EngineScene second;
+    std::int64_t last = 0;
+    for (int i = 0; i < 3; ++i) {
+        for (EngineScene* scene : {&first, &second}) {
+            const std::int64_t id = scene->runtime->commit(scene->runtime->createTransaction());
+            EXPECT_GT(id, last);
+            last = id;
+        }
+    }
+}
+
+TEST(Engine, opsAreFoundByIdWhileTheyLive) {
+    EngineScene scene;
+    auto op = scene.createOp("no-op");
+    const int id = op->getId();
+    EXPECT_GT(id, 0);
+    ASSERT_TRUE(scene.runtime->getOpFromOpId(id));
+    EXPECT_EQ(scene.runtime->getOpFromOpId(id)->getId(), id);
+    EXPECT_FALSE(scene.runtime->getOpFromOpId(-1));
+    EXPECT_FALSE(EngineScene().runtime->getOpFromOpId(id)) << "a graph of its own";
+    op.reset();
+    scene.settle();
+    EXPECT_FALSE(scene.runtime->getOpFromOpId(id));
+}
+
+TEST(Engine, anOpLivesOnAsAnInput) {
+    EngineScene scene;
+    auto literal = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}}));
+    auto passed = scene.createOp("no-op", {}, {literal});
+    literal.reset();
+    const auto client = scene.createClient(passed);
+    passed.reset();
+    client->setLocationsActive(paths({"/root/a"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "+/root/a"));
+}
+
+TEST(Engine, dataIsCurrentOnceItIsFetched) {
+    EngineScene scene;
+    const auto op = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}, {"/root/b", 1}}));
+    const auto client = scene.createClient(op);
+    client->setLocationsActive(paths({"/root/a"}));
+    scene.settle();
+    EXPECT_FALSE(client->isLocationDataCurrent("/root/a", -1));
+    scene.fetch(client);
+    EXPECT_TRUE(client->isLocationDataCurrent("/root/a", -1));
+    EXPECT_FALSE(client->isLocationDataCurrent("/root/b", -1)) << "not cooked";
+    const std::int64_t commit =
+        scene.setArgs(op, "Scene.Literal", literalArgs({{"/root/a", 2}, {"/root/b", 1}}));
+    EXPECT_FALSE(client->isLocationDataCurrent("/root/a", commit));
+    EXPECT_FALSE(client->isLocationDataCurrent("/root/a", -1));
+    scene.fetch(client);
+    EXPECT_TRUE(client->isLocationDataCurrent("/root/a", commit));
+    EXPECT_FALSE(client->isLocationDataCurrent("/root/a", commit + 1000)) << "not known";
+}
+
+TEST(Engine, activeLocationsAreThoseMadeActiveWithoutTheirContext) {
+    EngineScene scene;
+    const auto client = scene.createClient(nullptr);
+    client->setLocationsActive(paths({"/root/b", "/root/a/x", "/root", "/other"}));
+    StringAttribute active;
+    client->getActiveLocations(active, "");
+    EXPECT_EQ(active, paths({"/other", "/root", "/root/a/x", "/root/b"}));
+    client->getActiveLocations(active, "/root/a");
+    EXPECT_EQ(active, paths({"/root/a/x"}));
+    client->getActiveLocations(active, "/root");
+    EXPECT_EQ(active, paths({"/root", "/root/a/x", "/root/b"}));
+    client->getActiveLocations(active, "/nowhere");
+    EXPECT_TRUE(active.isValid());
+    EXPECT_EQ(active.getNumberOfValues(), 0);
+    EXPECT_FALSE(client->isLocationActive("/root/a"));
+    EXPECT_TRUE(client->isLocationActive("/root/a/x"));
+}
+
+TEST(Engine, cachedLocationsAreThoseFetchedAndCooked) {
+    EngineScene scene;
+    const auto client =
+        scene.createClient(scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}})));
+    client->setLocationsActive(paths({"/root/a", "/root/x"}));
+    scene.fetch(client);
+    EXPECT_FALSE(client->getCachedLocation("/root/a").second) << "caching is off";
+    client->setEventCachingEnabled(true);
+    scene.runtime->flushCaches();
+    scene.settle();
+    EXPECT_FALSE(client->getCachedLocation("/root/a").second) << "not fetched";
+    scene.fetch(client);
+    EXPECT_TRUE(client->getCachedLocation("/root/a").first.doesLocationExist());
+    client->setLocationsInactive(paths({"/root/a"}));
+    EXPECT_FALSE(client->getCachedLocation("/root/a").second) << "not cooked";
+    client->setLocationsActive(paths({"/root/y"}));
+    scene.fetch(client);
+    EXPECT_TRUE(client->getCachedLocation("/root/y").second);
+    EXPECT_FALSE(client->getCachedLocation("/root/y").first.doesLocationExist());
+}
+
+TEST(Engine, flushingCooksAndTellsEverythingAgainWithoutRemovals) {
+    EngineScene scene;
+    const auto client =
+        scene.createClient(scene.createOp("Scene.Literal", literalArgs({{"/root/a/b", 1}})));
+    client->setAllOpen(true);
+    client->setLocationsActive(paths({"/root"}));
+    scene.fetch(client);
+    scene.countCooks();
+    scene.runtime->flushCaches();
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "+/root/a", "+/root/a/b"));
+    EXPECT_EQ(scene.countCooks(), 3U);
+}
+
+TEST(Engine, theTimeIsAnArgument) {
+    EngineScene scene;
+    class Clock final : public VlScenelibEngine::OpType {
+        [[nodiscard]] VlScenelibEngine::CookResult
+        cook(VlScenelibEngine::CookContext& context) const override {
+            return {
+                GroupAttribute{{"time", VlAttribute::FloatAttribute(context.getCurrentTime())}}};
+        }
+    };
+    VlScenelibEngine::registerOpType("Test.Clock", std::make_shared<Clock>());
+    const auto op = scene.createOp("Test.Clock");
+    const auto client = scene.createClient(op);
+    client->setLocationsActive(paths({"/root"}));
+    const auto timeOf = [&] {
+        scene.fetch(client);
+        return VlAttribute::FloatAttribute(scene.getFetched("/root").getChildByName("time"))
+            .getValue(-1);
+    };
+    EXPECT_EQ(timeOf(), 0);
+    VlAttribute::GroupBuilder args;
+    args.set("system.timeSlice.currentTime", VlAttribute::FloatAttribute(12.5F));
+    scene.setArgs(op, "Test.Clock", args.build());
+    EXPECT_EQ(timeOf(), 12.5F);
+}
+
+TEST(Engine, limitedFetchesAddUpToAll) {
+    EngineScene scene;
+    const auto op = scene.createOp("Scene.Generate", {{"leafCount", IntAttribute(250)}});
+    const auto client = scene.createClient(op);
+    client->setAllOpen(true);
+    client->setLocationsActive(paths({"/root"}));
+    for (const char* step : {"appearing", "disappearing"}) {
+        scene.settle();
+        std::size_t total = 0;
+        std::vector<VlScenelib::LocationEvent> events;
+        do {
+            client->getLocationEvents(events, 7);
+            EXPECT_LE(events.size(), 7U) << step;
+            total += events.size();
+        } while (!events.empty());
+        EXPECT_EQ(total, 255U) << step;
+        EXPECT_FALSE(client->hasLocationEvents());
+        scene.setOp(client, nullptr);
+    }
+}
+
+TEST(Engine, stopsCleanlyAtAnyMoment) {
+    for (int round = 0; round < 40; ++round) {
+        EngineScene scene;
+        const auto op = scene.createOp("Scene.Generate", {{"leafCount", IntAttribute(100000)}});
+        auto client = scene.createClient(op);
+        client->setAllOpen(true);
+        client->setLocationsActive(paths({"/root"}));
+        for (int fetches = 0; fetches < round; ++fetches) {
+            EngineScene::fetchNow(client);
+        }
+        if (round % 3 == 0) {
+            client.reset();
+        }
+    }
+}
+
+TEST(Engine, requestsFromSeveralThreadsAreSafe) {
+    EngineScene scene;
+    const auto op = scene.createOp("Scene.Generate", {{"leafCount", IntAttribute(5000)}});
+    const auto client = scene.createClient(op);
+    client->setLocationsActive(paths({"/root"}));
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 3; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (int i = 0; i < 50; ++i) {
+                if (thread == 0) {
+                    client->setAllOpen(i % 2 == 0);
+                } else if (thread == 1) {
+                    EngineScene::fetchNow(client);
+                } else {
+                    scene.setArgs(op, "Scene.Generate",
+                                  {{"leafCount", IntAttribute(1000 * (i % 5))}});
+                }
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    client->setAllOpen(true);
+    scene.setArgs(op, "Scene.Generate", {{"leafCount", IntAttribute(100)}});
+    scene.fetch(client);
+    EXPECT_TRUE(client->isLocationDataCurrent("/root/set_0/group_0/leaf_99", -1));
+}
+
+// ---- the two kinds of runtime
+
+TEST(ScenelibEngine, independentRuntimesHaveGraphsOfTheirOwn) {
+    VlScenelibEngine::registerScenelibEngine();
+    const auto runtime = VlScenelib::Scenelib().createRuntime();
+    VlScenelibEngine::ApplicationGraph::Transaction transaction;
+    const int id = transaction.createOp("no-op");
+    transaction.commit();
+    EXPECT_FALSE(runtime->getOpFromOpId(id));
+    EXPECT_EQ(runtime->getRootLocationPath(), "/root");
+}
+
+TEST(ApplicationGraph, mistakesNameTheOp) {
+    VlScenelibEngine::registerScenelibEngine();
+    VlScenelibEngine::ApplicationGraph::Transaction transaction;
+    const auto messageOf = [](auto&& call) -> std::string {
+        try {
+            call();
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "";
+    };
+    EXPECT_EQ(messageOf([&] { transaction.setOpArgs(987654, "no-op", {}); }),
+              "There is no op with the id 987654");
+    const int op = transaction.createOp("no-op");
+    transaction.setOpInputs(op, {op});
+    EXPECT_EQ(messageOf([&] { transaction.commit(); }),
+              "Op " + std::to_string(op) + " can't have these inputs: it would depend on itself");
+}
+
+} // namespace
