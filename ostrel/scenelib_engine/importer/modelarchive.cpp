@@ -1,6 +1,8 @@
 #include "modelarchive.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <stdexcept>
 #include <type_traits>
@@ -11,10 +13,20 @@ namespace {
 constexpr std::uint32_t kBegin = 0x314D4C56; // "VLM1"
 constexpr std::uint32_t kEnd = 0x444E4556;
 
-enum class Outcome : std::uint8_t { Model, Failure };
+constexpr std::uint8_t kModel = 0;
+constexpr std::uint8_t kFailure = 1;
 
+// What any bits are a value of: such things cross as they are.
 template <class T>
-concept Plain = std::is_trivially_copyable_v<T>;
+struct IsPlain : std::bool_constant<std::is_arithmetic_v<T>> {};
+template <>
+struct IsPlain<bool> : std::false_type {};
+template <class T, std::size_t N>
+struct IsPlain<std::array<T, N>> : IsPlain<T> {};
+template <std::size_t N>
+struct IsPlain<ModelData::Key<N>> : std::true_type {};
+template <class T>
+concept Plain = IsPlain<T>::value;
 
 // Writer and Reader agree because both are driven by the one list of members below.
 class Writer {
@@ -23,6 +35,7 @@ public:
     void operator()(const T& value) {
         archive.append(reinterpret_cast<const char*>(&value), sizeof(T));
     }
+    void operator()(bool value) { (*this)(static_cast<std::uint8_t>(value)); }
     void operator()(const std::string& text) {
         (*this)(static_cast<std::uint64_t>(text.size()));
         archive += text;
@@ -50,11 +63,11 @@ public:
     void operator()(T& value) {
         copyTo(&value, sizeof(T));
     }
-    void operator()(bool& flag) {
+    void operator()(bool& value) {
         std::uint8_t byte = 0;
         (*this)(byte);
         require(byte <= 1);
-        flag = byte != 0;
+        value = byte != 0;
     }
     void operator()(std::string& text) {
         text.resize(length(1));
@@ -129,6 +142,20 @@ void visit(Archive& a, Item<Archive, ModelData::Material>& material) {
              material.embeddedTexture);
 }
 template <class Archive>
+void visit(Archive& a, Item<Archive, ModelData::Camera>& camera) {
+    visitAll(a, camera.matrix, camera.isOrthographic, camera.fov, camera.orthographicWidth,
+             camera.nearPlane, camera.farPlane);
+}
+template <class Archive>
+void visit(Archive& a, Item<Archive, ModelData::Light>& light) {
+    auto kind = static_cast<std::uint8_t>(light.kind);
+    visitAll(a, light.matrix, kind, light.color, light.coneAngle);
+    if constexpr (!std::is_same_v<Archive, Writer>) {
+        Reader::require(kind <= static_cast<std::uint8_t>(ModelData::LightKind::Ambient));
+        light.kind = static_cast<ModelData::LightKind>(kind);
+    }
+}
+template <class Archive>
 void visit(Archive& a, Item<Archive, ModelData::Node>& node) {
     visitAll(a, node.name, node.parent, node.matrix, node.meshes, node.camera, node.light);
 }
@@ -155,7 +182,7 @@ void visit(Archive& a, Item<Archive, ModelData>& model) {
 }
 
 template <class T>
-std::string pack(Outcome outcome, const T& content) {
+std::string pack(std::uint8_t outcome, const T& content) {
     Writer writer;
     writer(kBegin);
     writer(outcome);
@@ -228,30 +255,31 @@ void check(const ModelData& model) {
 } // namespace
 
 std::string packModel(const ModelData& model) {
-    return pack(Outcome::Model, model);
+    return pack(kModel, model);
 }
 
 std::string packFailure(const std::string& reason) {
-    return pack(Outcome::Failure, reason);
+    return pack(kFailure, reason);
 }
 
 ModelData unpackModel(std::span<const std::byte> archive) {
     Reader reader(archive);
     std::uint32_t mark = 0;
-    Outcome outcome{};
+    std::uint8_t outcome = 0;
     reader(mark);
     Reader::require(mark == kBegin);
     reader(outcome);
+    Reader::require(outcome == kModel || outcome == kFailure);
     std::string reason;
     ModelData model;
-    if (outcome == Outcome::Failure) {
+    if (outcome == kFailure) {
         visit(reader, reason);
     } else {
         visit(reader, model);
     }
     reader(mark);
     Reader::require(mark == kEnd && reader.isAtEnd());
-    if (outcome == Outcome::Failure) {
+    if (outcome == kFailure) {
         throw std::runtime_error(reason);
     }
     check(model);

@@ -215,6 +215,8 @@ ModelData smallModel() {
     model.meshes[0].material = 0;
     model.materials.resize(1);
     model.textures = {"picture"};
+    model.cameras.resize(1);
+    model.lights.resize(1);
     model.animations.resize(1);
     model.animations[0].channels.push_back({1, {{0, {0, 0, 0}}, {1, {4, 0, 0}}}, {}, {}});
     return model;
