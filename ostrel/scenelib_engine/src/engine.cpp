@@ -2,8 +2,6 @@
 
 #include "optyperegistry.h"
 
-#include <oneapi/tbb/parallel_for.h>
-
 #include <algorithm>
 #include <atomic>
 #include <stdexcept>
@@ -45,10 +43,8 @@ bool isOnCycle(const OpRecord& op) {
 
 } // namespace
 
-Engine::Engine(int workers)
-    : arena(workers > 0 ? workers : tbb::task_arena::automatic),
-      workerCount(static_cast<std::size_t>(arena.max_concurrency())), batchSize(kFirstBatch),
-      coordinator([this] { run(); }) {}
+Engine::Engine(int numberOfWorkers)
+    : workers(numberOfWorkers), batchSize(kFirstBatch), coordinator([this] { run(); }) {}
 
 Engine::~Engine() {
     stop();
@@ -242,7 +238,7 @@ void Engine::recook(std::unique_lock<std::mutex>& lock) {
     }
     lock.unlock();
     const auto begin = std::chrono::steady_clock::now();
-    parallelFor(slice.nodes.size(), [&](std::size_t i) { recooking.cookEntry(slice, i); });
+    workers.forEach(slice.nodes.size(), [&](std::size_t i) { recooking.cookEntry(slice, i); });
     const auto elapsed = std::chrono::steady_clock::now() - begin;
     lock.lock();
     if (slice.nodes.size() == batchSize) {
@@ -253,7 +249,8 @@ void Engine::recook(std::unique_lock<std::mutex>& lock) {
 
 bool Engine::cookWanted(std::unique_lock<std::mutex>& lock) {
     // Pieces small enough that all threads get some.
-    const std::size_t pieceSize = std::max<std::size_t>(1, batchSize / (4 * workerCount));
+    const std::size_t pieceSize =
+        std::max<std::size_t>(1, batchSize / (4 * workers.getNumberOfWorkers()));
     std::vector<Piece> pieces;
     std::size_t count = 0;
     std::size_t idleViews = 0;
@@ -273,7 +270,7 @@ bool Engine::cookWanted(std::unique_lock<std::mutex>& lock) {
     }
     lock.unlock();
     const auto begin = std::chrono::steady_clock::now();
-    parallelFor(pieces.size(), [&](std::size_t i) { cookPiece(pieces[i]); });
+    workers.forEach(pieces.size(), [&](std::size_t i) { cookPiece(pieces[i]); });
     const auto elapsed = std::chrono::steady_clock::now() - begin;
     lock.lock();
     if (count >= batchSize) {
@@ -307,21 +304,6 @@ void Engine::adaptBatch(std::chrono::steady_clock::duration elapsed) {
     } else if (elapsed > kLongBatch) {
         batchSize = std::max(batchSize / 2, kSmallestBatch);
     }
-}
-
-template <typename Body>
-void Engine::parallelFor(std::size_t count, Body&& body) {
-    if (count == 1) {
-        body(0);
-        return;
-    }
-    arena.execute([&] {
-        tbb::parallel_for(std::size_t{0}, count, [&](std::size_t i) {
-            // A cook that waits for parallel work of its own must not take up another cook
-            // meanwhile, which might wait for it.
-            tbb::this_task_arena::isolate([&] { body(i); });
-        });
-    });
 }
 
 } // namespace VlScenelibEngine

@@ -6,9 +6,9 @@
 #include "inbox.h"
 #include "oprecord.h"
 #include "recooking.h"
+#include "workerpool.h"
 
-#include <oneapi/tbb/task_arena.h>
-
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -31,7 +31,7 @@ namespace VlScenelibEngine {
 class Engine {
 public:
     /// With 0 workers, as many threads cook as the machine runs at once.
-    explicit Engine(int workers = 0);
+    explicit Engine(int numberOfWorkers = 0);
     /// Stops; what is being cooked at the moment is finished first.
     ~Engine();
     Engine(const Engine&) = delete;
@@ -98,15 +98,12 @@ private:
     void recook(std::unique_lock<std::mutex>& lock);
     bool cookWanted(std::unique_lock<std::mutex>& lock);
     void cookPiece(const Piece& piece);
-    template <typename Body>
-    void parallelFor(std::size_t count, Body&& body);
     void setSettled(bool isSettled);
     void dropAllMemos();
     void adaptBatch(std::chrono::steady_clock::duration elapsed);
 
     std::shared_ptr<Inbox> inbox = std::make_shared<Inbox>();
-    tbb::task_arena arena;
-    std::size_t workerCount;
+    WorkerPool workers;
 
     /// Guards what those who edit see of the graph, and the order of commits.
     std::mutex editMutex;
