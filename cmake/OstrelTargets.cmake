@@ -35,8 +35,13 @@ function(ostrel_tests NAME)
                                              ${CMAKE_CURRENT_SOURCE_DIR}/tests)
   target_link_libraries(${NAME} PRIVATE ${ARG_DEPENDS} GTest::gmock GTest::gtest_main)
   target_compile_options(${NAME} PRIVATE ${OSTREL_WARNINGS} -Wno-sign-conversion)
+  set(properties TIMEOUT 600)
+  if(OSTREL_SANITIZER MATCHES thread)
+    list(APPEND properties
+         ENVIRONMENT TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/tsan.suppressions)
+  endif()
   gtest_discover_tests(${NAME} TEST_PREFIX "${NAME}." DISCOVERY_MODE PRE_TEST
-                       PROPERTIES TIMEOUT 600)
+                       NO_PRETTY_VALUES PROPERTIES ${properties})
 endfunction()
 
 # ostrel_plugin_library(NAME SOURCES sources... [DEPENDS libraries...] [DIRECTORY dir])
