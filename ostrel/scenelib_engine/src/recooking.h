@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <set>
 #include <vector>
 
 namespace VlScenelibEngine {

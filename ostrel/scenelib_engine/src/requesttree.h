@@ -3,10 +3,8 @@
 #include "cooknode.h"
 
 #include <cstddef>
-#include <functional>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -67,8 +67,8 @@ typedef struct ScenelibRuntimeSuite {
     /* The op with that id in the runtime's op graph, or null. */
     ScenelibOpHandle (*getOpFromOpId)(ScenelibRuntimeHandle runtime, int opId);
 
-    /* 1 while any commit, request or cook that concerns the runtime's clients is not finished. When
-     * 0, all that there is to report can be fetched. */
+    /* 1 while any commit, request or cook on the runtime's op graph is not finished. When 0, all
+     * that there is to report can be fetched. */
     int (*isProcessing)(ScenelibRuntimeHandle runtime);
 
     /* Drops every memoised cook; what clients cook is cooked and reported again. */
