@@ -31,7 +31,8 @@ stamp=$build/view.stamp
 is_built() {
     [ -e "$stamp" ] &&
         [ -z "$(find "$root/CMakeLists.txt" "$root/cmake" "$root/ostrel" "$root/viewer_api" \
-                     "$root/plugins" "$root/viewer" "$root/scripts" -newer "$stamp" -print -quit)" ]
+                     "$root/plugins" "$root/viewer" "$root/scripts" -type f ! -name '*.pyc' \
+                     -newer "$stamp" -print -quit)" ]
 }
 if ! is_built; then
     "$root/scripts/bootstrap.sh"
