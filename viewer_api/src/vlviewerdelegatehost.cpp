@@ -10,7 +10,6 @@
 #include "vlviewerdelegatecomponenthost.h"
 #include "workingsetextraction.h"
 
-#include "VlAttribute/GroupBuilder.h"
 #include "VlScenelib/Client.h"
 #include "VlScenelib/LocationEvent.h"
 #include "VlScenelib/ScenelibRuntime.h"
@@ -24,7 +23,6 @@ namespace ViewerAPI {
 using VlAttribute::Attribute;
 using VlAttribute::DoubleAttribute;
 using VlAttribute::GroupAttribute;
-using VlAttribute::GroupBuilder;
 using VlAttribute::StringAttribute;
 using VlScenelib::LocationData;
 using VlScenelib::LocationEvent;
@@ -139,7 +137,7 @@ void VlViewerDelegateHostStruct::fetchAndHandleEvents() {
     // All are read before any is handled, so that they show one moment of the scene.
     SceneEvents events = scene.fetchEvents(eventLimit);
     if (const std::int64_t now = steadyNow(); elapsedMs(lastCleanup, now) >= cleanupIntervalMs) {
-        cleanupLiveAttributesPass();
+        liveValues.forgetCurrent();
         lastCleanup = now;
     }
     handlePrimaryEvents(events.primary);
@@ -152,8 +150,7 @@ void VlViewerDelegateHostStruct::handlePrimaryEvents(std::vector<LocationEvent>&
     for (LocationEvent& event : events) {
         const std::string path = event.takeLocationPath();
         // Before the cook: what the runtime tells supersedes every value set on top.
-        bridge->cleanupLiveAttributes(path);
-        forgetLiveAttributes(path);
+        liveValues.forget(path);
         const LocationData& data = event.getLocationData();
         if (!data.doesLocationExist()) {
             locationTree.deleteLocation(path);
@@ -178,35 +175,7 @@ void VlViewerDelegateHostStruct::handleSourceEvents(std::vector<LocationEvent>& 
 
 void VlViewerDelegateHostStruct::handleLookThroughEvents(std::vector<LocationEvent>& events) {
     for (const LocationEvent& event : events)
-        lookThroughLiveAttributes.erase(event.getLocationPath());
-}
-
-void VlViewerDelegateHostStruct::forgetLiveAttributes(const std::string& path) {
-    if (!liveAttributes.empty())
-        liveAttributes.erase(path);
-    if (!lookThroughLiveAttributes.empty())
-        lookThroughLiveAttributes.erase(path);
-}
-
-void VlViewerDelegateHostStruct::cleanupLiveAttributesPass() {
-    cleanupCurrentLiveAttributes(liveAttributes, *scene.primaryClient);
-    cleanupCurrentLiveAttributes(lookThroughLiveAttributes, *scene.lookThroughClient);
-}
-
-void VlViewerDelegateHostStruct::cleanupCurrentLiveAttributes(LiveAttributes& live,
-                                                              const VlScenelib::Client& client) {
-    // The bridge may change the map while it is told.
-    std::vector<std::string> paths;
-    paths.reserve(live.size());
-    for (const auto& entry : live)
-        paths.push_back(entry.first);
-    for (const std::string& path : paths) {
-        if (!live.contains(path) ||
-            !client.isLocationDataCurrent(path, manipulationFreeze.manipulationCommitId))
-            continue;
-        bridge->cleanupLiveAttributes(path);
-        live.erase(path);
-    }
+        liveValues.forgetLookThrough(event.getLocationPath());
 }
 
 void VlViewerDelegateHostStruct::flushLocationChanges() {
@@ -376,6 +345,9 @@ GroupAttribute VlViewerDelegateHostStruct::getAttributes(const std::string& path
     case kVlViewerDelegateSources:
         return sourceLocationTree.getAttributes(path, true);
     case kVlViewerDelegateLookThrough: {
+        const auto& merged = liveValues.lookThroughMergedAttributes;
+        if (const auto found = merged.find(path); found != merged.end())
+            return found->second;
         const auto [data, isFound] = scene.lookThroughClient->getCachedLocation(path);
         return isFound ? data.getAttrs() : GroupAttribute();
     }
@@ -386,33 +358,32 @@ GroupAttribute VlViewerDelegateHostStruct::getAttributes(const std::string& path
 
 GroupAttribute VlViewerDelegateHostStruct::getCookedAttributes(const std::string& path,
                                                                int sceneView) const {
-    if (const LiveEntry* const entry = findLiveEntry(path, sceneView))
+    if (const LiveEntry* const entry = liveValues.findEntry(path, sceneView))
         return entry->base;
     return getAttributes(path, sceneView);
 }
 
 GroupAttribute VlViewerDelegateHostStruct::getLiveAttributes(const std::string& path,
                                                              int sceneView) const {
-    const LiveEntry* const entry = findLiveEntry(path, sceneView);
-    if (!entry)
-        return {};
-    GroupBuilder overrides;
-    for (const auto& [name, value] : entry->overrides)
-        overrides.set(name, value);
-    return overrides.build();
+    const LiveEntry* const entry = liveValues.findEntry(path, sceneView);
+    return entry ? entry->getOverrides() : GroupAttribute();
 }
 
-const LiveEntry* VlViewerDelegateHostStruct::findLiveEntry(const std::string& path,
-                                                           int sceneView) const {
-    const LiveAttributes* live = nullptr;
-    if (sceneView == kVlViewerDelegatePrimary)
-        live = &liveAttributes;
-    else if (sceneView == kVlViewerDelegateLookThrough)
-        live = &lookThroughLiveAttributes;
-    if (!live)
-        return nullptr;
-    const auto found = live->find(path);
-    return found == live->end() ? nullptr : &found->second;
+bool VlViewerDelegateHostStruct::setManipulatedAttribute(const std::string& path,
+                                                         const std::string& name,
+                                                         const Attribute& value, bool isFinal) {
+    const HostCall call(*this);
+    return liveValues.setAttribute(path, name, value, isFinal);
+}
+
+void VlViewerDelegateHostStruct::openManipulationGroup(const std::string& path) {
+    const HostCall call(*this);
+    liveValues.openGroup(path);
+}
+
+void VlViewerDelegateHostStruct::closeManipulationGroup(const std::string& path) {
+    const HostCall call(*this);
+    liveValues.closeGroup(path);
 }
 
 StringAttribute VlViewerDelegateHostStruct::getDescendantLocations(const std::string& path) const {

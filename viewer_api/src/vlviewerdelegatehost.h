@@ -2,7 +2,7 @@
 
 #include "componentlist.h"
 #include "hostobject.h"
-#include "liveattributes.h"
+#include "livevalues.h"
 #include "locationdelivery.h"
 #include "locationtree.h"
 #include "manipulationfreeze.h"
@@ -124,6 +124,15 @@ struct VlViewerDelegateHostStruct : public HostObject {
     /// Only the live values, by name; null when there are none, and always in the sources view.
     [[nodiscard]] VlAttribute::GroupAttribute getLiveAttributes(const std::string& path,
                                                                 int sceneView) const;
+    /// Sets an attribute as a manipulator does: shown at once, and passed on to the application.
+    /// The name may be dotted. Scene events are held back until some time after a final value.
+    /// False when the value is null or nothing is known of the location: livevalues.h tells the
+    /// rules.
+    bool setManipulatedAttribute(const std::string& path, const std::string& name,
+                                 const VlAttribute::Attribute& value, bool isFinal);
+    /// From now on plug-ins don't hear of each value that is set on the location, until its close.
+    void openManipulationGroup(const std::string& path);
+    void closeManipulationGroup(const std::string& path);
     /// Paths below this one that plug-ins were told of, in breadth-first order.
     [[nodiscard]] VlAttribute::StringAttribute
     getDescendantLocations(const std::string& path) const;
@@ -214,8 +223,7 @@ struct VlViewerDelegateHostStruct : public HostObject {
     void* hostedPythonObject;
     ComponentList components;
     ViewportList viewports;
-    LiveAttributes liveAttributes;
-    LiveAttributes lookThroughLiveAttributes;
+    LiveValues liveValues{*this};
     std::unique_ptr<ManipulatorBridge> bridge; ///< never null
     ManipulationFreeze manipulationFreeze;
     /// How often live values whose data has arrived are looked for, in milliseconds.
@@ -230,13 +238,9 @@ private:
     /// in its create entry, also when the construction fails afterwards.
     void endPlugins();
     void fetchAndHandleEvents();
-    void cleanupLiveAttributesPass();
-    void cleanupCurrentLiveAttributes(LiveAttributes& live, const VlScenelib::Client& client);
     void handlePrimaryEvents(std::vector<VlScenelib::LocationEvent>& events);
     void handleSourceEvents(std::vector<VlScenelib::LocationEvent>& events);
     void handleLookThroughEvents(std::vector<VlScenelib::LocationEvent>& events);
-    void forgetLiveAttributes(const std::string& path);
-    [[nodiscard]] const LiveEntry* findLiveEntry(const std::string& path, int sceneView) const;
 
     LocationDelivery delivery_{*this};
     bool isHandlingEvents_ = false;

@@ -65,27 +65,27 @@ TEST_F(AttributeAccess, aLookThroughLocationKnownNotToExistIsAbsent) {
 TEST_F(AttributeAccess, cookedAttributesAreTheBaseOfALiveEntryElseWhatIsThere) {
     EXPECT_EQ(textOf(delegate->getCookedAttributes("/root/a", 0)), "{name=\"primary\"}");
     EXPECT_EQ(textOf(delegate->getCookedAttributes("/root/a", 2)), "{name=\"lookThrough\"}");
-    setLive(delegate->liveAttributes);
+    setLive(delegate->liveValues.liveAttributes);
     EXPECT_EQ(textOf(delegate->getCookedAttributes("/root/a", 0)), "{name=\"base\"}");
     EXPECT_EQ(textOf(delegate->getCookedAttributes("/root/a", 1)), "{name=\"sources\"}");
     EXPECT_EQ(textOf(delegate->getCookedAttributes("/root/a", 2)), "{name=\"lookThrough\"}");
-    setLive(delegate->lookThroughLiveAttributes);
+    setLive(delegate->liveValues.lookThroughLiveAttributes);
     EXPECT_EQ(textOf(delegate->getCookedAttributes("/root/a", 2)), "{name=\"base\"}");
 }
 
 TEST_F(AttributeAccess, liveAttributesAreTheOverridesByName) {
     for (const int view : kViews)
         EXPECT_FALSE(delegate->getLiveAttributes("/root/a", view).isValid()) << view;
-    setLive(delegate->liveAttributes);
+    setLive(delegate->liveValues.liveAttributes);
     EXPECT_EQ(textOf(delegate->getLiveAttributes("/root/a", 0)), "{name=\"live\" z={nested=1}}");
     EXPECT_FALSE(delegate->getLiveAttributes("/root/a", 2).isValid());
-    setLive(delegate->lookThroughLiveAttributes);
+    setLive(delegate->liveValues.lookThroughLiveAttributes);
     EXPECT_TRUE(delegate->getLiveAttributes("/root/a", 2).isValid());
 }
 
 TEST_F(AttributeAccess, theSourcesViewNeverHasLiveAttributes) {
-    setLive(delegate->liveAttributes);
-    setLive(delegate->lookThroughLiveAttributes);
+    setLive(delegate->liveValues.liveAttributes);
+    setLive(delegate->liveValues.lookThroughLiveAttributes);
     EXPECT_FALSE(delegate->getLiveAttributes("/root/a", kVlViewerDelegateSources).isValid());
 }
 

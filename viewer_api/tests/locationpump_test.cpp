@@ -124,27 +124,27 @@ TEST_F(LocationPump, tellsTheBridgeOfEveryPrimaryAndPinnedEventAndOfNoOther) {
 TEST_F(LocationPump, anEventSupersedesTheLiveValuesOfItsLocation) {
     populate({{"/root/a", named("a")}, {"/root/b", named("b")}});
     for (const char* path : {"/root/a", "/root/b"}) {
-        delegate->liveAttributes[path] = liveEntry();
-        delegate->lookThroughLiveAttributes[path] = liveEntry();
+        delegate->liveValues.liveAttributes[path] = liveEntry();
+        delegate->liveValues.lookThroughLiveAttributes[path] = liveEntry();
     }
     bridge.onCall = [this](const std::string&) {
-        EXPECT_EQ(delegate->liveAttributes.count("/root/a"), 1U);
+        EXPECT_EQ(delegate->liveValues.liveAttributes.count("/root/a"), 1U);
     };
     client(kPrimaryClient).report("/root/a", named("a"));
     pump();
-    EXPECT_EQ(delegate->liveAttributes.count("/root/a"), 0U);
-    EXPECT_EQ(delegate->lookThroughLiveAttributes.count("/root/a"), 0U);
-    EXPECT_EQ(delegate->liveAttributes.count("/root/b"), 1U);
-    EXPECT_EQ(delegate->lookThroughLiveAttributes.count("/root/b"), 1U);
+    EXPECT_EQ(delegate->liveValues.liveAttributes.count("/root/a"), 0U);
+    EXPECT_EQ(delegate->liveValues.lookThroughLiveAttributes.count("/root/a"), 0U);
+    EXPECT_EQ(delegate->liveValues.liveAttributes.count("/root/b"), 1U);
+    EXPECT_EQ(delegate->liveValues.lookThroughLiveAttributes.count("/root/b"), 1U);
 }
 
 TEST_F(LocationPump, aLookThroughEventSupersedesOnlyTheLookThroughLiveValues) {
-    delegate->liveAttributes["/root/a"] = liveEntry();
-    delegate->lookThroughLiveAttributes["/root/a"] = liveEntry();
+    delegate->liveValues.liveAttributes["/root/a"] = liveEntry();
+    delegate->liveValues.lookThroughLiveAttributes["/root/a"] = liveEntry();
     client(kLookThroughClient).report("/root/a");
     pump();
-    EXPECT_EQ(delegate->liveAttributes.count("/root/a"), 1U);
-    EXPECT_EQ(delegate->lookThroughLiveAttributes.count("/root/a"), 0U);
+    EXPECT_EQ(delegate->liveValues.liveAttributes.count("/root/a"), 1U);
+    EXPECT_EQ(delegate->liveValues.lookThroughLiveAttributes.count("/root/a"), 0U);
 }
 
 TEST_F(LocationPump, removesALocationThatIsGone) {
@@ -208,15 +208,15 @@ TEST_F(LocationPump, sendsLiveChangesWhileFrozenButNotThatTheSelectionMayHaveCha
 }
 
 TEST_F(LocationPump, doesNotLookForStaleLiveValuesWhileFrozen) {
-    delegate->liveAttributes["/root/a"] = liveEntry();
+    delegate->liveValues.liveAttributes["/root/a"] = liveEntry();
     client(kPrimaryClient).isCurrent = [](const std::string&, std::int64_t) { return true; };
     freezeNow();
     clock.advanceMs(5000);
     pump();
-    EXPECT_EQ(delegate->liveAttributes.size(), 1U);
+    EXPECT_EQ(delegate->liveValues.liveAttributes.size(), 1U);
     bridge.commitId = 3;
     pump();
-    EXPECT_TRUE(delegate->liveAttributes.empty());
+    EXPECT_TRUE(delegate->liveValues.liveAttributes.empty());
 }
 
 TEST_F(LocationPump, aPeriodOfZeroAsksForTheCommitInTheNextPump) {
@@ -242,13 +242,13 @@ TEST_F(LocationPump, theFreezePeriodIsSetFromOutside) {
 
 TEST_F(LocationPump, looksForStaleLiveValuesOnceInAnInterval) {
     client(kPrimaryClient).isCurrent = [](const std::string&, std::int64_t) { return true; };
-    delegate->liveAttributes["/root/a"] = liveEntry();
+    delegate->liveValues.liveAttributes["/root/a"] = liveEntry();
     clock.advanceMs(999);
     pump();
-    EXPECT_EQ(delegate->liveAttributes.size(), 1U);
+    EXPECT_EQ(delegate->liveValues.liveAttributes.size(), 1U);
     clock.advanceMs(1);
     pump();
-    EXPECT_TRUE(delegate->liveAttributes.empty());
+    EXPECT_TRUE(delegate->liveValues.liveAttributes.empty());
     EXPECT_EQ(delegate->lastCleanup, clock.now);
     EXPECT_THAT(log.take("cleanupLiveAttributes"),
                 ElementsAre("bridge cleanupLiveAttributes /root/a"));
@@ -265,16 +265,16 @@ TEST_F(LocationPump, dropsOnlyLiveValuesWhoseDataReflectsTheManipulationsCommit)
         return path == "/root/b";
     };
     for (const char* path : {"/root/a", "/root/b"}) {
-        delegate->liveAttributes[path] = liveEntry();
-        delegate->lookThroughLiveAttributes[path] = liveEntry();
+        delegate->liveValues.liveAttributes[path] = liveEntry();
+        delegate->liveValues.lookThroughLiveAttributes[path] = liveEntry();
     }
     clock.advanceMs(1000);
     pump();
     EXPECT_THAT(askedFor, ElementsAre(6, 6));
-    EXPECT_EQ(delegate->liveAttributes.count("/root/a"), 0U);
-    EXPECT_EQ(delegate->liveAttributes.count("/root/b"), 1U);
-    EXPECT_EQ(delegate->lookThroughLiveAttributes.count("/root/a"), 1U);
-    EXPECT_EQ(delegate->lookThroughLiveAttributes.count("/root/b"), 0U);
+    EXPECT_EQ(delegate->liveValues.liveAttributes.count("/root/a"), 0U);
+    EXPECT_EQ(delegate->liveValues.liveAttributes.count("/root/b"), 1U);
+    EXPECT_EQ(delegate->liveValues.lookThroughLiveAttributes.count("/root/a"), 1U);
+    EXPECT_EQ(delegate->liveValues.lookThroughLiveAttributes.count("/root/b"), 0U);
     EXPECT_THAT(log.take("cleanupLiveAttributes"),
                 ElementsAre("bridge cleanupLiveAttributes /root/a",
                             "bridge cleanupLiveAttributes /root/b"));
@@ -283,8 +283,8 @@ TEST_F(LocationPump, dropsOnlyLiveValuesWhoseDataReflectsTheManipulationsCommit)
 TEST_F(LocationPump, survivesABridgeThatDropsLiveValuesDuringThePass) {
     client(kPrimaryClient).isCurrent = [](const std::string&, std::int64_t) { return true; };
     for (const char* path : {"/root/a", "/root/b", "/root/c"})
-        delegate->liveAttributes[path] = liveEntry();
-    bridge.onCall = [this](const std::string&) { delegate->liveAttributes.clear(); };
+        delegate->liveValues.liveAttributes[path] = liveEntry();
+    bridge.onCall = [this](const std::string&) { delegate->liveValues.liveAttributes.clear(); };
     clock.advanceMs(1000);
     pump();
     EXPECT_THAT(log.take("cleanupLiveAttributes"),

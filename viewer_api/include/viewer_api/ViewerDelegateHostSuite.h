@@ -10,8 +10,8 @@
  * object that bears the name does. Indices out of range give nulls, "" or no action.
  *
  * Entries of what this host does not have yet are null: getCompatibleManipulatorsInfo,
- * setManipulatedAttribute, openManipulationGroup, closeManipulationGroup, setBoundingBoxesEnabled
- * and setProxyGeometryEnabled. A plug-in that wants one looks before it calls.
+ * setBoundingBoxesEnabled and setProxyGeometryEnabled. A plug-in that wants one looks before it
+ * calls.
  */
 #pragma once
 
@@ -197,8 +197,9 @@ typedef struct ViewerDelegateHostSuite {
     const char* (*getViewportName)(VlViewerDelegateHandle host, uint32_t index);
 
     /* Sets an attribute of a location as a manipulator does: shown at once, and passed to the
-     * application. `name` may be dotted. A final value ends a drag. 1 when the value was taken, 0
-     * when it is null or nothing is known of the location.
+     * application. `name` may be dotted; one that no attribute can have ("", "a..b") throws. A
+     * final value ends a drag. 1 when the value was taken, 0 when it is null or nothing is known of
+     * the location.
      * [ui-thread] */
     uint8_t (*setManipulatedAttribute)(VlViewerDelegateHandle host, const char* path,
                                        const char* name, VlAttributeStruct* value, int isFinal);

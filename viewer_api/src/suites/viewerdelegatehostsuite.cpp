@@ -183,6 +183,22 @@ const char* getViewportName(VlViewerDelegateHandle host, uint32_t index) {
     return delegateOf(host).getViewportName(index);
 }
 
+uint8_t setManipulatedAttribute(VlViewerDelegateHandle host, const char* path, const char* name,
+                                VlAttributeStruct* value, int isFinal) {
+    return delegateOf(host).setManipulatedAttribute(textOf(path), textOf(name),
+                                                    Attribute::CreateAndRetain(value), isFinal != 0)
+               ? 1
+               : 0;
+}
+
+void openManipulationGroup(VlViewerDelegateHandle host, const char* path) {
+    delegateOf(host).openManipulationGroup(textOf(path));
+}
+
+void closeManipulationGroup(VlViewerDelegateHandle host, const char* path) {
+    delegateOf(host).closeManipulationGroup(textOf(path));
+}
+
 VlAttributeStruct* getDescendantLocations(VlViewerDelegateHandle host, const char* path) {
     return delegateOf(host).getDescendantLocations(textOf(path)).detach();
 }
@@ -269,9 +285,9 @@ constexpr Suite makeSuite(PartialXform partialXform) {
         .removeViewportByIndex = removeViewportByIndex,
         .getNumberOfViewports = getNumberOfViewports,
         .getViewportName = getViewportName,
-        .setManipulatedAttribute = nullptr,
-        .openManipulationGroup = nullptr,
-        .closeManipulationGroup = nullptr,
+        .setManipulatedAttribute = setManipulatedAttribute,
+        .openManipulationGroup = openManipulationGroup,
+        .closeManipulationGroup = closeManipulationGroup,
         .setBoundingBoxesEnabled = nullptr,
         .setProxyGeometryEnabled = nullptr,
         .getDescendantLocations = getDescendantLocations,
