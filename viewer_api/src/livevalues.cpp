@@ -84,6 +84,7 @@ bool LiveValues::setLookThrough(const std::string& path, const std::string& name
     entry->second.overrides[name] = value;
     const GroupAttribute merged = entry->second.merge();
     lookThroughMergedAttributes[path] = merged;
+    delegate_.lookThrough.onAttributesMerged(path, merged);
     return true;
 }
 
@@ -98,6 +99,7 @@ void LiveValues::closeGroup(const std::string& path) {
         return;
     // Open to the end: a value that is set while the news goes out waits for the next flush.
     try {
+        delegate_.lookThrough.releaseDeferred(path);
         delegate_.flushLocationChanges();
     } catch (...) {
         manipulatedLocations.erase(path);

@@ -1,5 +1,6 @@
 #include "viewportlist.h"
 
+#include "vlviewerdelegatehost.h"
 #include "vlviewporthost.h"
 
 #include <algorithm>
@@ -40,6 +41,10 @@ std::uint32_t ViewportList::getNumberOfViewports() const {
     return static_cast<std::uint32_t>(viewports.size());
 }
 
+bool ViewportList::contains(const VlViewportHostStruct* viewport) const {
+    return std::ranges::find(viewports, viewport) != viewports.end();
+}
+
 void ViewportList::removeViewport(const std::string& name) {
     const auto found = viewportIndices.find(name);
     if (found != viewportIndices.end())
@@ -60,6 +65,7 @@ void ViewportList::removeViewportByIndex(std::uint32_t index) {
             --entry->second;
         ++entry;
     }
+    delegate_.lookThrough.forgetViewport(viewport.get());
     viewport->cleanup();
 }
 

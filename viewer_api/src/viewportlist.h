@@ -7,12 +7,13 @@
 
 namespace ViewerAPI {
 
+struct VlViewerDelegateHostStruct;
 struct VlViewportHostStruct;
 
 /// A delegate's viewports in order, and their names. [ui-thread]
 class ViewportList {
 public:
-    ViewportList() = default;
+    explicit ViewportList(VlViewerDelegateHostStruct& delegate) noexcept : delegate_(delegate) {}
     /// Ends the viewports that are left, as clear() does.
     ~ViewportList();
     ViewportList(const ViewportList&) = delete;
@@ -28,9 +29,10 @@ public:
     /// "" when out of range or nameless; valid until the viewport goes.
     [[nodiscard]] const char* getViewportName(std::uint32_t index) const;
     [[nodiscard]] std::uint32_t getNumberOfViewports() const;
+    [[nodiscard]] bool contains(const VlViewportHostStruct* viewport) const;
 
-    /// Takes the viewport and its names out, calls its cleanup and ends it, when the outermost call
-    /// returns if it is being called.
+    /// Takes the viewport and its names out, drops what it looks through, calls its cleanup and
+    /// ends it, when the outermost call returns if it is being called.
     void removeViewport(const std::string& name);
     void removeViewportByIndex(std::uint32_t index);
 
@@ -40,6 +42,9 @@ public:
 
     std::map<std::string, std::uint32_t> viewportIndices;
     std::vector<VlViewportHostStruct*> viewports; ///< owned
+
+private:
+    VlViewerDelegateHostStruct& delegate_;
 };
 
 } // namespace ViewerAPI

@@ -174,8 +174,10 @@ void VlViewerDelegateHostStruct::handleSourceEvents(std::vector<LocationEvent>& 
 }
 
 void VlViewerDelegateHostStruct::handleLookThroughEvents(std::vector<LocationEvent>& events) {
-    for (const LocationEvent& event : events)
+    for (const LocationEvent& event : events) {
         liveValues.forgetLookThrough(event.getLocationPath());
+        lookThrough.onLocationEvent(event.getLocationPath(), event.getLocationData());
+    }
 }
 
 void VlViewerDelegateHostStruct::flushLocationChanges() {

@@ -5,6 +5,7 @@
 #include "livevalues.h"
 #include "locationdelivery.h"
 #include "locationtree.h"
+#include "lookthrough.h"
 #include "manipulationfreeze.h"
 #include "sceneclients.h"
 #include "sourcelocationtree.h"
@@ -205,6 +206,11 @@ struct VlViewerDelegateHostStruct : public HostObject {
     void removeViewport(const std::string& name) { viewports.removeViewport(name); }
     void removeViewportByIndex(std::uint32_t index) { viewports.removeViewportByIndex(index); }
 
+    /// Has the viewport look through a location: lookthrough.h tells the rules.
+    void setLookThroughLocation(VlViewportHostStruct* viewport, const char* path) {
+        lookThrough.setLocation(viewport, path);
+    }
+
     // Upward calls
 
     /// Fires a channel of the user interface with a value, which may be null; its answer, null
@@ -222,7 +228,8 @@ struct VlViewerDelegateHostStruct : public HostObject {
     std::int32_t eventLimit = -1;
     void* hostedPythonObject;
     ComponentList components;
-    ViewportList viewports;
+    ViewportList viewports{*this};
+    LookThrough lookThrough{*this};
     LiveValues liveValues{*this};
     std::unique_ptr<ManipulatorBridge> bridge; ///< never null
     ManipulationFreeze manipulationFreeze;

@@ -27,6 +27,7 @@ VIEWER_DELEGATE = (
     ("closeLocations", "closeLocations(list(str) locationPaths)"),
     ("pinLocations", "pinLocations(list(str) locationPaths)"),
     ("unpinLocations", "unpinLocations(list(str) locationPaths)"),
+    ("setLookThroughLocation", "setLookThroughLocation(Viewport viewport, str location)"),
     ("setWorkingSetVisibilityEnabled",
      "setWorkingSetVisibilityEnabled(bool "
      "workingSetVisibilityEnabled)"),

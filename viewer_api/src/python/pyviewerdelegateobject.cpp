@@ -237,6 +237,20 @@ PyObject* getViewportName(Record& self, PyObject* args) {
     return newText(self.host->getViewportName(static_cast<std::uint32_t>(index)));
 }
 
+PyObject* setLookThroughLocation(Record& self, PyObject* args) {
+    PyObject* object = nullptr; // borrowed
+    TextArgument path;
+    if (!parseArguments(args, "Os", &object, path)) {
+        return nullptr;
+    }
+    const PyViewportObject& viewport = viewportArgument(object);
+    // A viewport that was removed is none, which is no error here.
+    if (!viewport.watch.expired()) {
+        self.host->setLookThroughLocation(viewport.host, path.get());
+    }
+    return returnNone();
+}
+
 PyObject* setWorkingSetVisibilityEnabled(Record& self, PyObject* args) {
     int isEnabled = 0;
     if (!PyArg_ParseTuple(args, "i", &isEnabled)) {
@@ -386,6 +400,8 @@ PyMethodDef methods[] = {
     method<&withPaths<&Host::closeLocations>>("closeLocations", docs::delegate::closeLocations),
     method<&withPaths<&Host::pinLocations>>("pinLocations", docs::delegate::pinLocations),
     method<&withPaths<&Host::unpinLocations>>("unpinLocations", docs::delegate::unpinLocations),
+    method<&setLookThroughLocation>("setLookThroughLocation",
+                                    docs::delegate::setLookThroughLocation),
     method<&setWorkingSetVisibilityEnabled>("setWorkingSetVisibilityEnabled",
                                             docs::delegate::setWorkingSetVisibilityEnabled),
     method<&getWorkingSetVisibilityEnabled>("getWorkingSetVisibilityEnabled",

@@ -13,6 +13,7 @@
 
 #include "viewer_api/ViewportPluginSuite.h"
 
+#include <cassert>
 #include <cstdint>
 #include <memory>
 
@@ -482,6 +483,11 @@ PyObject* createViewport(const std::string& pluginName, const std::string& name,
         delegate->addViewport(host.release(), name);
     }
     return wrapper.release();
+}
+
+const PyViewportObject& viewportArgument(PyObject* object) {
+    assert(Py_TYPE(object) == &type && "ViewerDelegate.setLookThroughLocation(): not a Viewport");
+    return *reinterpret_cast<PyViewportObject*>(object);
 }
 
 void registerViewportType(PyObject* module) {

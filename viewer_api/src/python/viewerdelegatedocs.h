@@ -90,6 +90,13 @@ inline constexpr char unpinLocations[] =
     "unpinLocations(list(str) locationPaths)\n\n"
     "Releases a list of locations that pinLocations() has pinned.";
 
+inline constexpr char setLookThroughLocation[] =
+    "setLookThroughLocation(Viewport viewport, str location)\n\n"
+    "Has a viewport look through a location, which is cooked for it, or through none with an empty "
+    "string. The outcome is told by the callbacks \"__LOOKTHROUGH_LOCATION_CHANGE_REQUESTED\", "
+    "\"__LOOKTHROUGH_LOCATION_COOKED\", \"__LOOKTHROUGH_LOCATION_CHANGED\" and "
+    "\"__LOOKTHROUGH_LOCATION_DOES_NOT_EXIST\".";
+
 inline constexpr char setWorkingSetVisibilityEnabled[] =
     "setWorkingSetVisibilityEnabled(bool workingSetVisibilityEnabled)\n\n"
     "Specifies whether the visibility working set decides what is shown, instead of which "
