@@ -1,5 +1,6 @@
 #include "VlScenelibEngine/ChildList.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -21,21 +22,47 @@ bool AttributeContexts::isSame(std::size_t index, const ChildContexts& other,
     return get(index) == static_cast<const AttributeContexts&>(other).get(otherIndex);
 }
 
+SparseContexts::SparseContexts(std::vector<Entry> perNamedChild)
+    : entries(std::move(perNamedChild)) {
+    std::ranges::sort(entries, {}, &Entry::first);
+}
+
+const VlAttribute::Attribute& SparseContexts::get(std::size_t index) const {
+    static const VlAttribute::Attribute none;
+    const auto found = std::ranges::lower_bound(entries, index, {}, &Entry::first);
+    return found != entries.end() && found->first == index ? found->second : none;
+}
+
+bool SparseContexts::isSame(std::size_t index, const ChildContexts& other,
+                            std::size_t otherIndex) const {
+    return get(index) == static_cast<const SparseContexts&>(other).get(otherIndex);
+}
+
 ChildList::Ptr ChildList::create(VlAttribute::StringAttribute names,
                                  std::shared_ptr<const ChildContexts> contexts) {
     if (names.getNumberOfValues() == 0) {
         return nullptr;
     }
-    return Ptr(new ChildList(std::move(names), std::move(contexts)));
+    std::shared_ptr<const Places> places = makePlaces(names.getNearestSample(0));
+    return Ptr(new ChildList(std::move(names), std::move(contexts), std::move(places)));
+}
+
+ChildList::Ptr ChildList::withContexts(std::shared_ptr<const ChildContexts> otherContexts) const {
+    return Ptr(new ChildList(attribute, std::move(otherContexts), places));
 }
 
 ChildList::ChildList(VlAttribute::StringAttribute childNames,
-                     std::shared_ptr<const ChildContexts> childContexts)
+                     std::shared_ptr<const ChildContexts> childContexts,
+                     std::shared_ptr<const Places> namePlaces)
     : attribute(std::move(childNames)), names(attribute.getNearestSample(0)),
-      contexts(std::move(childContexts)) {
-    const bool isLong = names.size() > kSearchedLength;
-    if (isLong) {
-        places.reserve(names.size());
+      contexts(std::move(childContexts)), places(std::move(namePlaces)) {}
+
+std::shared_ptr<const ChildList::Places>
+ChildList::makePlaces(const VlAttribute::StringSample& names) {
+    std::shared_ptr<Places> places;
+    if (names.size() > kSearchedLength) {
+        places = std::make_shared<Places>();
+        places->reserve(names.size());
     }
     for (std::size_t i = 0; i < names.size(); ++i) {
         const std::string_view name = names[i];
@@ -46,8 +73,8 @@ ChildList::ChildList(VlAttribute::StringAttribute childNames,
             refuse(name, "contains \"/\"");
         }
         bool isNew = true;
-        if (isLong) {
-            isNew = places.emplace(name, i).second;
+        if (places) {
+            isNew = places->emplace(name, i).second;
         } else {
             for (std::size_t j = 0; j < i && isNew; ++j) {
                 isNew = std::string_view(names[j]) != name;
@@ -57,15 +84,16 @@ ChildList::ChildList(VlAttribute::StringAttribute childNames,
             refuse(name, "stands twice");
         }
     }
+    return places;
 }
 
 std::size_t ChildList::find(std::string_view name, std::size_t hint) const {
     if (hint < names.size() && names[hint] == name) {
         return hint;
     }
-    if (!places.empty()) {
-        const auto found = places.find(name);
-        return found == places.end() ? kNone : found->second;
+    if (places) {
+        const auto found = places->find(name);
+        return found == places->end() ? kNone : found->second;
     }
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (names[i] == name) {

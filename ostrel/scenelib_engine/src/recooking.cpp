@@ -375,7 +375,9 @@ void Recooking::storeLocation(GraphOp& op, CookNode& node, const LocationNames& 
     const ChildList::Ptr before = std::exchange(node.children, std::move(result.children));
     node.attrs = std::move(result.attrs);
     node.version = Cooker::makeVersion();
-    if (before != node.children && node.getBlock()) {
+    if (before != node.children && node.getBlock() && sameNames) {
+        compareContexts(op, node, *before);
+    } else if (before != node.children && node.getBlock()) {
         rearrangeChildren(op, node, names, before.get());
     }
     if (!sameNames && node.children && !op.outputs.empty()) {
@@ -396,16 +398,23 @@ void Recooking::touchAdded(GraphOp& op, const LocationNames& names, const ChildL
     }
 }
 
+void Recooking::compareContexts(GraphOp& op, CookNode& node, const ChildList& before) {
+    CookBlock& block = *node.getBlock();
+    for (std::size_t i = 0; i < block.size(); ++i) {
+        if (!hasSameContext(*node.children, i, before, i)) {
+            markDirty(op, block.child(i));
+        }
+    }
+}
+
 void Recooking::rearrangeChildren(GraphOp& op, CookNode& node, const LocationNames& names,
                                   const ChildList* before) {
     CookBlock& block = *node.getBlock();
     const std::size_t count = node.children ? node.children->size() : 0;
     std::vector<CookNode*> nodes(count);
     std::vector<bool> isKept(block.size());
-    bool isSameOrder = count == block.size();
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t old = before->find(node.children->getName(i), i);
-        isSameOrder = isSameOrder && old == i;
         if (old == ChildList::kNone) {
             continue;
         }
@@ -414,9 +423,6 @@ void Recooking::rearrangeChildren(GraphOp& op, CookNode& node, const LocationNam
         if (!hasSameContext(*node.children, i, *before, old)) {
             markDirty(op, *nodes[i]);
         }
-    }
-    if (isSameOrder) {
-        return;
     }
     LocationNames childNames = names;
     childNames.emplace_back();

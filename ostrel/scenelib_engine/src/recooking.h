@@ -73,6 +73,7 @@ private:
     void storeLocation(GraphOp& op, CookNode& node, const LocationNames& names, CookResult& result);
     void touchAdded(GraphOp& op, const LocationNames& names, const ChildList* before,
                     const ChildList& after);
+    void compareContexts(GraphOp& op, CookNode& node, const ChildList& before);
     void rearrangeChildren(GraphOp& op, CookNode& node, const LocationNames& names,
                            const ChildList* before);
     void retire(std::unique_ptr<CookBlock> block);

@@ -130,6 +130,30 @@ private:
         return path;
     }
 
+    /// Edits of locations that are there and of some that are not; of a number, or of the group in
+    /// which "Test.Far" shows what it read.
+    GroupAttribute randomEdits(const GroupAttribute& before) {
+        GroupBuilder edits;
+        edits.update(before);
+        for (std::size_t count = pick(3) + 1; count > 0; --count) {
+            std::string level;
+            for (std::size_t depth = pick(static_cast<std::size_t>(shape.depth) + 1); depth > 0;
+                 --depth) {
+                level += "c." + pickName() + ".";
+            }
+            static const std::vector<const char*> attributes{"v", "w", "far.v", "far"};
+            const std::string name = level + "a." + attributes[pick(attributes.size())];
+            if (chance(30)) {
+                edits.del(name);
+            } else if (chance(10)) {
+                edits.set(name, GroupAttribute::Empty());
+            } else {
+                edits.set(name, IntAttribute(static_cast<int>(pick(3))));
+            }
+        }
+        return edits.build();
+    }
+
     GroupAttribute randomLevel(int depth) {
         GroupBuilder level;
         level.set("a", GroupAttribute::Empty());
@@ -144,10 +168,10 @@ private:
     }
 
     void setRandomArgs(OpModel& model) {
-        static const std::vector<const char*> types{"no-op",       "Scene.Literal", "Scene.Literal",
-                                                    "Scene.Merge", "Scene.Merge",   "Test.Stamp",
-                                                    "Test.Filter", "Test.Far",      "Test.Throw",
-                                                    "Test.Swap",   "Test.Unknown"};
+        static const std::vector<const char*> types{
+            "no-op",        "Scene.Literal", "Scene.Literal", "Scene.Merge", "Scene.Merge",
+            "Test.Stamp",   "Test.Filter",   "Test.Far",      "Test.Throw",  "Test.Swap",
+            "Test.Unknown", "Scene.Edit",    "Scene.Edit"};
         if (chance(20)) {
             model.type = types[pick(types.size())];
         }
@@ -172,6 +196,11 @@ private:
                 level.del("c." + name);
             }
             args.set("staticScene", level.build());
+        }
+        if (model.type == "Scene.Edit" && !chance(10)) {
+            args.set("edits",
+                     randomEdits(chance(80) ? GroupAttribute(model.args.getChildByName("edits"))
+                                            : GroupAttribute()));
         }
         model.args = args.build();
     }

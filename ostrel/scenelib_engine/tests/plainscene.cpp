@@ -117,6 +117,32 @@ PlainLocation swap(const std::string& name, const PlainLocation* first,
     return location;
 }
 
+/// Sets what stands below `path` in `edits`, one attribute after the other.
+void setDeeply(GroupBuilder& attrs, const GroupAttribute& before, const GroupAttribute& edits,
+               const std::string& path) {
+    for (std::int64_t i = 0; i < edits.getNumberOfChildren(); ++i) {
+        const std::string name = path + std::string(edits.getChildName(i));
+        const Attribute value = edits.getChildByIndex(i);
+        const GroupAttribute group(value);
+        if (group && GroupAttribute(before.getChildByName(name))) {
+            setDeeply(attrs, before, group, name + ".");
+        } else {
+            attrs.set(name, value);
+        }
+    }
+}
+
+void edit(PlainLocation& location, const GroupAttribute& edits) {
+    GroupBuilder attrs;
+    attrs.update(location.attrs);
+    setDeeply(attrs, location.attrs, GroupAttribute(edits.getChildByName("a")), "");
+    location.attrs = attrs.build();
+    const GroupAttribute children(edits.getChildByName("c"));
+    for (auto& [name, child] : location.children) {
+        edit(child, GroupAttribute(children.getChildByName(name)));
+    }
+}
+
 } // namespace
 
 const PlainLocation* PlainLocation::findChild(std::string_view name) const {
@@ -175,6 +201,12 @@ PlainScene evaluatePlainly(const std::string& type, const GroupAttribute& args,
             }
         }
         return roots.empty() ? std::nullopt : PlainScene(merge(roots));
+    }
+    if (type == "Scene.Edit") {
+        if (scene) {
+            edit(*scene, GroupAttribute(args.getChildByName("edits")));
+        }
+        return scene;
     }
     if (type == "Test.Throw") {
         if (text("name") == "root") {

@@ -23,6 +23,7 @@ using VlScenelibEngine::ArgSets;
 using VlScenelibEngine::ChildList;
 using VlScenelibEngine::CookNode;
 using VlScenelibEngine::RequestTree;
+using VlScenelibEngine::SparseContexts;
 
 RequestTree::Cursor walk(const RequestTree& requests, std::string_view path) {
     RequestTree::Cursor cursor = requests.begin();
@@ -138,6 +139,36 @@ TEST(ChildList, refusesNamesThatCantStandInAPath) {
         }
     }
     EXPECT_EQ(ChildList::create(StringAttribute()), nullptr);
+}
+
+TEST(ChildList, sharesItsNamesWithOtherContexts) {
+    std::vector<std::string> names;
+    for (int i = 0; i < 100; ++i) {
+        names.push_back("n" + std::to_string(i));
+    }
+    ChildList::Ptr list = ChildList::create(StringAttribute(names));
+    const auto contexts = std::make_shared<SparseContexts>(std::vector<SparseContexts::Entry>());
+    const ChildList::Ptr with = list->withContexts(contexts);
+    EXPECT_EQ(with->getNames().getHandle(), list->getNames().getHandle());
+    EXPECT_EQ(with->getContexts(), contexts);
+    EXPECT_EQ(list->getContexts(), nullptr);
+    list = nullptr;
+    EXPECT_EQ(with->find("n57"), 57U);
+}
+
+TEST(SparseContexts, compareChildByChild) {
+    const StringAttribute a("a");
+    const StringAttribute b("b");
+    const SparseContexts some({{7, a}, {2, b}});
+    const SparseContexts moved({{3, b}, {7, b}});
+    EXPECT_EQ(some.get(7), a);
+    EXPECT_EQ(some.get(2), b);
+    EXPECT_FALSE(some.get(3).isValid());
+    EXPECT_FALSE(some.get(8).isValid());
+    EXPECT_TRUE(some.isSame(2, moved, 3));
+    EXPECT_FALSE(some.isSame(7, moved, 7));
+    EXPECT_TRUE(some.isSame(0, moved, 100));
+    EXPECT_FALSE(some.isSame(2, moved, 2));
 }
 
 } // namespace

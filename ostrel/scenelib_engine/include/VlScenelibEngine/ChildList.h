@@ -10,6 +10,7 @@
 #include <memory>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace VlScenelibEngine {
@@ -48,6 +49,23 @@ private:
     std::vector<VlAttribute::Attribute> attributes;
 };
 
+/// Contexts that are one attribute for a few of many children, and null for the others.
+class SparseContexts final : public ChildContexts {
+public:
+    using Entry = std::pair<std::size_t, VlAttribute::Attribute>;
+
+    /// Each child's index at most once, in any order.
+    explicit SparseContexts(std::vector<Entry> perNamedChild);
+
+    [[nodiscard]] const VlAttribute::Attribute& get(std::size_t index) const;
+    [[nodiscard]] bool isSame(std::size_t index, const ChildContexts& other,
+                              std::size_t otherIndex) const override;
+
+private:
+    /// By index.
+    std::vector<Entry> entries;
+};
+
 /// The children of a location: their names in order, and what their cooks are given. Shared: alike
 /// locations, in one op or in several, best share one list.
 ///
@@ -61,6 +79,9 @@ public:
     /// or stands twice.
     [[nodiscard]] static Ptr create(VlAttribute::StringAttribute names,
                                     std::shared_ptr<const ChildContexts> contexts = nullptr);
+    /// The same names with other contexts: for an op that keeps the children of its input. Shares
+    /// the names, so that it takes no longer where there are many.
+    [[nodiscard]] Ptr withContexts(std::shared_ptr<const ChildContexts> contexts) const;
 
     [[nodiscard]] std::size_t size() const noexcept { return names.size(); }
     [[nodiscard]] std::string_view getName(std::size_t index) const noexcept {
@@ -77,14 +98,19 @@ public:
     }
 
 private:
+    using Places = std::unordered_map<std::string_view, std::size_t>;
+
     ChildList(VlAttribute::StringAttribute childNames,
-              std::shared_ptr<const ChildContexts> childContexts);
+              std::shared_ptr<const ChildContexts> childContexts,
+              std::shared_ptr<const Places> namePlaces);
+
+    /// Throws as create() does. Null for lists that are short enough to be searched.
+    static std::shared_ptr<const Places> makePlaces(const VlAttribute::StringSample& names);
 
     VlAttribute::StringAttribute attribute;
     VlAttribute::StringSample names;
     std::shared_ptr<const ChildContexts> contexts;
-    /// Made on creation for lists that are too long to be searched.
-    std::unordered_map<std::string_view, std::size_t> places;
+    std::shared_ptr<const Places> places;
 };
 
 } // namespace VlScenelibEngine

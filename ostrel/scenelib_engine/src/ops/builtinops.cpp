@@ -1,5 +1,6 @@
 #include "ops/builtinops.h"
 
+#include "ops/edit.h"
 #include "ops/generate.h"
 #include "ops/import.h"
 #include "ops/literal.h"
@@ -17,6 +18,7 @@ void registerBuiltinOps() {
     registerOpType("Scene.Literal", std::make_shared<Literal>());
     registerOpType("Scene.Generate", std::make_shared<Generate>());
     registerOpType("Scene.Merge", std::make_shared<Merge>());
+    registerOpType("Scene.Edit", std::make_shared<Edit>());
 }
 
 } // namespace VlScenelibEngine
