@@ -27,6 +27,7 @@ public:
     /// Runs once the line of a call is written, and before it answers.
     std::function<void(const std::string& line)> onCall;
     std::int32_t commitId = 0; ///< the answer of `getManipulationCommitId`
+    bool takesValues = true;   ///< the answer of `setValue`
     int numberOfBridges = 0;   ///< that are alive
 
 private:
@@ -39,7 +40,7 @@ private:
                       const VlAttribute::Attribute& value, bool isFinal) override {
             owner.called("setValue " + location + " " + attributeName + " " + textOf(value) +
                          (isFinal ? " final" : ""));
-            return true;
+            return owner.takesValues;
         }
         bool isNodeEditable(const char* nodeName) override {
             owner.called(std::string("isNodeEditable ") + nodeName);
