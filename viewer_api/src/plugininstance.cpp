@@ -55,15 +55,19 @@ const PluginKindInfo& pluginKindInfo(PluginKind kind) {
     return kPluginKinds[static_cast<std::size_t>(kind)];
 }
 
-const void* findPluginSuite(PluginKind kind, std::string_view pluginName) {
+const void* loadPluginSuite(PluginKind kind, std::string_view pluginName) {
     const PluginKindInfo& info = pluginKindInfo(kind);
     const VlPluginRecord* const plugin =
         PluginManager::getPlugin(info.typeName, pluginName, info.apiVersion);
     if (!plugin)
         throwText(info.notLoadedPrefix, pluginName, info.notLoadedSuffix);
-    const void* const suite = PluginManager::getPluginSuite(plugin);
+    return PluginManager::getPluginSuite(plugin);
+}
+
+const void* findPluginSuite(PluginKind kind, std::string_view pluginName) {
+    const void* const suite = loadPluginSuite(kind, pluginName);
     if (!suite)
-        throwText(info.noSuitePrefix, pluginName, kQuoteStop);
+        throwText(pluginKindInfo(kind).noSuitePrefix, pluginName, kQuoteStop);
     return suite;
 }
 

@@ -33,9 +33,12 @@ struct PluginKindInfo {
 
 [[nodiscard]] const PluginKindInfo& pluginKindInfo(PluginKind kind);
 
-/// The suite of a registered plug-in, borrowed from the plug-in manager for the process's life.
-/// Throws std::runtime_error with the kind's text when the plug-in is not there, or has no suite.
-/// [ui-thread]
+/// The suite of a registered plug-in, borrowed from the plug-in manager for the process's life;
+/// null when the plug-in has none. Throws std::runtime_error with the kind's text when it is not
+/// there. [ui-thread]
+[[nodiscard]] const void* loadPluginSuite(PluginKind kind, std::string_view pluginName);
+
+/// The same, where having no suite is an error too, with the kind's text.
 [[nodiscard]] const void* findPluginSuite(PluginKind kind, std::string_view pluginName);
 
 /// Throws the kind's text for a create entry that answered null.

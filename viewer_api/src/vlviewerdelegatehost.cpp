@@ -1,6 +1,7 @@
 #include "vlviewerdelegatehost.h"
 
 #include "manipulatorbridge.h"
+#include "manipulatorregistry.h"
 #include "plugininstance.h"
 #include "pythonchannel.h"
 #include "raisedflag.h"
@@ -14,9 +15,13 @@
 #include "VlScenelib/LocationEvent.h"
 #include "VlScenelib/ScenelibRuntime.h"
 
+#include <boost/unordered_set.hpp>
+
 #include <algorithm>
 #include <atomic>
 #include <span>
+#include <string_view>
+#include <vector>
 
 namespace ViewerAPI {
 
@@ -390,6 +395,23 @@ void VlViewerDelegateHostStruct::closeManipulationGroup(const std::string& path)
 
 StringAttribute VlViewerDelegateHostStruct::getDescendantLocations(const std::string& path) const {
     return locationTree.getDescendantLocations(path);
+}
+
+GroupAttribute VlViewerDelegateHostStruct::getCompatibleManipulatorsInfo(const char* const* paths,
+                                                                         std::uint32_t count) {
+    if (!isPathList(paths, count))
+        return {};
+    const HostCall call(*this);
+    // Not a group by path, as a dot in a location's name would lead into another group.
+    boost::unordered_set<std::string_view> seen;
+    std::vector<GroupAttribute> locations;
+    for (const char* const path : std::span(paths, count)) {
+        if (!seen.insert(path).second)
+            continue;
+        if (GroupAttribute attributes = getAttributes(path, kVlViewerDelegatePrimary))
+            locations.push_back(std::move(attributes));
+    }
+    return ViewerAPI::getCompatibleManipulatorsInfo(locations);
 }
 
 // ---- Transforms and bounds

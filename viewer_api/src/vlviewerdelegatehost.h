@@ -138,6 +138,12 @@ struct VlViewerDelegateHostStruct : public HostObject {
     [[nodiscard]] VlAttribute::StringAttribute
     getDescendantLocations(const std::string& path) const;
 
+    /// The tags of the manipulators that match at least one of these locations, by what
+    /// `getAttributes` tells of them in the primary view: manipulator name to group of tags. Paths
+    /// that plug-ins were not told of match nothing. Null for a list with a null path in it.
+    [[nodiscard]] VlAttribute::GroupAttribute
+    getCompatibleManipulatorsInfo(const char* const* paths, std::uint32_t count);
+
     // Transforms and bounds: scenetransforms.h and scenebounds.h tell the rules
 
     [[nodiscard]] VlAttribute::DoubleAttribute getLocalXform(const std::string& path,

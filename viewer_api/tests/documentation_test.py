@@ -1,5 +1,6 @@
 """What help() says of the types: every method's signature, and the texts that carry meaning."""
 
+import sys
 import unittest
 
 import ViewerAPI_cmodule as ViewerAPI
@@ -54,6 +55,9 @@ VIEWER_DELEGATE = (
     ("freeze", "freeze()"),
     ("thaw", "thaw()"),
     ("flushCaches", "flushCaches()"),
+    ("getCompatibleManipulatorsInfo",
+     "getCompatibleManipulatorsInfo(list(str) locationPaths) -> GroupAttribute"),
+    ("getRegisteredManipulatorsInfo", "getRegisteredManipulatorsInfo() -> GroupAttribute"),
     ("registerCallback", "registerCallback(str name, callable callback) -> callable"),
     ("unregisterCallback", "unregisterCallback(str name)"),
     ("unregisterAllCallbacks", "unregisterAllCallbacks()"),
@@ -180,6 +184,10 @@ BY_NAME_TEXT = (
     "option hash to be re-generated with every call. For frequently used options it is "
     "recommended to cache the option hash.")
 
+MANIPULATORS_INFO = (
+    "{'manipName1': {'tagName1': value, 'tagName2': value},\n"
+    " 'manipName2': {'tagName1': value, 'tagName2': value}}")
+
 # Method to the paragraphs after the signature.
 TEXTS = {
     "ViewerDelegate": {
@@ -215,6 +223,13 @@ TEXTS = {
             "Gets the cooked attributes of a location. Unlike getAttributes(), this function does "
             "not apply the manipulated attributes on top."],
         "getOptionByName": [BY_NAME_TEXT],
+        "getCompatibleManipulatorsInfo": [
+            "Returns the information about the Manipulator plug-ins that are compatible with a "
+            "given list of locations. This is done by calling Manipulator.match() for the cooked "
+            "attributes of each of these locations. The Manipulators have to match ALL of the "
+            "given locations. The information is returned as a GroupAttribute that contains other "
+            "GroupAttributes with each manipulator's tags indexed by theManipulator plug-in name:",
+            MANIPULATORS_INFO],
         "setSelectedLocations": [
             "Called when locations are selected in Ostrel. Receives the list of currently "
             "selected locations"],
@@ -315,6 +330,10 @@ class DocumentationTest(unittest.TestCase):
                 self.assertEqual(paragraphs, documentation(typeName, method).split("\n\n")[1:],
                                  "%s.%s" % (typeName, method))
 
+    def test_theRegisteredManipulatorsInfoHasTheFormOfTheCompatibleOnes(self):
+        self.assertTrue(documentation("ViewerDelegate", "getRegisteredManipulatorsInfo")
+                        .endswith("\n\n" + MANIPULATORS_INFO))
+
     def test_hoverTellsOfTheContext(self):
         self.assertIn("Called whenever the mouse pointer hovers or exits the Viewport. This runs "
                       "with the GL context made current to allow hovering GL code to run.",
@@ -325,6 +344,13 @@ class DocumentationTest(unittest.TestCase):
             offered = [name for name in vars(getattr(ViewerAPI, typeName))
                        if not name.startswith("__")]
             self.assertEqual(sorted(name for name, _ in methods), sorted(offered), typeName)
+
+    @unittest.skipUnless(sys.version_info[0] >= 3, "Python 2's dicts have no order")
+    def test_methodsStandInTheirOrder(self):
+        for typeName, methods in METHODS:
+            offered = [name for name in vars(getattr(ViewerAPI, typeName))
+                       if not name.startswith("__")]
+            self.assertEqual([name for name, _ in methods], offered, typeName)
 
     def test_typesAndModuleHaveTheirTexts(self):
         for typeName, _ in METHODS:

@@ -27,6 +27,7 @@ COMPONENT = "ScriptedComponent"
 VIEWPORT = "ScriptedViewport"
 LAYER = "ScriptedLayer"
 CAMERA = "ScriptedCamera"
+MANIPULATORS = ("ScriptedMove", "ScriptedAim")
 
 
 class Bridge(object):

@@ -9,9 +9,8 @@
  * three places must not be null. Strings that are returned are never null and stay valid while the
  * object that bears the name does. Indices out of range give nulls, "" or no action.
  *
- * Entries of what this host does not have yet are null: getCompatibleManipulatorsInfo,
- * setBoundingBoxesEnabled and setProxyGeometryEnabled. A plug-in that wants one looks before it
- * calls.
+ * Entries of what this host does not have yet are null: setBoundingBoxesEnabled and
+ * setProxyGeometryEnabled. A plug-in that wants one looks before it calls.
  */
 #pragma once
 
@@ -121,8 +120,9 @@ typedef struct ViewerDelegateHostSuite {
      * [ui-thread] */
     VlAttributeStruct* (*getSelectedLocations)(VlViewerDelegateHandle host);
 
-    /* The tags of every manipulator that matches one of these locations: a GroupAttribute,
-     * manipulator name to group of tags; null when it can't be built.
+    /* The tags of every manipulator that matches at least one of these locations: a GroupAttribute,
+     * manipulator name to group of tags, empty when none does; null for a list with a null in it.
+     * Exceptions of the manipulators' entries pass through.
      * [ui-thread] */
     VlAttributeStruct* (*getCompatibleManipulatorsInfo)(VlViewerDelegateHandle host,
                                                         const char** paths, uint32_t count);

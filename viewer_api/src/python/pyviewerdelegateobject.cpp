@@ -1,6 +1,7 @@
 #include "pyviewerdelegateobject.h"
 
 #include "attributearguments.h"
+#include "manipulatorregistry.h"
 #include "optiondocs.h"
 #include "pyviewerdelegatecallbacks.h"
 #include "pyviewerdelegatecomponentobject.h"
@@ -319,6 +320,19 @@ PyObject* flushCaches(Record& self) {
     return returnNone();
 }
 
+PyObject* getCompatibleManipulatorsInfo(Record& self, PyObject* args) {
+    StringListArgument paths;
+    if (!paths.parse(args)) {
+        return nullptr;
+    }
+    return newPyAttribute(self.host->getCompatibleManipulatorsInfo(paths.paths(), paths.count()));
+}
+
+// Belongs to no delegate, and has never parsed its arguments.
+PyObject* getRegisteredManipulatorsInfo(Record& /*self*/, PyObject* /*ignored*/) {
+    return newPyAttribute(ViewerAPI::getRegisteredManipulatorsInfo());
+}
+
 PyObject* setup(Record& self) {
     self.host->setup();
     return returnNone();
@@ -427,6 +441,10 @@ PyMethodDef methods[] = {
     method<&freeze>("freeze", docs::delegate::freeze),
     method<&thaw>("thaw", docs::delegate::thaw),
     method<&flushCaches>("flushCaches", docs::delegate::flushCaches),
+    method<&getCompatibleManipulatorsInfo>("getCompatibleManipulatorsInfo",
+                                           docs::delegate::getCompatibleManipulatorsInfo),
+    method<&getRegisteredManipulatorsInfo>("getRegisteredManipulatorsInfo",
+                                           docs::delegate::getRegisteredManipulatorsInfo),
     pythonOnlyMethod<&registerCallback>("registerCallback", docs::delegate::registerCallback),
     pythonOnlyMethod<&unregisterCallback>("unregisterCallback", docs::delegate::unregisterCallback),
     pythonOnlyMethod<&unregisterAllCallbacks>("unregisterAllCallbacks",

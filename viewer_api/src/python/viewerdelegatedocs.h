@@ -172,6 +172,25 @@ inline constexpr char flushCaches[] =
     "flushCaches()\n\n"
     "Takes the whole scene down: informs the plugins that all locations have been deleted.";
 
+// What it says of ALL locations has never been so: one that matches is enough.
+inline constexpr char getCompatibleManipulatorsInfo[] =
+    "getCompatibleManipulatorsInfo(list(str) locationPaths) -> GroupAttribute\n\n"
+    "Returns the information about the Manipulator plug-ins that are compatible with a given list "
+    "of locations. This is done by calling Manipulator.match() for the cooked attributes of each "
+    "of these locations. The Manipulators have to match ALL of the given locations. The "
+    "information is returned as a GroupAttribute that contains other GroupAttributes with each "
+    "manipulator's tags indexed by theManipulator plug-in name:\n\n"
+    "{'manipName1': {'tagName1': value, 'tagName2': value},\n"
+    " 'manipName2': {'tagName1': value, 'tagName2': value}}";
+
+inline constexpr char getRegisteredManipulatorsInfo[] =
+    "getRegisteredManipulatorsInfo() -> GroupAttribute\n\n"
+    "Returns the information about all Manipulator plug-ins as a GroupAttribute that contains "
+    "other GroupAttributes with each manipulator's tags indexed by the Manipulator plug-in "
+    "name:\n\n"
+    "{'manipName1': {'tagName1': value, 'tagName2': value},\n"
+    " 'manipName2': {'tagName1': value, 'tagName2': value}}";
+
 inline constexpr char registerCallback[] =
     "registerCallback(str name, callable callback) -> callable\n\n"
     "Sets a callback function for callPythonCallback() calls. Returns the previously set callback.";

@@ -113,6 +113,11 @@ VlAttributeStruct* getSelectedLocations(VlViewerDelegateHandle host) {
     return delegateOf(host).getSelectedLocations().detach();
 }
 
+VlAttributeStruct* getCompatibleManipulatorsInfo(VlViewerDelegateHandle host, const char** paths,
+                                                 uint32_t count) {
+    return delegateOf(host).getCompatibleManipulatorsInfo(paths, count).detach();
+}
+
 VlAttributeStruct* callPythonCallback(VlViewerDelegateHandle host, const char* name,
                                       VlAttributeStruct* value) {
     return delegateOf(host).callPythonCallback(name, Attribute::CreateAndRetain(value)).detach();
@@ -269,7 +274,7 @@ constexpr Suite makeSuite(PartialXform partialXform) {
         .selectLocation = selectLocation,
         .selectLocations = selectLocations,
         .getSelectedLocations = getSelectedLocations,
-        .getCompatibleManipulatorsInfo = nullptr,
+        .getCompatibleManipulatorsInfo = getCompatibleManipulatorsInfo,
         .callPythonCallback = callPythonCallback,
         .addComponent = addComponent,
         .getComponent = getComponent,

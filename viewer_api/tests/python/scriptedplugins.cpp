@@ -4,6 +4,7 @@
 #include "VlAttribute/Attribute.h"
 #include "VlPluginSystem/PluginManager.h"
 #include "VlPluginSystem/VlPluginSystem.h"
+#include "viewer_api/ManipulatorPluginSuite.h"
 #include "viewer_api/ViewerDelegateComponentPluginSuite.h"
 #include "viewer_api/ViewerDelegateHostSuite.h"
 #include "viewer_api/ViewerDelegatePluginSuite.h"
@@ -19,10 +20,12 @@
 #include <vector>
 
 // Plug-ins of the five kinds whose every entry asks a Python function, for tests of the bindings:
-// "ScriptedDelegate", "ScriptedComponent", "ScriptedViewport", "ScriptedLayer", "ScriptedCamera".
+// "ScriptedDelegate", "ScriptedComponent", "ScriptedViewport", "ScriptedLayer", "ScriptedCamera";
+// and two Manipulators, "ScriptedMove" and "ScriptedAim", with the entries that need no instance.
 //
 //     setHook(hook)    hook(plugin, host, entry, arguments) -> answer, for every entry of every
-//                      instance; host is a number that stands for the host object
+//                      instance; host is a number that stands for the host object, 0 for an entry
+//                      without an instance
 //     StandardError    raised in the hook, it leaves the entry as a std::runtime_error of its text
 //     OtherError       raised in the hook, it leaves the entry as an int
 //
@@ -33,6 +36,10 @@
 //     selectLocation(host, path), selectLocations(host, [path]), getSelectedLocations(host)
 //     activateSourceLocations(host, [path])
 //     removeComponentByIndex(host, index), removeViewportByIndex(host, index)
+//
+// A listed plug-in that can't be had any more:
+//
+//     unregisterManipulator(name), registerManipulators()
 
 namespace {
 
@@ -307,6 +314,31 @@ ViewportCameraPluginSuite makeCamera() {
 
 const ViewportCameraPluginSuite kCamera = makeCamera();
 
+// The entries of a Manipulator that need no instance.
+template <const char* plugin>
+ManipulatorPluginSuite makeManipulator() {
+    ManipulatorPluginSuite suite{};
+    suite.matches = [](VlAttributeStruct* location) {
+        PyObject* arguments = Py_BuildValue("(N)", toPython(Borrowed{location}));
+        return fromAnswer<int>(askHook(plugin, nullptr, "matches", arguments));
+    };
+    suite.getTags = [] {
+        return fromAnswer<VlAttributeStruct*>(askHook(plugin, nullptr, "getTags", PyTuple_New(0)));
+    };
+    return suite;
+}
+
+constexpr char kMoveName[] = "ScriptedMove";
+constexpr char kAimName[] = "ScriptedAim";
+const ManipulatorPluginSuite kMove = makeManipulator<kMoveName>();
+const ManipulatorPluginSuite kAim = makeManipulator<kAimName>();
+
+const VlPluginRecord kManipulators[] = {
+    {"ManipulatorPlugin", kMoveName, 2, &kMove},
+    {"ManipulatorPlugin", "WithoutSuite", 2, nullptr},
+    {"ManipulatorPlugin", kAimName, 2, &kAim},
+};
+
 // A delegate whose table is missing, and a plug-in that is registered under one kind only.
 const VlPluginRecord kRecords[] = {
     {"ViewerDelegatePlugin", "ScriptedDelegate", 3, &kDelegate},
@@ -416,6 +448,28 @@ PyObject* getSelectedLocations(PyObject*, PyObject* args) {
     });
 }
 
+void unregisterManipulatorNamed(const char* name) {
+    VlPluginSystem::unregisterPlugin("ManipulatorPlugin", name, 2);
+}
+
+PyObject* unregisterManipulator(PyObject*, PyObject* args) {
+    TextArgument name;
+    if (!parseArguments(args, "s", name)) {
+        return nullptr;
+    }
+    unregisterManipulatorNamed(name.get());
+    return returnNone();
+}
+
+// All of them anew, in their order.
+PyObject* registerManipulators(PyObject*, PyObject*) {
+    for (const VlPluginRecord& record : kManipulators) {
+        unregisterManipulatorNamed(record.name);
+        VlPluginSystem::registerPlugin(record);
+    }
+    return returnNone();
+}
+
 PyObject* setHook(PyObject*, PyObject* args) {
     PyObject* callable = nullptr; // borrowed
     if (!PyArg_ParseTuple(args, "O", &callable)) {
@@ -440,6 +494,8 @@ PyMethodDef functions[] = {
      METH_VARARGS, nullptr},
     {"removeViewportByIndex", withIndex<&ViewerDelegateHostSuite::removeViewportByIndex>,
      METH_VARARGS, nullptr},
+    {"unregisterManipulator", unregisterManipulator, METH_VARARGS, nullptr},
+    {"registerManipulators", registerManipulators, METH_NOARGS, nullptr},
     {nullptr, nullptr, 0, nullptr},
 };
 
@@ -452,6 +508,7 @@ PYTHONCOMPAT_MODULE(ScriptedPlugins) {
     for (const VlPluginRecord& record : kRecords) {
         VlPluginSystem::registerPlugin(record);
     }
+    Py_XDECREF(registerManipulators(nullptr, nullptr));
     PyObject* module = pythoncompat::createModule("ScriptedPlugins", functions,
                                                   "Plug-ins whose entries ask a Python function.");
     char standardName[] = "ScriptedPlugins.StandardError";
