@@ -1,5 +1,7 @@
 #include "gl/gpumesh.h"
 
+#include "scene/closedmesh.h"
+
 #include <cstddef>
 
 namespace Bundled {
@@ -11,22 +13,20 @@ GLsizeiptr bytes(const std::vector<Element>& elements) {
     return static_cast<GLsizeiptr>(elements.size() * sizeof(Element));
 }
 
-const void* indexOffset(GLsizei index) {
-    return reinterpret_cast<const void*>(static_cast<std::size_t>(index) * sizeof(std::uint32_t));
-}
-
 } // namespace
 
-GpuMesh::GpuMesh(const MeshData& data)
-    : triangles(static_cast<GLsizei>(data.triangles.size())),
-      lines(static_cast<GLsizei>(data.lines.size())),
-      points(static_cast<GLsizei>(data.points.size())) {
+GpuMesh::GpuMesh(const MeshData& data) : closed(isClosedOutwards(data)) {
     glBindBuffer(GL_ARRAY_BUFFER, vertexBuffer.create());
     glBufferData(GL_ARRAY_BUFFER, bytes(data.vertices), data.vertices.data(), GL_STATIC_DRAW);
+    constexpr GLenum kModes[] = {GL_TRIANGLES, GL_LINES, GL_POINTS};
     std::vector<std::uint32_t> indices;
     indices.reserve(data.triangles.size() + data.lines.size() + data.points.size());
+    std::size_t kind = 0;
     for (const auto* part : {&data.triangles, &data.lines, &data.points}) {
+        ranges[kind] = {kModes[kind], static_cast<GLsizei>(indices.size()),
+                        static_cast<GLsizei>(part->size())};
         indices.insert(indices.end(), part->begin(), part->end());
+        ++kind;
     }
     // Filled as an array buffer: the element binding belongs to whatever vertex array is bound.
     glBindBuffer(GL_ARRAY_BUFFER, indexBuffer.create());
@@ -54,24 +54,6 @@ void GpuMesh::bindAttributes() const {
     }
     glBindBuffer(GL_ARRAY_BUFFER, 0);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indexBuffer.get());
-}
-
-void GpuMesh::drawTriangles(GLsizei instances) const {
-    if (triangles != 0) {
-        glDrawElementsInstanced(GL_TRIANGLES, triangles, GL_UNSIGNED_INT, indexOffset(0),
-                                instances);
-    }
-}
-
-void GpuMesh::drawLinesAndPoints(GLsizei instances) const {
-    if (lines != 0) {
-        glDrawElementsInstanced(GL_LINES, lines, GL_UNSIGNED_INT, indexOffset(triangles),
-                                instances);
-    }
-    if (points != 0) {
-        glDrawElementsInstanced(GL_POINTS, points, GL_UNSIGNED_INT, indexOffset(triangles + lines),
-                                instances);
-    }
 }
 
 } // namespace Bundled

@@ -78,11 +78,11 @@ void ShaderProgram::set(const char* uniform, const Imath::M44f& value) {
 }
 
 GLint ShaderProgram::location(const char* uniform) {
-    const auto [place, isNew] = locations.try_emplace(uniform, -1);
-    if (isNew) {
-        place->second = glGetUniformLocation(program.get(), uniform);
+    const auto found = locations.find(std::string_view(uniform));
+    if (found != locations.end()) {
+        return found->second;
     }
-    return place->second;
+    return locations[uniform] = glGetUniformLocation(program.get(), uniform);
 }
 
 } // namespace Bundled

@@ -6,7 +6,9 @@
 #include <Imath/ImathVec.h>
 
 #include <array>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace Bundled {
@@ -34,8 +36,15 @@ public:
 private:
     GLint location(const char* uniform);
 
+    struct NameHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const noexcept {
+            return std::hash<std::string_view>{}(name);
+        }
+    };
+
     GLProgram program;
-    std::unordered_map<std::string, GLint> locations;
+    std::unordered_map<std::string, GLint, NameHash, std::equal_to<>> locations;
 };
 
 } // namespace Bundled

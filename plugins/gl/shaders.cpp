@@ -157,6 +157,73 @@ void main() {
 }
 )";
 
+const char* const kDraftVertexShader = R"(
+layout(location = 0) in vec3 position;
+layout(location = 1) in vec3 normal;
+layout(location = 2) in vec2 st;
+layout(location = 3) in vec3 color;
+layout(location = 4) in vec3 row0;
+layout(location = 5) in vec3 row1;
+layout(location = 6) in vec3 row2;
+layout(location = 7) in vec3 row3;
+layout(location = 8) in float selected;
+
+uniform mat4 worldToView;
+uniform mat4 viewToClip;
+uniform float perspective;
+uniform vec3 baseColor;
+uniform int hasSurface;
+
+out vec3 lit;
+out vec2 texturePlace;
+
+void main() {
+    vec4 view = worldToView * vec4(mat3(row0, row1, row2) * position + row3, 1.0);
+    gl_Position = viewToClip * view;
+    texturePlace = st;
+    vec3 light = vec3(1.0);
+    if (hasSurface == 1) {
+        mat3 cofactors = mat3(cross(row1, row2), cross(row2, row0), cross(row0, row1));
+        vec3 n = normalize(mat3(worldToView) * (cofactors * normal));
+        n = dot(n, mix(vec3(0.0, 0.0, 1.0), -view.xyz, perspective)) < 0.0 ? -n : n;
+        const vec3 keyDirection = normalize(vec3(-0.60, 0.70, 0.55));
+        const vec3 fillDirection = normalize(vec3(0.85, 0.10, 0.45));
+        light = mix(vec3(0.075, 0.070, 0.065), vec3(0.190, 0.207, 0.232),
+                    0.5 + 0.5 * dot(n, worldToView[1].xyz));
+        light += vec3(0.800, 0.770, 0.725) * max(0.0, (dot(n, keyDirection) + 0.18) / 1.18);
+        light += vec3(0.115, 0.132, 0.160) * max(0.0, (dot(n, fillDirection) + 0.4) / 1.4);
+    }
+    lit = baseColor * color * light;
+    vec3 highlight = vec3(1.0, 0.36, 0.05);
+    lit = mix(lit, highlight * (0.25 + 1.5 * dot(lit, vec3(0.333))), 0.45 * selected);
+}
+)";
+
+const char* const kDraftFragmentShader = R"(
+in vec3 lit;
+uniform float opacity;
+out vec4 color;
+void main() {
+    color = vec4(lit, opacity);
+}
+)";
+
+const char* const kTexturedDraftFragmentShader = R"(
+in vec3 lit;
+in vec2 texturePlace;
+uniform float opacity;
+uniform sampler2D surfaceTexture;
+out vec4 color;
+void main() {
+    vec4 texel = texture(surfaceTexture, texturePlace);
+    // Half of the samples a pixel would have it or not; a draft has one.
+    if (texel.a * opacity < min(0.5, 0.5 * opacity)) {
+        discard;
+    }
+    color = vec4(lit * texel.rgb, opacity * texel.a);
+}
+)";
+
 const char* const kGridVertexShader = R"(
 uniform mat4 worldToView;
 uniform mat4 viewToClip;

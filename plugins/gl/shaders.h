@@ -10,6 +10,10 @@ extern const char* const kEncodeFragmentShader;
 extern const char* const kBackgroundFragmentShader;
 extern const char* const kMeshVertexShader;
 extern const char* const kMeshFragmentShader;
+/// The mesh's light by the vertex, without gloss: for pictures that must come soon.
+extern const char* const kDraftVertexShader;
+extern const char* const kDraftFragmentShader;
+extern const char* const kTexturedDraftFragmentShader;
 extern const char* const kGridVertexShader;
 extern const char* const kGridFragmentShader;
 

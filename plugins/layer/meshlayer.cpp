@@ -2,6 +2,7 @@
 
 #include "VlAttribute/IntAttribute.h"
 #include "viewer_api/plugin/OptionIds.h"
+#include "viewport/sceneviewport.h"
 
 #include <cstdio>
 
@@ -27,6 +28,8 @@ void MeshLayer::draw() {
     frame.worldToView = Frame::matrix(view.getViewMatrix().data());
     frame.viewToClip = Frame::matrix(view.getProjectionMatrix().data());
     frame.cullBackFaces = cullBackFaces;
+    const auto* sceneViewport = ViewerPlugin::pluginCast<SceneViewport>(host.getViewport());
+    frame.isDraft = sceneViewport && sceneViewport->isDraft();
     gpuScene->draw(delegate->getMirror(), frame);
     delegate->noteDrawn();
     for (const std::string& error : gpuScene->takeErrors()) {

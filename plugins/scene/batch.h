@@ -12,6 +12,12 @@
 
 namespace Bundled {
 
+/// Instances side by side in a batch.
+struct InstanceRun {
+    std::size_t first = 0;
+    std::size_t count = 0;
+};
+
 /// Every visible copy of one geometry in one material: what a single draw call shows.
 struct Batch {
     /// Instances that differ from what a consumer has uploaded; empty when first >= last.
@@ -26,7 +32,7 @@ struct Batch {
         }
     };
 
-    static constexpr std::size_t kBlockSize = 1024;
+    static constexpr std::size_t kBlockSize = 256;
 
     /// Notes that an instance was written.
     void noteChange(std::size_t position) {
@@ -39,6 +45,7 @@ struct Batch {
         if (block >= blockChanged.size()) {
             blockChanged.resize(block + 1, true);
             blockBounds.resize(block + 1);
+            blockMirrored.resize(block + 1);
         }
         blockChanged[block] = true;
         boundsChanged = true;
@@ -59,6 +66,9 @@ struct Batch {
     /// The same for each run of `kBlockSize` instances: a change costs a block, not the batch.
     std::vector<Imath::Box3d> blockBounds;
     std::vector<bool> blockChanged;
+    /// Whether some instance's transform turns the geometry inside out; kept with the bounds.
+    bool isMirrored = false;
+    std::vector<bool> blockMirrored;
     /// Its place in the mirror's list.
     std::size_t listPosition = 0;
 };

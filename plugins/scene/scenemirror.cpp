@@ -111,20 +111,55 @@ Imath::Box3d SceneMirror::getBounds() {
     return all;
 }
 
+void SceneMirror::appendVisibleRuns(Batch& batch, const Frustum& frustum,
+                                    std::vector<InstanceRun>& runs) {
+    if (batch.boundsChanged) {
+        updateBounds(batch);
+    }
+    switch (frustum.sideOf(batch.bounds)) {
+    case Frustum::Side::Outside:
+        return;
+    case Frustum::Side::Inside:
+        runs.push_back({0, batch.instances.size()});
+        return;
+    case Frustum::Side::Across:
+        break;
+    }
+    const std::size_t ownRuns = runs.size();
+    for (std::size_t first = 0; first < batch.instances.size(); first += Batch::kBlockSize) {
+        const Imath::Box3d& box = batch.blockBounds[first / Batch::kBlockSize];
+        if (frustum.sideOf(box) == Frustum::Side::Outside) {
+            continue;
+        }
+        const std::size_t count = std::min(Batch::kBlockSize, batch.instances.size() - first);
+        if (runs.size() > ownRuns && runs.back().first + runs.back().count == first) {
+            runs.back().count += count;
+        } else {
+            runs.push_back({first, count});
+        }
+    }
+}
+
 void SceneMirror::updateBounds(Batch& batch) const {
     const Imath::Box3d& local = geometries[batch.geometry].bounds;
     batch.bounds = Imath::Box3d();
+    batch.isMirrored = false;
     for (std::size_t block = 0; block < batch.blockBounds.size(); ++block) {
         if (batch.blockChanged[block]) {
             Imath::Box3d box;
+            bool isMirrored = false;
             const std::size_t end = std::min((block + 1) * Batch::kBlockSize, batch.nodes.size());
             for (std::size_t i = block * Batch::kBlockSize; i < end && !local.isEmpty(); ++i) {
-                box.extendBy(Imath::transform(local, worlds[batch.nodes[i]]));
+                const Imath::M44d& world = worlds[batch.nodes[i]];
+                box.extendBy(Imath::transform(local, world));
+                isMirrored = isMirrored || world.determinant() < 0.0;
             }
+            batch.blockMirrored[block] = isMirrored;
             batch.blockBounds[block] = box;
             batch.blockChanged[block] = false;
         }
         batch.bounds.extendBy(batch.blockBounds[block]);
+        batch.isMirrored = batch.isMirrored || batch.blockMirrored[block];
     }
     batch.boundsChanged = false;
 }

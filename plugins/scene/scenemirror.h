@@ -3,6 +3,7 @@
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupAttribute.h"
 #include "scene/batch.h"
+#include "scene/frustum.h"
 #include "scene/geometry.h"
 #include "scene/material.h"
 #include "scene/sharedtable.h"
@@ -64,6 +65,9 @@ public:
     [[nodiscard]] const SharedTable<Material>& getMaterials() const noexcept { return materials; }
     /// World space, around everything that is visible; empty when nothing is.
     [[nodiscard]] Imath::Box3d getBounds();
+    /// Appends the instances of a batch that a frustum in world space can see, but for a few more
+    /// near its edges.
+    void appendVisibleRuns(Batch& batch, const Frustum& frustum, std::vector<InstanceRun>& runs);
     /// Whether the location has been told of and not removed.
     [[nodiscard]] bool hasLocation(std::string_view path) const;
     /// The identity for an unknown location.

@@ -24,7 +24,9 @@ protected:
         if (!context.isValid() || !isGLReady()) {
             GTEST_SKIP() << "no OpenGL context on this machine";
         }
+        // Sees 200 units each way from the origin, along -z.
         frame.viewToClip.setValue(Imath::M44f());
+        frame.viewToClip[0][0] = frame.viewToClip[1][1] = 0.005f;
         frame.viewToClip[2][2] = -0.001f;
     }
     void TearDown() override {
@@ -64,6 +66,39 @@ TEST_F(GpuSceneGL, eachPairOfGeometryAndMaterialIsADrawCall) {
     mirror.apply({"/root", {}, {}, kVlLocationEventRemoved});
     scene.draw(mirror, frame);
     EXPECT_EQ(scene.getNumberOfDrawCalls(), 0u);
+}
+
+TEST_F(GpuSceneGL, whatNoPixelCanShowIsNotDrawn) {
+    GpuScene scene;
+    tell("/root/a", cubeLocation(1.0f), translation(300, 0, 0));
+    tell("/root/b", cubeLocation(2.0f), translation(0, -300, 0));
+    scene.draw(mirror, frame);
+    EXPECT_EQ(scene.getNumberOfDrawCalls(), 0u);
+    tell("/root/b", cubeLocation(2.0f), translation(0, -150, 0));
+    scene.draw(mirror, frame);
+    EXPECT_EQ(scene.getNumberOfDrawCalls(), 1u);
+}
+
+TEST_F(GpuSceneGL, ofManyEqualCubesOnlyTheBlocksInSightAreDrawn) {
+    GpuScene scene;
+    constexpr int kBlock = static_cast<int>(Batch::kBlockSize);
+    // Block after block to the right: 0 and 2 in sight, 1 and 3 not.
+    for (int i = 0; i < 4 * kBlock; ++i) {
+        const double x = (i / kBlock) % 2 == 0 ? 0.0 : 1000.0;
+        tell("/root/c" + std::to_string(i), cubeLocation(), translation(x, 0, 0));
+    }
+    scene.update(mirror);
+    const auto items = scene.collect(mirror, Frustum(frame.worldToClip()));
+    ASSERT_EQ(items.size(), 1u);
+    ASSERT_EQ(items[0].runs.size(), 2u);
+    EXPECT_EQ(items[0].runs[0].first, 0u);
+    EXPECT_EQ(items[0].runs[0].count, Batch::kBlockSize);
+    EXPECT_EQ(items[0].runs[1].first, 2 * Batch::kBlockSize);
+    EXPECT_EQ(items[0].runs[1].count, Batch::kBlockSize);
+    // A move brings a block into sight.
+    tell("/root/c" + std::to_string(kBlock), cubeLocation(), translation(0, 0, 0));
+    scene.update(mirror);
+    EXPECT_EQ(scene.collect(mirror, Frustum(frame.worldToClip()))[0].runs.size(), 1u);
 }
 
 TEST_F(GpuSceneGL, pictureThatCannotBeReadIsToldOnceWithItsName) {

@@ -3,7 +3,10 @@
 #include "gl/drawstate.h"
 #include "gl/shaders.h"
 #include "viewer_api/ViewportCameraPluginSuite.h"
+#include "viewer_api/plugin/OptionIds.h"
 #include "viewer_api/plugin/ViewportLayerHost.h"
+
+#include "VlAttribute/IntAttribute.h"
 
 namespace Bundled {
 
@@ -21,10 +24,23 @@ private:
     GLint bound = 0;
 };
 
+/// Ends the driver's encoding, also when a layer throws.
+class SRGBGuard {
+public:
+    SRGBGuard() = default;
+    SRGBGuard(const SRGBGuard&) = delete;
+    SRGBGuard& operator=(const SRGBGuard&) = delete;
+    ~SRGBGuard() { glDisable(GL_FRAMEBUFFER_SRGB); }
+};
+
 } // namespace
+
+SceneViewport::SceneViewport(ViewerPlugin::ViewportHost viewportHost)
+    : ViewportPlugin(viewportHost), draftId(ViewerPlugin::optionId("draft")) {}
 
 void SceneViewport::cleanup() {
     target.reset();
+    draftTarget.reset();
     background = ShaderProgram();
     corners.reset();
 }
@@ -34,18 +50,57 @@ void SceneViewport::draw() {
         return;
     }
     const FramebufferGuard guard;
-    const int width = host.getWidth();
-    const int height = host.getHeight();
-    target.begin(width, height);
-    glViewport(0, 0, width, height);
+    if (draft) {
+        drawDraft();
+    } else {
+        drawFine();
+    }
+}
+
+void SceneViewport::drawFine() {
+    target.begin(host.getWidth(), host.getHeight());
+    glViewport(0, 0, host.getWidth(), host.getHeight());
     glDepthMask(GL_TRUE);
     glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
     drawBackground();
+    drawLayers();
+    target.finish();
+}
+
+void SceneViewport::drawDraft() {
+    if (!draftTarget.begin(host.getWidth(), host.getHeight())) {
+        drawFine();
+        return;
+    }
+    const SRGBGuard guard;
+    glViewport(0, 0, host.getWidth(), host.getHeight());
+    glDepthMask(GL_TRUE);
+    glClear(GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+    if (draftTarget.needsBackdrop()) {
+        drawBackground();
+        draftTarget.storeBackdrop();
+    }
+    drawLayers();
+    draftTarget.finish();
+}
+
+void SceneViewport::drawLayers() {
     for (std::uint32_t i = 0; i < host.getNumberOfLayers(); ++i) {
         ViewerPlugin::ViewportLayerHost(host.getLayerByIndex(i).host).draw();
     }
-    target.finish();
+}
+
+void SceneViewport::setOption(std::uint64_t optionId, const Attribute& value) {
+    const bool wanted = VlAttribute::IntAttribute(value).getValue(0) != 0;
+    if (optionId == draftId && wanted != draft) {
+        draft = wanted;
+        host.setDirty(true);
+    }
+}
+
+VlAttribute::Attribute SceneViewport::getOption(std::uint64_t optionId) {
+    return optionId == draftId ? VlAttribute::IntAttribute(draft ? 1 : 0) : Attribute();
 }
 
 void SceneViewport::resize(int width, int height) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gl/drafttarget.h"
 #include "gl/rendertarget.h"
 #include "gl/shaderprogram.h"
 #include "viewer_api/plugin/ViewportPlugin.h"
@@ -10,18 +11,32 @@ namespace Bundled {
 ///
 /// Layers draw linear light into a framebuffer of several samples a pixel, which is bound for them;
 /// the viewport brings it to the window, averaged and encoded. A new size goes to every camera.
+///
+/// Option "draft" (int, 0): pictures come sooner, with one sample a pixel and simple light; for
+/// while something moves.
 class SceneViewport final : public ViewerPlugin::ViewportPlugin {
 public:
-    using ViewportPlugin::ViewportPlugin;
+    explicit SceneViewport(ViewerPlugin::ViewportHost viewportHost);
 
     void cleanup() override;
     void draw() override;
     void resize(int width, int height) override;
+    void setOption(std::uint64_t optionId, const Attribute& value) override;
+    Attribute getOption(std::uint64_t optionId) override;
+
+    /// Whether layers should be quick rather than fine.
+    [[nodiscard]] bool isDraft() const noexcept { return draft; }
 
 private:
+    void drawFine();
+    void drawDraft();
     void drawBackground();
+    void drawLayers();
 
+    const std::uint64_t draftId;
+    bool draft = false;
     RenderTarget target;
+    DraftTarget draftTarget;
     ShaderProgram background;
     GLVertexArray corners;
 };

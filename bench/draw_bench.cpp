@@ -1,0 +1,305 @@
+// Pictures of large scenes through the bundled plug-ins, without an interpreter:
+// draw_bench [frames]
+//
+// cubes   10,000 cubes that are 10,000 locations, 1280x720; the same while one of them moves
+// mesh    one mesh of a million triangles
+//
+// A frame is a viewport's draw until the renderer has finished it: "draft" frames as they are while
+// something moves (a viewport's option), "fine" ones as the picture is when nothing does.
+
+#include "measure.h"
+
+#include "optionidgenerator.h"
+#include "suites/hostsuites.h"
+#include "suites/optionidgeneratorhostsuite.h"
+#include "vlviewerdelegatehost.h"
+#include "vlviewportcamerahost.h"
+#include "vlviewporthost.h"
+
+#include "VlAttribute/DoubleAttribute.h"
+#include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/GroupBuilder.h"
+#include "VlAttribute/IntAttribute.h"
+#include "VlPluginSystem/VlPluginSystem.h"
+#include "VlScenelibEngine/ScenelibEngine.h"
+#include "VlWindowSystem/Offscreen.h"
+#include "viewer_api/ViewportPluginSuite.h"
+
+#include <GL/glew.h>
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <numbers>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using namespace ViewerAPI;
+using VlAttribute::DoubleAttribute;
+using VlAttribute::FloatAttribute;
+using VlAttribute::GroupAttribute;
+using VlAttribute::GroupBuilder;
+using VlAttribute::IntAttribute;
+using VlScenelibEngine::ApplicationGraph::Transaction;
+
+constexpr int kWidth = 1280;
+constexpr int kHeight = 720;
+constexpr int kCubesInRow = 100;
+constexpr double kCubeDistance = 1.5;
+
+struct Camera {
+    Imath::V3d eye;
+    Imath::V3d target;
+    Imath::V3d up;
+    double near = 0.1;
+    double far = 100.0;
+};
+const Camera kCubesCamera = {{74.25, 80, 244.25}, {74.25, 0, 74.25}, {0, 1, 0}, 1, 400};
+const Camera kMeshCamera = {{0, -2.6, 2.0}, {0, 0, 0}, {0, 0, 1}, 0.1, 20};
+
+Imath::M44d viewMatrix(const Camera& camera) {
+    const Imath::V3d back = (camera.eye - camera.target).normalized();
+    const Imath::V3d right = camera.up.cross(back).normalized();
+    const Imath::V3d up = back.cross(right);
+    return {right.x,
+            up.x,
+            back.x,
+            0,
+            right.y,
+            up.y,
+            back.y,
+            0,
+            right.z,
+            up.z,
+            back.z,
+            0,
+            -camera.eye.dot(right),
+            -camera.eye.dot(up),
+            -camera.eye.dot(back),
+            1};
+}
+
+GroupAttribute translated(double x, double y, double z) {
+    return {{"translate", DoubleAttribute({x, y, z}, 3)}};
+}
+
+/// Polygons of `corners` corners each, with a normal a point.
+GroupAttribute meshOf(std::vector<float> points, std::vector<float> normals,
+                      std::vector<std::int32_t> vertices, std::int32_t corners) {
+    std::vector<std::int32_t> starts;
+    for (std::int32_t at = 0; at <= static_cast<std::int32_t>(vertices.size()); at += corners) {
+        starts.push_back(at);
+    }
+    return GroupBuilder()
+        .set("type", VlAttribute::StringAttribute("polymesh"))
+        .set("geometry.point.P", FloatAttribute(std::move(points), 3))
+        .set("geometry.point.N", FloatAttribute(std::move(normals), 3))
+        .set("geometry.poly.vertexList", IntAttribute(std::move(vertices)))
+        .set("geometry.poly.startIndex", IntAttribute(std::move(starts)))
+        .build();
+}
+
+/// 24 points, so that faces are flat.
+GroupAttribute cube() {
+    std::vector<float> points;
+    std::vector<float> normals;
+    std::vector<std::int32_t> vertices;
+    for (int axis = 0; axis < 3; ++axis) {
+        for (const float side : {-0.5f, 0.5f}) {
+            constexpr float kCorners[4][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
+            for (int corner = 0; corner < 4; ++corner) {
+                // The other way round on the far side.
+                const float* place = kCorners[side > 0 ? corner : 3 - corner];
+                float point[3] = {};
+                point[axis] = side;
+                point[(axis + 1) % 3] = 0.5f * place[0];
+                point[(axis + 2) % 3] = 0.5f * place[1];
+                float normal[3] = {};
+                normal[axis] = 2 * side;
+                points.insert(points.end(), point, point + 3);
+                normals.insert(normals.end(), normal, normal + 3);
+                vertices.push_back(static_cast<std::int32_t>(vertices.size()));
+            }
+        }
+    }
+    return meshOf(std::move(points), std::move(normals), std::move(vertices), 4);
+}
+
+GroupAttribute cubes() {
+    const GroupAttribute geometry = cube();
+    GroupBuilder children;
+    for (int i = 0; i < kCubesInRow * kCubesInRow; ++i) {
+        const GroupAttribute attributes =
+            GroupBuilder()
+                .update(geometry)
+                .set("xform",
+                     GroupAttribute{{"group", translated(kCubeDistance * (i / kCubesInRow), 0,
+                                                         kCubeDistance * (i % kCubesInRow))}})
+                .build();
+        children.set("cube_" + std::to_string(i), GroupAttribute{{"a", attributes}});
+    }
+    return {{"staticScene", GroupAttribute{{"c", children.build()}}}};
+}
+
+/// A torus of 2 * around * across triangles.
+GroupAttribute torus(int around, int across) {
+    std::vector<float> points;
+    std::vector<float> normals;
+    std::vector<std::int32_t> vertices;
+    for (int i = 0; i < around; ++i) {
+        for (int j = 0; j < across; ++j) {
+            const double a = 2 * std::numbers::pi * i / around;
+            const double b = 2 * std::numbers::pi * j / across;
+            const Imath::V3d normal(std::cos(b) * std::cos(a), std::cos(b) * std::sin(a),
+                                    std::sin(b));
+            const Imath::V3d point = Imath::V3d(std::cos(a), std::sin(a), 0.0) + 0.4 * normal;
+            for (int axis = 0; axis < 3; ++axis) {
+                points.push_back(static_cast<float>(point[axis]));
+                normals.push_back(static_cast<float>(normal[axis]));
+            }
+            const int nextI = (i + 1) % around;
+            const int nextJ = (j + 1) % across;
+            const int corners[4] = {i * across + j, nextI * across + j, nextI * across + nextJ,
+                                    i * across + nextJ};
+            for (const int corner : {0, 1, 2, 0, 2, 3}) {
+                vertices.push_back(corners[corner]);
+            }
+        }
+    }
+    const GroupAttribute mesh =
+        meshOf(std::move(points), std::move(normals), std::move(vertices), 3);
+    return {{"staticScene",
+             GroupAttribute{{"c", GroupAttribute{{"torus", GroupAttribute{{"a", mesh}}}}}}}};
+}
+
+std::uint64_t idOf(const char* name) {
+    const OptionIdGeneratorHostSuite* suite = getOptionIdGeneratorHostSuite();
+    return suite->generateOptionIdByName(suite->getOptionIdGenerator(), name);
+}
+
+/// A scene in an off-screen viewport with one MeshLayer.
+class Picture {
+public:
+    Picture(const GroupAttribute& scene, const Camera& camera)
+        : delegate_(std::make_unique<VlViewerDelegateHostStruct>("SceneDelegate", nullptr)) {
+        delegate_->setup();
+        delegate_->addComponent("LocationExpander", "expander");
+        Transaction transaction;
+        const int literal = transaction.createOp("Scene.Literal", scene);
+        edit_ = transaction.createOp("Scene.Literal", editArgs(0.0));
+        const int merge = transaction.createOp("Scene.Merge", {}, {literal, edit_});
+        transaction.commit();
+        delegate_->setViewOp(merge);
+        do {
+            delegate_->processLocationEvents();
+            std::this_thread::yield();
+        } while (delegate_->isProcessing());
+
+        const int window = createOffscreen(kWidth, kHeight);
+        viewport_ = new VlViewportHostStruct("SceneViewport", "main", delegate_.get());
+        delegate_->addViewport(viewport_, "main");
+        viewport_->setup(window);
+        viewport_->addLayer("MeshLayer", "meshes");
+        VlViewportCameraHostStruct* view = viewport_->addCamera("PerspectiveCamera", "main");
+        viewport_->setActiveCamera(view);
+        viewport_->resize(kWidth, kHeight);
+        view->setFOV(45.0);
+        view->setNearFar(camera.near, camera.far);
+        view->setViewMatrix(viewMatrix(camera).getValue());
+    }
+
+    /// A draft or a fine picture; see the top.
+    void setDraft(bool isDraft) {
+        viewport_->pluginSuite->setOption(viewport_->pluginHandle, idOf("draft"),
+                                          IntAttribute(isDraft ? 1 : 0).getRetainedHandle());
+    }
+
+    void frame() {
+        viewport_->draw();
+        viewport_->makeGLContextCurrent();
+        glFinish();
+    }
+
+    /// Moves a cube up and waits until the plug-in knows.
+    void move(double height) {
+        Transaction transaction;
+        transaction.setOpArgs(edit_, "Scene.Literal", editArgs(height));
+        transaction.commit();
+        viewport_->setDirty(false);
+        while (!viewport_->isDirty) {
+            delegate_->processLocationEvents();
+            std::this_thread::yield();
+        }
+    }
+
+private:
+    static GroupAttribute editArgs(double height) {
+        const double middle = kCubeDistance * kCubesInRow / 2;
+        return GroupBuilder()
+            .set("staticScene.c.cube_5050.a.xform.group", translated(middle, height, middle))
+            .build();
+    }
+
+    std::unique_ptr<VlViewerDelegateHostStruct> delegate_;
+    VlViewportHostStruct* viewport_ = nullptr; // the delegate's
+    int edit_ = 0;
+};
+
+void measureFrames(const char* workload, long n, Picture& picture, int frames) {
+    for (const bool isDraft : {true, false}) {
+        const std::string way = isDraft ? "draft" : "fine";
+        picture.setDraft(isDraft);
+        bench::print(workload, n, way + "_first_frame_ms", bench::timeMs([&] { picture.frame(); }));
+        std::vector<double> times;
+        for (int i = 0; i < frames; ++i) {
+            times.push_back(bench::timeMs([&] { picture.frame(); }));
+        }
+        bench::print(workload, n, way + "_frame_ms", bench::median(times));
+    }
+}
+
+void measureFramesOfEdits(Picture& picture, int frames) {
+    picture.setDraft(true);
+    std::vector<double> times;
+    for (int i = 1; i <= frames; ++i) {
+        picture.move(0.1 * i);
+        times.push_back(bench::timeMs([&] { picture.frame(); }));
+    }
+    bench::print("cubes", kCubesInRow * kCubesInRow, "draft_frame_after_edit_ms",
+                 bench::median(times));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const int frames = argc > 1 ? std::atoi(argv[1]) : 31;
+    if (frames <= 0) {
+        std::fprintf(stderr, "usage: draw_bench [frames]\n");
+        return 2;
+    }
+    try {
+        registerHostSuites();
+        VlScenelibEngine::registerScenelibEngine();
+        if (VlPluginSystem::loadDirectory(BUNDLED_PLUGINS) == 0) {
+            throw std::runtime_error("no plug-ins in " BUNDLED_PLUGINS);
+        }
+        {
+            Picture picture(cubes(), kCubesCamera);
+            measureFrames("cubes", kCubesInRow * kCubesInRow, picture, frames);
+            measureFramesOfEdits(picture, frames);
+        }
+        Picture picture(torus(1000, 500), kMeshCamera);
+        measureFrames("mesh", 1000000, picture, frames);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "draw_bench: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "gl/gpubatch.h"
+#include "gl/gpumesh.h"
+#include "scene/batch.h"
+#include "scene/material.h"
+
+#include <span>
+
+namespace Bundled {
+
+/// What of a batch a picture can show. Borrows all of it.
+struct DrawItem {
+    const Batch* batch = nullptr;
+    const Material* material = nullptr;
+    const GpuMesh* mesh = nullptr;
+    GpuBatch* gpu = nullptr;
+    std::span<const InstanceRun> runs;
+};
+
+} // namespace Bundled

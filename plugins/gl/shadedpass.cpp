@@ -1,0 +1,124 @@
+#include "gl/shadedpass.h"
+
+#include "gl/drawstate.h"
+#include "gl/shaders.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Bundled {
+
+namespace {
+
+constexpr float kPointSizePx = 3.0f;
+
+void begin(ShaderProgram& program, const Frame& frame) {
+    program.use();
+    program.set("worldToView", frame.worldToView);
+    program.set("viewToClip", frame.viewToClip);
+    program.set("perspective", frame.isPerspective() ? 1.0f : 0.0f);
+    program.set("surfaceTexture", 0);
+}
+
+enum class Kind { Opaque, CutOut, Transparent };
+
+Kind kindOf(const Material& material, const TextureStore& textures) {
+    if (material.opacity < 1.0f) {
+        return Kind::Transparent;
+    }
+    const GpuTexture* picture = textures.find(material);
+    return picture && picture->hasAlpha() ? Kind::CutOut : Kind::Opaque;
+}
+
+void sortBackToFront(std::vector<const DrawItem*>& items, const Frame& frame) {
+    std::vector<std::pair<float, const DrawItem*>> sorted;
+    for (const DrawItem* item : items) {
+        const Imath::V3f center(item->batch->bounds.center());
+        sorted.emplace_back((center * frame.worldToView).z, item);
+    }
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::transform(sorted.begin(), sorted.end(), items.begin(),
+                   [](const auto& entry) { return entry.second; });
+}
+
+/// Whether a draft can leave the back sides out unseen. A camera among the instances might stand in
+/// one of them, so it does not count as outside.
+bool hidesBackSides(const DrawItem& item, const Frame& frame, const Imath::V3d& eye) {
+    return item.mesh->isClosed() && item.material->opacity >= 1.0f && frame.isPerspective() &&
+           !item.batch->bounds.intersects(eye) && !item.batch->isMirrored;
+}
+
+} // namespace
+
+std::size_t ShadedPass::draw(std::span<const DrawItem> items, const TextureStore& textures,
+                             const Frame& frame) {
+    drawCalls = 0;
+    std::vector<const DrawItem*> kinds[3];
+    for (const DrawItem& item : items) {
+        kinds[static_cast<std::size_t>(kindOf(*item.material, textures))].push_back(&item);
+    }
+    auto& [opaque, cutOut, transparent] = kinds;
+    {
+        const DrawState state({});
+        drawItems(opaque, textures, frame);
+    }
+    if (!cutOut.empty()) {
+        const DrawState state({.alphaToCoverage = true});
+        drawItems(cutOut, textures, frame);
+    }
+    if (!transparent.empty()) {
+        sortBackToFront(transparent, frame);
+        const DrawState state({.depthWrite = false, .blend = true});
+        drawItems(transparent, textures, frame);
+    }
+    return drawCalls;
+}
+
+void ShadedPass::drawItems(const std::vector<const DrawItem*>& items, const TextureStore& textures,
+                           const Frame& frame) {
+    const Imath::V3d eye = frame.eye();
+    glPointSize(kPointSizePx);
+    glActiveTexture(GL_TEXTURE0);
+    ShaderProgram* used = nullptr;
+    for (const DrawItem* item : items) {
+        const GpuTexture* picture = textures.find(*item->material);
+        ShaderProgram& program = programFor(frame, picture != nullptr);
+        if (&program != used) {
+            used = &program;
+            begin(program, frame);
+        }
+        const auto& color = item->material->baseColor;
+        program.set("baseColor", Imath::V3f(color[0], color[1], color[2]));
+        program.set("opacity", item->material->opacity);
+        program.set("hasTexture", picture ? 1 : 0);
+        glBindTexture(GL_TEXTURE_2D, picture ? picture->get() : 0);
+        if (frame.cullBackFaces || (frame.isDraft && hidesBackSides(*item, frame, eye))) {
+            glEnable(GL_CULL_FACE);
+        } else {
+            glDisable(GL_CULL_FACE);
+        }
+        for (const auto part :
+             {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
+            if (item->mesh->getRange(part).count != 0) {
+                program.set("hasSurface", part == GpuMesh::Part::Triangles ? 1 : 0);
+                item->gpu->draw(part, item->runs);
+                drawCalls += item->runs.size();
+            }
+        }
+    }
+    glBindTexture(GL_TEXTURE_2D, 0);
+}
+
+ShaderProgram& ShadedPass::programFor(const Frame& frame, bool hasTexture) {
+    ShaderProgram& program = !frame.isDraft ? fine : hasTexture ? texturedDraft : draft;
+    if (!program) {
+        program = !frame.isDraft ? ShaderProgram("mesh", kMeshVertexShader, kMeshFragmentShader)
+                  : hasTexture   ? ShaderProgram("textured draft", kDraftVertexShader,
+                                                 kTexturedDraftFragmentShader)
+                                 : ShaderProgram("draft", kDraftVertexShader, kDraftFragmentShader);
+    }
+    return program;
+}
+
+} // namespace Bundled

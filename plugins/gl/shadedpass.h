@@ -1,0 +1,33 @@
+#pragma once
+
+#include "gl/drawitem.h"
+#include "gl/frame.h"
+#include "gl/shaderprogram.h"
+#include "gl/texturestore.h"
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace Bundled {
+
+/// Draws surfaces by a soft light that moves with the camera: opaque ones first, then cut-outs,
+/// then what shines through, from back to front. Writes linear light. [gl-current]
+class ShadedPass {
+public:
+    /// Answers the number of draw calls.
+    std::size_t draw(std::span<const DrawItem> items, const TextureStore& textures,
+                     const Frame& frame);
+
+private:
+    void drawItems(const std::vector<const DrawItem*>& items, const TextureStore& textures,
+                   const Frame& frame);
+    ShaderProgram& programFor(const Frame& frame, bool hasTexture);
+
+    ShaderProgram fine;
+    ShaderProgram draft;
+    ShaderProgram texturedDraft;
+    std::size_t drawCalls = 0;
+};
+
+} // namespace Bundled

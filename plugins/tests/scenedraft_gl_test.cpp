@@ -1,0 +1,160 @@
+#include "support/fakescene.h"
+#include "support/geometries.h"
+#include "support/offscreencontext.h"
+
+#include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/IntAttribute.h"
+#include "gl/glcontext.h"
+#include "viewer_api/plugin/OptionIds.h"
+
+#include <GL/glew.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
+
+// Drafts: the quick pictures of something that moves. Needs an OpenGL context; skipped where none
+// can be made.
+namespace {
+
+using VlAttribute::FloatAttribute;
+using VlAttribute::GroupAttribute;
+using VlAttribute::IntAttribute;
+
+constexpr int kSize = 128;
+constexpr int kMiddle = kSize / 2;
+
+class SceneDraftGL : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!context.isValid() || !Bundled::isGLReady()) {
+            GTEST_SKIP() << "no OpenGL context on this machine";
+        }
+    }
+    void TearDown() override {
+        if (context.isValid()) {
+            EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+        }
+    }
+
+    FakeViewport& addView(const Imath::V3d& eye) {
+        FakeViewport& viewport = scene.addViewport(kSize, kSize);
+        scene.addCamera(viewport, eye);
+        scene.addLayer(viewport, "MeshLayer");
+        return viewport;
+    }
+    static void setDraft(const FakeViewport& viewport, bool isDraft) {
+        viewport.suite->setOption(viewport.instance, ViewerPlugin::optionId("draft"),
+                                  IntAttribute(isDraft ? 1 : 0).getRetainedHandle());
+    }
+    static Pixels draw(const FakeViewport& viewport, bool isDraft) {
+        setDraft(viewport, isDraft);
+        viewport.suite->draw(viewport.instance);
+        return Pixels::read(kSize, kSize);
+    }
+    /// Pixels that differ clearly, without those beside an edge, which one of them smooths.
+    static int countDifferences(const Pixels& a, const Pixels& b) {
+        const auto isFlat = [&](int x, int y) {
+            for (int dx = -1; dx <= 1; ++dx) {
+                for (int dy = -1; dy <= 1; ++dy) {
+                    if (std::abs(b.brightness(x + dx, y + dy) - b.brightness(x, y)) > 24) {
+                        return false;
+                    }
+                }
+            }
+            return true;
+        };
+        int differences = 0;
+        for (int y = 1; y < kSize - 1; ++y) {
+            for (int x = 1; x < kSize - 1; ++x) {
+                if (isFlat(x, y) && std::abs(a.brightness(x, y) - b.brightness(x, y)) > 60) {
+                    ++differences;
+                }
+            }
+        }
+        return differences;
+    }
+    void expectAlike(const FakeViewport& viewport) {
+        EXPECT_LT(countDifferences(draw(viewport, true), draw(viewport, false)),
+                  kSize * kSize / 200);
+    }
+
+    OffscreenContext context{kSize, kSize};
+    FakeScene scene;
+};
+
+const GroupAttribute kClay{{"baseColor", FloatAttribute({0.6f, 0.3f, 0.2f}, 3)}};
+
+TEST_F(SceneDraftGL, looksLikeTheFinePicture) {
+    FakeViewport& viewport = addView({2, 3, 5});
+    Imath::M44d mirrored = translation(-1.5, 0, 0);
+    mirrored[0][0] = -1.0;
+    scene.tell("/root/plain", cubeLocation(1.0f, kClay));
+    scene.tell("/root/mirrored", cubeLocation(1.0f, kClay), mirrored);
+    scene.tell("/root/open",
+               meshLocation({1, -1, 0, 2, -1, 0, 2, 1, 0, 1, 1, 0}, {{3, 2, 1, 0}}, kClay));
+    expectAlike(viewport);
+    const char* paths[] = {"/root/plain"};
+    scene.delegate.suite->locationsSelected(scene.delegate.instance, paths, 1);
+    expectAlike(viewport);
+}
+
+TEST_F(SceneDraftGL, emptyPictureIsTheSameBackground) {
+    expectAlike(addView({0, 0, 5}));
+}
+
+TEST_F(SceneDraftGL, cameraInsideAClosedMeshSeesItFromWithin) {
+    FakeViewport& viewport = addView({0.1, 0.2, 2.0});
+    const Pixels empty = draw(viewport, true);
+    scene.tell("/root/room", cubeLocation(6.0f, kClay));
+    const Pixels room = draw(viewport, true);
+    EXPECT_NE(room.at(kMiddle, kMiddle), empty.at(kMiddle, kMiddle));
+    expectAlike(viewport);
+}
+
+TEST_F(SceneDraftGL, backgroundFollowsANewSize) {
+    FakeViewport& viewport = addView({0, 0, 5});
+    draw(viewport, true);
+    viewport.width = viewport.height = 64;
+    viewport.suite->resize(viewport.instance, 64, 64);
+    viewport.suite->draw(viewport.instance);
+    const Pixels small = Pixels::read(64, 64);
+    setDraft(viewport, false);
+    viewport.suite->draw(viewport.instance);
+    const Pixels fine = Pixels::read(64, 64);
+    for (int y = 0; y < 64; y += 9) {
+        EXPECT_NEAR(small.brightness(31, y), fine.brightness(31, y), 9) << y;
+    }
+}
+
+TEST_F(SceneDraftGL, aNewPictureIsAskedForWhenTheOptionChangesAndOnlyThen) {
+    FakeViewport& viewport = addView({0, 0, 5});
+    viewport.dirty = false;
+    setDraft(viewport, true);
+    EXPECT_TRUE(viewport.dirty);
+    viewport.dirty = false;
+    setDraft(viewport, true);
+    EXPECT_FALSE(viewport.dirty);
+}
+
+TEST_F(SceneDraftGL, leavesFramebufferAndEncodingAsTheyWere) {
+    FakeViewport& viewport = addView({0, 0, 5});
+    scene.tell("/root/a", cubeLocation(1.0f, kClay));
+    draw(viewport, true);
+    EXPECT_EQ(glIsEnabled(GL_FRAMEBUFFER_SRGB), GL_FALSE);
+    GLint bound = -1;
+    glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &bound);
+    EXPECT_EQ(bound, 0);
+
+    static ViewportLayerPluginSuite throwing;
+    throwing = *viewport.layers.front()->suite;
+    throwing.draw = [](void*) { throw std::runtime_error("from a layer"); };
+    viewport.layers.front()->suite = &throwing;
+    EXPECT_THROW(viewport.suite->draw(viewport.instance), std::runtime_error);
+    EXPECT_EQ(glIsEnabled(GL_FRAMEBUFFER_SRGB), GL_FALSE);
+    glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &bound);
+    EXPECT_EQ(bound, 0);
+}
+
+} // namespace
