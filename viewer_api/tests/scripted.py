@@ -142,10 +142,10 @@ class ScriptedTest(unittest.TestCase):
         sys.stderr = self._stderr
         ScriptedPlugins.setHook(None)
 
-    def createDelegate(self):
+    def createDelegate(self, plugin=DELEGATE):
         """Makes self.delegate, whose clients begin at self.firstClient, and forgets the calls."""
         self.firstClient = ScriptedScene.getNumberOfClients() + 1
-        self.delegate = ViewerAPI.CreateViewerDelegate(DELEGATE)
+        self.delegate = ViewerAPI.CreateViewerDelegate(plugin)
         self.bridge = application.bridges[-1] if application.bridges else None
         self.plugins.take()
         ScriptedScene.takeCommands()
