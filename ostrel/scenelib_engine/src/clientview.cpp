@@ -40,9 +40,30 @@ void ClientView::setActive(const std::string& path, bool isActive) {
         return;
     }
     visits.push_back(path);
-    if (!isActive) {
+    if (isActive) {
+        awaitReturn(path);
+    } else {
         events.forgetMissing(path);
         letOthersReconsider();
+    }
+}
+
+// What has left and is wanted again before it was told gone is not told gone any more, unless it
+// turns out that it does not exist.
+void ClientView::awaitReturn(const std::string& path) {
+    const auto names = splitPath(path);
+    if (!op || !names) {
+        return;
+    }
+    ClientNode* node = &tree.getTop();
+    for (const std::string_view name : *names) {
+        node = ClientTree::findKid(*node, name);
+        if (!node || node->has(ClientNode::kDeparted)) {
+            return;
+        }
+        if (!node->has(ClientNode::kLive)) {
+            node->set(ClientNode::kPending);
+        }
     }
 }
 

@@ -120,6 +120,7 @@ private:
     void scheduleExpansion(ClientNode& parent, std::size_t from, std::size_t to, bool isUnderWay);
     void endWork(ClientNode& parent);
     void letOthersReconsider();
+    void awaitReturn(const std::string& path);
 
     std::shared_ptr<ClientGroup> group;
     GraphOp* op = nullptr;

@@ -12,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <stdexcept>
 #include <thread>
 
@@ -110,6 +111,56 @@ TEST(Engine, aLocationThatBecomesActiveAgainIsToldWithoutARemoval) {
     EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/a"));
     client->setLocationsActive(paths({"/root/a"}));
     EXPECT_THAT(scene.fetch(client), IsEmpty());
+}
+
+/// Nothing is there, which one learns when the test says so.
+class Gate final : public VlScenelibEngine::OpType {
+public:
+    [[nodiscard]] VlScenelibEngine::CookResult cook(VlScenelibEngine::CookContext&) const override {
+        isReached = true;
+        isReached.notify_all();
+        isOpen.wait(false);
+        return VlScenelibEngine::CookResult::nothing();
+    }
+
+    mutable std::atomic<bool> isReached{false};
+    mutable std::atomic<bool> isOpen{false};
+};
+
+TEST(Engine, aLocationThatIsWantedAgainIsNotTakenAwayWhileOthersAreCooked) {
+    const auto gate = std::make_shared<Gate>();
+    VlScenelibEngine::registerOpType("Test.Gate", gate);
+    EngineScene scene;
+    const auto client =
+        scene.createClient(scene.createOp("Scene.Literal", literalArgs({{"/root/a/b", 1}})));
+    client->setLocationsActive(paths({"/root/a/b"}));
+    scene.fetch(client);
+    client->setLocationsInactive(paths({"/root/a/b"}));
+    scene.settle();
+    const auto other = scene.createClient(scene.createOp("Test.Gate"));
+    other->setLocationsActive(paths({"/root"}));
+    gate->isReached.wait(false);
+    client->setLocationsActive(paths({"/root/a/b"}));
+    EXPECT_THAT(EngineScene::fetchNow(client), IsEmpty());
+    gate->isOpen = true;
+    gate->isOpen.notify_all();
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/a/b"));
+}
+
+TEST(Engine, aLocationThatIsWantedAgainButGoneIsTakenAwayOnce) {
+    EngineScene scene;
+    const auto op = scene.createOp("Scene.Literal", literalArgs({{"/root/a/b", 1}}));
+    const auto client = scene.createClient(op);
+    client->setLocationsActive(paths({"/root/a/b"}));
+    scene.fetch(client);
+    client->setLocationsInactive(paths({"/root/a/b"}));
+    scene.settle();
+    scene.setArgs(op, "Scene.Literal", literalArgs({{"/root/c", 1}}));
+    client->setLocationsActive(paths({"/root/a/b"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "-/root/a/b", "-/root/a"));
+    client->setLocationsInactive(paths({"/root/a/b"}));
+    client->setLocationsActive(paths({"/root/a/b"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("-/root/a/b"));
 }
 
 TEST(Engine, aWaitingEventIsReplacedByANewerOne) {
