@@ -185,7 +185,10 @@ void main() {
     if (hasSurface == 1) {
         mat3 cofactors = mat3(cross(row1, row2), cross(row2, row0), cross(row0, row1));
         vec3 n = normalize(mat3(worldToView) * (cofactors * normal));
-        n = dot(n, mix(vec3(0.0, 0.0, 1.0), -view.xyz, perspective)) < 0.0 ? -n : n;
+        // A corner just behind the outline of something round faces away a little, and is still on
+        // its front side.
+        vec3 toEye = normalize(mix(vec3(0.0, 0.0, 1.0), -view.xyz, perspective));
+        n = dot(n, toEye) < -0.35 ? -n : n;
         const vec3 keyDirection = normalize(vec3(-0.60, 0.70, 0.55));
         const vec3 fillDirection = normalize(vec3(0.85, 0.10, 0.45));
         light = mix(vec3(0.075, 0.070, 0.065), vec3(0.190, 0.207, 0.232),
