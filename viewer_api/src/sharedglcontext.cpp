@@ -106,11 +106,14 @@ bool SharedGLContext::doneCurrent(NativeDeviceContext deviceContext) const {
     return windowSystem().makeCurrent(deviceContext, nullptr) != 0;
 }
 
+bool SharedGLContext::isCurrent() const {
+    return sharedGLContext && windowSystem().getCurrentContext() == sharedGLContext;
+}
+
 bool SharedGLContext::isCurrent(NativeDeviceContext deviceContext) const {
     if (!deviceContext || !sharedGLContext)
         return false;
-    return windowSystem().getCurrentDC() == deviceContext &&
-           windowSystem().getCurrentContext() == sharedGLContext;
+    return windowSystem().getCurrentDC() == deviceContext && isCurrent();
 }
 
 void SharedGLContext::releaseDeviceContext(int32_t windowId, NativeDeviceContext deviceContext) {

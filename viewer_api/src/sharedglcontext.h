@@ -26,6 +26,8 @@ public:
     [[nodiscard]] bool makeCurrent(NativeDeviceContext deviceContext) const;
     /// Unbinds. True when there is nothing to unbind.
     [[nodiscard]] bool doneCurrent(NativeDeviceContext deviceContext) const;
+    /// Whether the context is bound, to whichever window.
+    [[nodiscard]] bool isCurrent() const;
     /// Whether the context is bound, and bound to this window.
     [[nodiscard]] bool isCurrent(NativeDeviceContext deviceContext) const;
 

@@ -1,5 +1,6 @@
 #include "vlviewporthost.h"
 
+#include "colourpick.h"
 #include "glcalls.h"
 #include "plugininstance.h"
 #include "raisedflag.h"
@@ -17,7 +18,7 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
-#include <stdexcept>
+#include <utility>
 
 namespace ViewerAPI {
 
@@ -29,7 +30,8 @@ constexpr const char* kViewFrozenStateChanged = "__VIEWPORT_VIEW_FROZEN_STATE_CH
 
 VlViewportHostStruct::VlViewportHostStruct(const std::string& pluginName, const std::string& name_,
                                            VlViewerDelegateHostStruct* viewerDelegate_)
-    : HostObject(viewerDelegate_), name(name_), viewerDelegate(viewerDelegate_) {
+    : HostObject(viewerDelegate_), name(name_), viewerDelegate(viewerDelegate_),
+      picker(std::make_unique<VlViewportPicker>()) {
     try {
         createPluginInstance(PluginKind::Viewport, pluginName, this, pluginSuite, pluginHandle);
     } catch (...) {
@@ -61,12 +63,6 @@ void VlViewportHostStruct::endLayers() {
     }
 }
 
-void VlViewportHostStruct::leaveCameras() {
-    storeActiveCamera(nullptr);
-    for (VlViewportCameraHostStruct* camera : cameras)
-        camera->leaveViewport();
-}
-
 void VlViewportHostStruct::setup(int32_t windowId_) {
     if (isInitialized || isInSetupOrCleanup_)
         return;
@@ -76,6 +72,7 @@ void VlViewportHostStruct::setup(int32_t windowId_) {
         windowId = windowId_;
         const bool hasJoined = initializeGLContext();
         const bool isCurrent = makeGLContextCurrent();
+        picker->setup(width, height);
         pluginSuite->setup(pluginHandle);
         walkLayers([](VlViewportLayerHostStruct& layer) { layer.setup(); });
         // Either suffices: a viewport whose window has its device context from an earlier setup
@@ -110,6 +107,7 @@ void VlViewportHostStruct::resize(int width_, int height_) {
     width = width_;
     height = height_;
     makeGLContextCurrent();
+    picker->resize(width, height);
     pluginSuite->resize(pluginHandle, width_, height_);
     // The size of now: the plug-in's call may have brought a newer one.
     walkLayers([this](VlViewportLayerHostStruct& layer) { layer.resize(width, height); });
@@ -147,31 +145,6 @@ void VlViewportHostStruct::setViewFrozen(bool isFrozen) {
         {"viewport", VlAttribute::StringAttribute(name)},
         {"isViewFrozen", VlAttribute::IntAttribute(isFrozen ? 1 : 0)}};
     viewerDelegate->callPythonCallback(kViewFrozenStateChanged, state);
-}
-
-void VlViewportHostStruct::setHorizontalOffset(float offset) {
-    horizontalOffset = offset;
-    updateActiveCamera();
-}
-
-void VlViewportHostStruct::setVerticalOffset(float offset) {
-    verticalOffset = offset;
-    updateActiveCamera();
-}
-
-void VlViewportHostStruct::setZoom(float factor) {
-    zoom = factor;
-    updateActiveCamera();
-}
-
-void VlViewportHostStruct::setPanAndZoomActive(bool isActive) {
-    isPanAndZoomActive = isActive;
-    updateActiveCamera();
-}
-
-void VlViewportHostStruct::updateActiveCamera() {
-    if (activeCamera)
-        activeCamera->updatePanZoomProjection();
 }
 
 // A layer's plug-in may add and remove layers while it is called: each layer that is in the list
@@ -261,106 +234,19 @@ int VlViewportHostStruct::getLayerIndex(const std::string& layerName) const {
     return found == layerNames.end() ? -1 : static_cast<int>(found - layerNames.begin());
 }
 
-VlViewportCameraHostStruct* VlViewportHostStruct::addCamera(const std::string& pluginName,
-                                                            const std::string& cameraName) {
+uint64_t VlViewportHostStruct::addPickableObject(VlAttribute::Attribute object) {
+    return picker->addPickableObject(std::move(object));
+}
+
+VlAttribute::GroupAttribute VlViewportHostStruct::getPickedObjects(const PixelRegion& region,
+                                                                   bool deepPicking,
+                                                                   float* depthOut) {
     HostCall call(*this);
-    std::unique_ptr<VlViewportCameraHostStruct, RetireHostObject> created(
-        new VlViewportCameraHostStruct(pluginName, this));
-    VlViewportCameraHostStruct* camera = created.get();
-    const auto found = cameraIndexByName.find(cameraName);
-    if (found != cameraIndexByName.end() && found->second < cameras.size()) {
-        // Removal passes over the active camera, so the new one takes over first; it has no
-        // projection yet that pan and zoom could be applied to.
-        const uint32_t index = found->second;
-        if (cameras[index] == activeCamera)
-            storeActiveCamera(camera);
-        removeCameraByIndex(index);
-    }
-    cameras.reserve(cameras.size() + 1);
-    cameraIndexByName[cameraName] = getNumberOfCameras();
-    cameras.push_back(created.release());
-    return camera;
-}
-
-void VlViewportHostStruct::storeActiveCamera(VlViewportCameraHostStruct* camera) {
-    if (activeCamera)
-        std::erase(activeCamera->activeIn_, this);
-    activeCamera = camera;
-    if (camera)
-        camera->activeIn_.push_back(this);
-}
-
-void VlViewportHostStruct::setActiveCamera(VlViewportCameraHostStruct* camera) {
-    storeActiveCamera(camera);
-    updateActiveCamera();
-}
-
-VlViewportCameraHostStruct*
-VlViewportHostStruct::getCameraByName(const std::string& cameraName) const {
-    const int index = getCameraIndex(cameraName);
-    return index < 0 ? nullptr : getCameraByIndex(static_cast<uint32_t>(index));
-}
-
-VlViewportCameraHostStruct* VlViewportHostStruct::getCameraByIndex(uint32_t index) const {
-    return index < cameras.size() ? cameras[index] : nullptr;
-}
-
-void VlViewportHostStruct::removeCameraByName(const std::string& cameraName) {
-    const int index = getCameraIndex(cameraName);
-    if (index >= 0)
-        removeCameraByIndex(static_cast<uint32_t>(index));
-}
-
-void VlViewportHostStruct::removeCameraByIndex(uint32_t index) {
-    if (index > cameras.size())
-        return;
-    // Callers tell "one past the end" from "far out" by this error.
-    if (index == cameras.size())
-        throw std::out_of_range("invalid vector<T> subscript");
-    if (cameras[index] == activeCamera)
-        return;
-    HostCall call(*this);
-    std::unique_ptr<VlViewportCameraHostStruct, RetireHostObject> camera(cameras[index]);
-    cameras.erase(cameras.begin() + index);
-    auto ended = cameraIndexByName.end();
-    for (auto entry = cameraIndexByName.begin(); entry != cameraIndexByName.end(); ++entry) {
-        if (entry->second == index)
-            ended = entry;
-        else if (entry->second > index)
-            --entry->second;
-    }
-    if (ended != cameraIndexByName.end())
-        cameraIndexByName.erase(ended);
-}
-
-void VlViewportHostStruct::removeCamera(const VlViewportCameraHostStruct* camera) {
-    const auto found = std::ranges::find(cameras, camera);
-    if (found != cameras.end())
-        removeCameraByIndex(static_cast<uint32_t>(found - cameras.begin()));
-}
-
-uint32_t VlViewportHostStruct::getNumberOfCameras() const {
-    return static_cast<uint32_t>(cameras.size());
-}
-
-const char* VlViewportHostStruct::getCameraName(uint32_t index) const {
-    for (const auto& [cameraName, cameraIndex] : cameraIndexByName)
-        if (cameraIndex == index)
-            return cameraName.c_str();
-    return "";
-}
-
-int VlViewportHostStruct::getCameraIndex(const std::string& cameraName) const {
-    const auto found = cameraIndexByName.find(cameraName);
-    return found == cameraIndexByName.end() ? -1 : static_cast<int>(found->second);
-}
-
-const double* VlViewportHostStruct::getViewMatrix() const {
-    return activeCamera ? activeCamera->getViewMatrix() : fallbackViewMatrix.getValue();
-}
-
-const double* VlViewportHostStruct::getProjectionMatrix() const {
-    return activeCamera ? activeCamera->getProjectionMatrix() : fallbackProjectionMatrix.getValue();
+    const PickingPlugin plugin(*this);
+    if (auto picked = plugin.customPick(region, deepPicking, depthOut))
+        return *std::move(picked);
+    makeGLContextCurrent();
+    return pickByColour(*picker, plugin, region, deepPicking, depthOut);
 }
 
 bool VlViewportHostStruct::initializeGLContext() {

@@ -2,11 +2,14 @@
 
 #include "hostobject.h"
 
+#include "VlAttribute/GroupAttribute.h"
+
 #include <ImathMatrix.h>
 
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,6 +18,8 @@ struct VlAttributeStruct;
 
 namespace ViewerAPI {
 
+class VlViewportPicker;
+struct PixelRegion;
 struct VlViewerDelegateHostStruct;
 struct VlViewportCameraHostStruct;
 struct VlViewportLayerHostStruct;
@@ -49,7 +54,8 @@ struct VlViewportHostStruct : public HostObject {
     void cleanup();
     /// Makes the context current, calls the plug-in, swaps buffers; all three also before `setup`.
     void draw();
-    /// In pixels. Tells plug-in and layers; cameras are the caller's affair.
+    /// In pixels. Resizes the picking surface, tells plug-in and layers; cameras are the caller's
+    /// affair.
     void resize(int width, int height);
     /// The pointer is at (x, y), in pixels from the top left; `isHovering` false says that it left.
     void hover(bool isHovering, int x, int y);
@@ -136,6 +142,19 @@ struct VlViewportHostStruct : public HostObject {
     void enableCapability(uint32_t capability);
     void disableCapability(uint32_t capability);
 
+    // ---- Picking. The region is in window coordinates, with the origin at the top left.
+
+    /// Registers what the plug-in is about to draw by the id that this answers: the colour to draw
+    /// it in. Ids hold until the pick ends.
+    uint64_t addPickableObject(VlAttribute::Attribute object);
+    /// What the plug-in picks by itself, or else what it shows in the region: id in decimal to
+    /// object, in ascending order of ids; with deep picking also what lies behind. Null when the
+    /// plug-in asks for it while it draws the ids of a pick. `depthOut` (may be null) is written
+    /// for a region of one pixel alone. Leaves the context current and the window's buffers
+    /// cleared, unless the plug-in picked by itself.
+    [[nodiscard]] VlAttribute::GroupAttribute getPickedObjects(const PixelRegion& region,
+                                                               bool deepPicking, float* depthOut);
+
     std::string name;
     int width = 0;                              ///< pixels
     int height = 0;                             ///< pixels
@@ -153,7 +172,8 @@ struct VlViewportHostStruct : public HostObject {
     void* deviceContext = nullptr; ///< native; released by the destructor
     const ViewportPluginSuite* pluginSuite = nullptr;
     void* pluginHandle = nullptr;
-    std::map<uint32_t, bool> glCapabilityStates; ///< as last asked of this viewport
+    std::map<uint32_t, bool> glCapabilityStates;    ///< as last asked of this viewport
+    const std::unique_ptr<VlViewportPicker> picker; ///< never null
     bool isViewFrozen = false;
     float horizontalOffset = 0.0f;
     float verticalOffset = 0.0f;

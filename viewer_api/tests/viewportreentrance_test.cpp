@@ -106,8 +106,8 @@ TEST_F(ViewportReentrance, layerRemovedInItsSetupIsCleanedUpBeforeItsEnd) {
     onEntry("layer1.setup", [&] { viewport->removeLayer("a"); });
     journal.take();
     viewport->addLayer("Recording", "a");
-    EXPECT_EQ(journal.take(),
-              (Lines{"layer1.create", "layer1.setup", "layer1.cleanup", "layer1.destroy"}));
+    EXPECT_EQ(journal.take(), (Lines{"layer1.create", "layer1.usesPickingCache", "layer1.setup",
+                                     "layer1.cleanup", "layer1.destroy"}));
 }
 
 TEST_F(ViewportReentrance, layerRemovedInItsCleanupIsCleanedUpOnce) {
@@ -183,14 +183,15 @@ TEST_F(ViewportReentrance, layersAddedWhileTheListIsWalkedAreVisitedOnce) {
     journal.take();
     viewport->setup(7);
     EXPECT_EQ(journal.take(), (Lines{"viewport1.setup", "layer1.setup", "layer2.setup",
-                                     "layer3.create", "layer3.setup"}));
+                                     "layer3.create", "layer3.usesPickingCache", "layer3.setup"}));
 }
 
 TEST_F(ViewportReentrance, layersAddedByThePluginsSetupAreSetUpWithTheViewport) {
     onEntry("viewport1.setup", [&] { viewport->addLayer("Recording", "a"); });
     journal.take();
     viewport->setup(7);
-    EXPECT_EQ(journal.take(), (Lines{"viewport1.setup", "layer1.create", "layer1.setup"}));
+    EXPECT_EQ(journal.take(), (Lines{"viewport1.setup", "layer1.create", "layer1.usesPickingCache",
+                                     "layer1.setup"}));
 }
 
 TEST_F(ViewportReentrance, layersAddedByCreateKeepTheListsInStep) {

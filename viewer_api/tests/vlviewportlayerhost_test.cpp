@@ -59,15 +59,15 @@ TEST_F(VlViewportLayerHost, startsUninitialised) {
 
 TEST_F(VlViewportLayerHost, addOnAnUninitialisedViewportMakesNoGLCall) {
     viewport->addLayer("Recording", "a");
-    EXPECT_EQ(journal.take(), Lines{"layer1.create"});
+    EXPECT_EQ(journal.take(), (Lines{"layer1.create", "layer1.usesPickingCache"}));
 }
 
 TEST_F(VlViewportLayerHost, addOnAnInitialisedViewportSetsUpAndUnbinds) {
     setUpViewport();
     auto* layer = viewport->addLayer("Recording", "a");
     EXPECT_EQ(journal.take(),
-              (Lines{"layer1.create", "makeCurrent dc7 context1", "glViewport 0 0 0 0",
-                     "layer1.setup", "makeCurrent dc7 null"}));
+              (Lines{"layer1.create", "layer1.usesPickingCache", "makeCurrent dc7 context1",
+                     "glViewport 0 0 0 0", "layer1.setup", "makeCurrent dc7 null"}));
     EXPECT_TRUE(layer->isInitialized);
 }
 
@@ -75,8 +75,8 @@ TEST_F(VlViewportLayerHost, insertOnAnInitialisedViewportSetsUpAndUnbinds) {
     setUpViewport();
     viewport->insertLayer("Recording", "a", 0);
     EXPECT_EQ(journal.take(),
-              (Lines{"layer1.create", "makeCurrent dc7 context1", "glViewport 0 0 0 0",
-                     "layer1.setup", "makeCurrent dc7 null"}));
+              (Lines{"layer1.create", "layer1.usesPickingCache", "makeCurrent dc7 context1",
+                     "glViewport 0 0 0 0", "layer1.setup", "makeCurrent dc7 null"}));
 }
 
 TEST_F(VlViewportLayerHost, isInTheListWhenItIsSetUp) {

@@ -219,14 +219,16 @@ typedef struct ViewportHostSuite {
     void (*disableCapability)(VlViewportHandle host, uint32_t capability);
 
     /* Registers something that can be picked and answers its id: the colour to draw it in. Ids
-     * count from 0 and hold until the end of the pick.
+     * count from 0 and hold until the end of the pick. `object` stays the caller's.
      * [ui-thread] */
     uint64_t (*addPickableObject)(VlViewportHandle host, VlAttributeStruct* object);
 
-    /* What is seen in the region: a GroupAttribute, id in decimal to registered attribute, in
-     * ascending order of ids; null without a picking surface or for an empty region. Deep picking
-     * also finds what lies behind. `*depth` becomes the window depth (0 to 1) for a region of one
-     * pixel and is left alone otherwise; `depth` may be null.
+    /* What the viewport's plug-in picks by itself, or else what it shows in the region: a
+     * GroupAttribute, id in decimal to registered attribute, in ascending order of ids; empty when
+     * nothing is there, also for an empty region or without a picking surface. Null when called
+     * while the plug-in draws the ids of a pick. Deep picking also finds what lies behind.
+     * `*depth` becomes the window depth (0 to 1) for a region of one pixel and is left alone
+     * otherwise; `depth` may be null. The window's buffers are cleared until the next draw.
      * [ui-thread] */
     VlAttributeStruct* (*getPickedObjects)(VlViewportHandle host, int x, int y, int width,
                                            int height, int deepPicking, float* depth);

@@ -33,7 +33,8 @@ typedef struct ViewportLayerHostSuite {
     void (*hover)(VlViewportLayerHandle host, int isHovering, int x, int y);
 
     /* Registers something that can be picked and answers its id: with the layer's own picking
-     * surface where it has one, otherwise with the viewport's. `object` stays the caller's.
+     * surface where it has one, otherwise with the viewport's; during a pick of this layer with the
+     * surface that is picked from. `object` stays the caller's.
      * [ui-thread] */
     uint64_t (*addPickableObject)(VlViewportLayerHandle host, VlAttributeStruct* object);
 

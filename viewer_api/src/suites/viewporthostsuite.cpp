@@ -5,6 +5,7 @@
 #include "vlviewportcamerahost.h"
 #include "vlviewporthost.h"
 #include "vlviewportlayerhost.h"
+#include "vlviewportpicker.h"
 
 namespace ViewerAPI {
 
@@ -183,6 +184,17 @@ void disableCapability(void* host, uint32_t capability) {
     viewportOf(host).disableCapability(capability);
 }
 
+uint64_t addPickableObject(void* host, VlAttributeStruct* object) {
+    return viewportOf(host).addPickableObject(VlAttribute::Attribute::CreateAndRetain(object));
+}
+
+VlAttributeStruct* getPickedObjects(void* host, int x, int y, int width, int height,
+                                    int deepPicking, float* depth) {
+    return viewportOf(host)
+        .getPickedObjects({x, y, width, height}, deepPicking != 0, depth)
+        .detach();
+}
+
 void setViewFrozen(void* host, int frozen) {
     viewportOf(host).setViewFrozen(frozen != 0);
 }
@@ -247,8 +259,8 @@ constexpr ViewportHostSuite kSuite = {
     .isGLContextCurrent = isGLContextCurrent,
     .enableCapability = enableCapability,
     .disableCapability = disableCapability,
-    .addPickableObject = nullptr,
-    .getPickedObjects = nullptr,
+    .addPickableObject = addPickableObject,
+    .getPickedObjects = getPickedObjects,
     .setViewFrozen = setViewFrozen,
     .isViewFrozen = isViewFrozen,
     .setPanAndZoomActive = setPanAndZoomActive,

@@ -3,6 +3,7 @@
 #include "triple.h"
 #include "vlviewporthost.h"
 #include "vlviewportlayerhost.h"
+#include "vlviewportpicker.h"
 
 #include "VlAttribute/Attribute.h"
 
@@ -31,13 +32,22 @@ void hover(void* host, int isHovering, int x, int y) {
     layerOf(host).hover(isHovering != 0, x, y);
 }
 
+uint64_t addPickableObject(void* host, VlAttributeStruct* object) {
+    return layerOf(host).addPickableObject(VlAttribute::Attribute::CreateAndRetain(object));
+}
+
+VlAttributeStruct* getPickedObjects(void* host, int x, int y, int width, int height,
+                                    int deepPicking, float* depth) {
+    return layerOf(host).getPickedObjects({x, y, width, height}, deepPicking != 0, depth).detach();
+}
+
 constexpr ViewportLayerHostSuite kSuite = {
     .getViewport = getViewport,
     .event = event,
     .draw = draw,
     .hover = hover,
-    .addPickableObject = nullptr,
-    .getPickedObjects = nullptr,
+    .addPickableObject = addPickableObject,
+    .getPickedObjects = getPickedObjects,
 };
 
 } // namespace

@@ -92,11 +92,14 @@ void pickerDraw(void* instance, int x, int y, int width, int height, VlAttribute
 }
 
 int customPick(void* instance, int x, int y, int width, int height, int deepPicking,
-               VlAttributeStruct** picked, float*) {
+               VlAttributeStruct** picked, float* depth) {
     const int answer =
         plugins().called(instance, "customPick", numbers({x, y, width, height, deepPicking}));
-    if (answer)
+    if (answer) {
         *picked = plugins().attributeAnswer.getRetainedHandle();
+        if (depth)
+            *depth = plugins().depthAnswer;
+    }
     return answer;
 }
 

@@ -32,7 +32,7 @@ public:
         void* host = nullptr;
         bool isDestroyed = false;
         std::vector<uint64_t> optionIds;
-        VlAttribute::Attribute lastAttribute; ///< of the last event, option or setup
+        VlAttribute::Attribute lastAttribute; ///< of the last event, option, setup or pickerDraw
     };
 
     /// The instance of this name, destroyed or not; throws when there was none.
@@ -48,8 +48,9 @@ public:
     std::map<std::string, std::function<void(Instance&)>> hooks;
     /// What an entry answers where it answers an int: key "layer1.event". 0 otherwise.
     std::map<std::string, int> answers;
-    /// What getOption and asAttribute answer.
+    /// What getOption and asAttribute answer, and customPick where it answers non-zero.
     VlAttribute::Attribute attributeAnswer;
+    float depthAnswer = 0.0f; ///< of such a customPick
 
     // For the tables.
     static ViewportPlugins& current();
