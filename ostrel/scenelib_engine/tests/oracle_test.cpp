@@ -154,6 +154,20 @@ private:
         return edits.build();
     }
 
+    GroupAttribute randomWorkingSet() {
+        GroupBuilder set;
+        for (const char* list : {"include", "exclude"}) {
+            std::vector<std::string> paths;
+            for (std::size_t count = pick(3); count > 0; --count) {
+                paths.push_back(pickPath());
+            }
+            set.set(list, StringAttribute(paths));
+        }
+        set.set("childrenInherit", IntAttribute(chance(70)));
+        set.set("polish", IntAttribute(chance(70)));
+        return set.build();
+    }
+
     GroupAttribute randomLevel(int depth) {
         GroupBuilder level;
         level.set("a", GroupAttribute::Empty());
@@ -168,10 +182,26 @@ private:
     }
 
     void setRandomArgs(OpModel& model) {
-        static const std::vector<const char*> types{
-            "no-op",        "Scene.Literal", "Scene.Literal", "Scene.Merge", "Scene.Merge",
-            "Test.Stamp",   "Test.Filter",   "Test.Far",      "Test.Throw",  "Test.Swap",
-            "Test.Unknown", "Scene.Edit",    "Scene.Edit"};
+        static const std::vector<const char*> types{"no-op",
+                                                    "Scene.Literal",
+                                                    "Scene.Literal",
+                                                    "Scene.Literal",
+                                                    "Scene.Literal",
+                                                    "Scene.Merge",
+                                                    "Scene.Merge",
+                                                    "Scene.Merge",
+                                                    "Scene.Edit",
+                                                    "Scene.Edit",
+                                                    "Test.Stamp",
+                                                    "Test.Filter",
+                                                    "Test.Far",
+                                                    "Test.Throw",
+                                                    "Test.Swap",
+                                                    "Test.Unknown",
+                                                    "WorkingSet.MultipleOnePassResolve",
+                                                    "WorkingSet.MultipleOnePassResolve",
+                                                    "WorkingSet.Prune",
+                                                    "WorkingSet.Prune"};
         if (chance(20)) {
             model.type = types[pick(types.size())];
         }
@@ -196,6 +226,17 @@ private:
                 level.del("c." + name);
             }
             args.set("staticScene", level.build());
+        }
+        if (!chance(10)) {
+            args.set("groupName", StringAttribute("sets"));
+        }
+        if (!chance(10)) {
+            args.set("outputGroupName", StringAttribute("sets"));
+        }
+        for (const char* name : {"workingSetsInfo.one", "workingSetsInfo.two"}) {
+            if (model.type == "WorkingSet.MultipleOnePassResolve" && chance(60)) {
+                args.set(name, randomWorkingSet());
+            }
         }
         if (model.type == "Scene.Edit" && !chance(10)) {
             args.set("edits",

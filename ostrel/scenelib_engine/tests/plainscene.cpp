@@ -1,5 +1,7 @@
 #include "plainscene.h"
 
+#include "plainworkingsets.h"
+
 #include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/StringAttribute.h"
 
@@ -207,6 +209,12 @@ PlainScene evaluatePlainly(const std::string& type, const GroupAttribute& args,
             edit(*scene, GroupAttribute(args.getChildByName("edits")));
         }
         return scene;
+    }
+    if (type == "WorkingSet.MultipleOnePassResolve") {
+        return resolveWorkingSetsPlainly(args, scene);
+    }
+    if (type == "WorkingSet.Prune") {
+        return pruneWorkingSetsPlainly(args, scene);
     }
     if (type == "Test.Throw") {
         if (text("name") == "root") {

@@ -6,19 +6,20 @@
 #include "ops/literal.h"
 #include "ops/merge.h"
 #include "ops/noop.h"
+#include "ops/pruneworkingsets.h"
+#include "ops/resolveworkingsets.h"
 
 namespace VlScenelibEngine {
 
 void registerBuiltinOps() {
-    const auto passThrough = std::make_shared<NoOp>();
-    registerOpType("no-op", passThrough);
-    registerOpType("WorkingSet.MultipleOnePassResolve", passThrough);
-    registerOpType("WorkingSet.Prune", passThrough);
+    registerOpType("no-op", std::make_shared<NoOp>());
     registerOpType("Geometry.Import", std::make_shared<Import>());
     registerOpType("Scene.Literal", std::make_shared<Literal>());
     registerOpType("Scene.Generate", std::make_shared<Generate>());
     registerOpType("Scene.Merge", std::make_shared<Merge>());
     registerOpType("Scene.Edit", std::make_shared<Edit>());
+    registerOpType("WorkingSet.MultipleOnePassResolve", std::make_shared<ResolveWorkingSets>());
+    registerOpType("WorkingSet.Prune", std::make_shared<PruneWorkingSets>());
 }
 
 } // namespace VlScenelibEngine
