@@ -27,7 +27,8 @@ class PyScenelibTest(unittest.TestCase):
     def testOpTypesAreListed(self):
         names = PyScenelib.getOpTypes()
         for name in ("no-op", "Geometry.Import", "Scene.Literal", "Scene.Generate", "Scene.Merge",
-                     "Scene.Edit", "WorkingSet.MultipleOnePassResolve", "WorkingSet.Prune"):
+                     "Scene.Edit", "WorkingSet.MultipleOnePassResolve", "WorkingSet.Prune",
+                     "HierarchyCollapse"):
             self.assertTrue(name in names, name)
 
     def testOpsThatDoNotExistAreRefused(self):

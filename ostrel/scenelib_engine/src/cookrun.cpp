@@ -125,6 +125,15 @@ const CookNode* CookRun::readInput(std::size_t input, std::string_view path) {
     return place.node;
 }
 
+CookNode* CookRun::readInputTree(std::size_t input) {
+    outcome.inputsRead = static_cast<std::uint8_t>(outcome.inputsRead | CookNode::inputBit(input));
+    if (GraphOp* inputOp = op.getInput(input)) {
+        outcome.farReads.push_back({inputOp, joinPath(node.getLocationNames()), true});
+    }
+    CookNode* found = findInput(input);
+    return found ? found->resolve() : nullptr;
+}
+
 // ---- the context's face
 
 const GroupAttribute& InputLocation::getAttrs() const noexcept {
@@ -135,6 +144,14 @@ const GroupAttribute& InputLocation::getAttrs() const noexcept {
 const ChildList::Ptr& InputLocation::getChildren() const noexcept {
     static const ChildList::Ptr none;
     return node ? node->children : none;
+}
+
+InputTree::InputTree(Cooker& treeCooker, CookNode* cookedNode) noexcept
+    : InputLocation(cookedNode), cooker(treeCooker), node(cookedNode) {}
+
+InputTree InputTree::getChild(std::size_t index) const {
+    CookNode* child = cooker.cookedChild(*node, node->children->getName(index), index);
+    return {cooker, child->resolve()};
 }
 
 bool CookContext::isRoot() const noexcept {
@@ -175,6 +192,10 @@ std::size_t CookContext::getNumberOfInputs() {
 
 InputLocation CookContext::getInput(std::size_t inputIndex) {
     return InputLocation(run.readInput(inputIndex));
+}
+
+InputTree CookContext::getInputTree(std::size_t inputIndex) {
+    return {run.cooker, run.readInputTree(inputIndex)};
 }
 
 InputLocation CookContext::getInput(std::size_t inputIndex, std::string_view path) {

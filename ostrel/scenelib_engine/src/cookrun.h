@@ -57,6 +57,8 @@ public:
     /// Resolved; null when there is none.
     [[nodiscard]] const CookNode* readInput(std::size_t input);
     [[nodiscard]] const CookNode* readInput(std::size_t input, std::string_view path);
+    /// As the first, but with all that is below.
+    [[nodiscard]] CookNode* readInputTree(std::size_t input);
 
     Cooker& cooker;
     GraphOp& op;

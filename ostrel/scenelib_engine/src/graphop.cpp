@@ -15,7 +15,7 @@ bool GraphOp::readsOp(std::uint8_t inputsRead, const GraphOp& input) const noexc
 
 void GraphOp::setFarReads(CookNode& node, std::vector<FarRead> reads) {
     for (const FarRead& read : reads) {
-        read.input->readers.add(read.path, node);
+        read.input->readers.add(read.path, node, read.withAllBelow);
     }
     node.set(CookNode::kReads);
     const std::lock_guard lock(farReadMutex);

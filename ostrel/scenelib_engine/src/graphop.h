@@ -20,10 +20,11 @@ namespace VlScenelibEngine {
 
 class ClientView;
 
-/// A read of an input from another place than the cook's own path.
+/// A read of an input from another place than the cook's own path, or from more places.
 struct FarRead {
     GraphOp* input = nullptr;
     std::string path;
+    bool withAllBelow = false;
 };
 
 /// An op as the coordinator knows it: its place in the graph, and the tree of what it has cooked.

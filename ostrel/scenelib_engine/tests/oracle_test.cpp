@@ -201,7 +201,8 @@ private:
                                                     "WorkingSet.MultipleOnePassResolve",
                                                     "WorkingSet.MultipleOnePassResolve",
                                                     "WorkingSet.Prune",
-                                                    "WorkingSet.Prune"};
+                                                    "WorkingSet.Prune",
+                                                    "HierarchyCollapse"};
         if (chance(20)) {
             model.type = types[pick(types.size())];
         }

@@ -145,6 +145,14 @@ void edit(PlainLocation& location, const GroupAttribute& edits) {
     }
 }
 
+GroupAttribute collapse(const PlainLocation& location) {
+    GroupBuilder children;
+    for (const auto& [name, child] : location.children) {
+        children.set(name, collapse(child));
+    }
+    return {{"a", location.attrs}, {"c", children.build()}};
+}
+
 } // namespace
 
 const PlainLocation* PlainLocation::findChild(std::string_view name) const {
@@ -215,6 +223,9 @@ PlainScene evaluatePlainly(const std::string& type, const GroupAttribute& args,
     }
     if (type == "WorkingSet.Prune") {
         return pruneWorkingSetsPlainly(args, scene);
+    }
+    if (type == "HierarchyCollapse") {
+        return scene ? PlainScene(PlainLocation{{{"staticScene", collapse(*scene)}}, {}}) : scene;
     }
     if (type == "Test.Throw") {
         if (text("name") == "root") {

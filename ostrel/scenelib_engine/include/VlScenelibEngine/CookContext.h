@@ -11,6 +11,7 @@
 
 namespace VlScenelibEngine {
 
+class Cooker;
 class CookNode;
 class CookRun;
 
@@ -28,6 +29,19 @@ public:
 
 private:
     const CookNode* node = nullptr;
+};
+
+/// A location of an input and all that is below it, as a cook reads it. Valid during that cook.
+class InputTree : public InputLocation {
+public:
+    InputTree(Cooker& treeCooker, CookNode* cookedNode) noexcept;
+
+    /// The child at a place of getChildren(). What has not been cooked is cooked here and now.
+    [[nodiscard]] InputTree getChild(std::size_t index) const;
+
+private:
+    Cooker& cooker;
+    CookNode* node;
 };
 
 /// What one cook may read, and by which the engine records what it did read: arguments, inputs, and
@@ -78,6 +92,10 @@ public:
     [[nodiscard]] std::size_t getNumberOfInputs();
     /// This location in an input. It does not exist in an input that is not connected.
     [[nodiscard]] InputLocation getInput(std::size_t inputIndex);
+    /// This location in an input with all that is below it. The cook then runs again when anything
+    /// there changes. It keeps one thread busy until all that it asks for is cooked, and commits
+    /// wait for it: for small scenes.
+    [[nodiscard]] InputTree getInputTree(std::size_t inputIndex);
     /// Any location of an input.
     [[nodiscard]] InputLocation getInput(std::size_t inputIndex, std::string_view path);
 

@@ -1,5 +1,6 @@
 #include "ops/builtinops.h"
 
+#include "ops/collapse.h"
 #include "ops/edit.h"
 #include "ops/generate.h"
 #include "ops/import.h"
@@ -20,6 +21,7 @@ void registerBuiltinOps() {
     registerOpType("Scene.Edit", std::make_shared<Edit>());
     registerOpType("WorkingSet.MultipleOnePassResolve", std::make_shared<ResolveWorkingSets>());
     registerOpType("WorkingSet.Prune", std::make_shared<PruneWorkingSets>());
+    registerOpType("HierarchyCollapse", std::make_shared<Collapse>());
 }
 
 } // namespace VlScenelibEngine
