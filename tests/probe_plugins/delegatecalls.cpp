@@ -120,6 +120,10 @@ HostCalls commonCalls(const Suite& s) {
         return textOfResult(s.computeMergedExtent(host, a.paths(1), a.count(1), a.text(0)));
     };
 
+    calls["getCompatibleManipulatorsInfo"] = [&s](void* host, Arguments& a) {
+        return textOfResult(s.getCompatibleManipulatorsInfo(host, a.paths(), a.count()));
+    };
+
     calls["addComponent"] = [&s](void* host, Arguments& a) {
         FoundObject found;
         s.addComponent(host, a.text(0), a.text(1), &found.host, &found.instance, &found.suite);
@@ -130,6 +134,10 @@ HostCalls commonCalls(const Suite& s) {
         s.insertComponent(host, a.text(0), a.text(1), static_cast<std::uint32_t>(a.number(2)),
                           &found.host, &found.instance, &found.suite);
         return found.text();
+    };
+    calls["addViewport"] = [&s](void* host, Arguments& a) {
+        s.addViewport(host, a.address(0), a.text(1));
+        return std::string("done");
     };
     const auto byName = [&calls](const char* name,
                                  void (*entry)(void*, const char*, void**, void**, const void**)) {

@@ -20,7 +20,8 @@ const char* Arguments::text(std::size_t index) const {
     if (index >= words.size()) {
         throw std::runtime_error("Probe: a call lacks argument " + std::to_string(index));
     }
-    return words[index].c_str();
+    const std::string& word = words[index];
+    return word == "(null)" ? nullptr : word == "\"\"" ? "" : word.c_str();
 }
 
 int Arguments::number(std::size_t index) const {
@@ -35,6 +36,10 @@ double Arguments::real(std::size_t index) const {
     return std::stod(text(index));
 }
 
+void* Arguments::address(std::size_t index) const {
+    return reinterpret_cast<void*>(std::stoull(words.at(index), nullptr, 16));
+}
+
 std::string Arguments::rest(std::size_t index) const {
     std::string result;
     for (std::size_t i = index; i < words.size(); ++i) {
@@ -44,14 +49,24 @@ std::string Arguments::rest(std::size_t index) const {
 }
 
 const char** Arguments::paths(std::size_t first) {
+    if (isNoList(first)) {
+        return nullptr;
+    }
     pointers.clear();
     for (std::size_t i = first; i < words.size(); ++i) {
-        pointers.push_back(words[i].c_str());
+        pointers.push_back(text(i));
     }
     return pointers.data();
 }
 
+bool Arguments::isNoList(std::size_t first) const {
+    return words.size() > first && words[first] == "(nolist)";
+}
+
 std::uint32_t Arguments::count(std::size_t first) const {
+    if (isNoList(first)) {
+        return static_cast<std::uint32_t>(number(first + 1));
+    }
     return static_cast<std::uint32_t>(words.size() > first ? words.size() - first : 0);
 }
 

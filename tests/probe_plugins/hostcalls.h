@@ -11,17 +11,20 @@
 /// How the calls that a test writes as text reach the tables of the host.
 namespace probe {
 
-/// The words of a call behind its entry.
+/// The words of a call behind its entry. `(null)` is a null pointer and `""` the empty text, also
+/// in a list of paths; `(nolist) 3` is a null pointer in place of a list of three.
 class Arguments {
 public:
     explicit Arguments(std::vector<std::string> words);
 
-    /// Throws std::runtime_error when there are fewer words.
+    /// Throws std::runtime_error when there are fewer words. May be null.
     [[nodiscard]] const char* text(std::size_t index) const;
     [[nodiscard]] int number(std::size_t index) const;
     /// The number there, or another when there are fewer words.
     [[nodiscard]] int number(std::size_t index, int otherwise) const;
     [[nodiscard]] double real(std::size_t index) const;
+    /// An address, as "%p" prints one.
+    [[nodiscard]] void* address(std::size_t index) const;
     /// All words from that one on, with spaces between.
     [[nodiscard]] std::string rest(std::size_t index) const;
 
@@ -30,6 +33,8 @@ public:
     [[nodiscard]] std::uint32_t count(std::size_t first = 0) const;
 
 private:
+    [[nodiscard]] bool isNoList(std::size_t first) const;
+
     std::vector<std::string> words;
     std::vector<const char*> pointers;
 };

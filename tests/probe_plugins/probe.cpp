@@ -4,6 +4,7 @@
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 #include "viewer_api/plugin/HostSuites.h"
@@ -130,6 +131,19 @@ void obey(Probe* probe, const std::string& command) {
     }
 }
 
+std::string lineOf(std::string_view entry, const std::string& arguments) {
+    return std::string(entry) + (arguments.empty() ? "" : " " + arguments);
+}
+
+GroupAttribute parseGroup(std::istringstream& in) {
+    GroupBuilder group;
+    for (std::string child; std::getline(in, child, ';');) {
+        const std::size_t equals = child.find('=');
+        group.set(child.substr(0, equals), parseAttribute(child.substr(equals + 1)));
+    }
+    return group.build();
+}
+
 template <class Attribute_, class Value>
 Attribute_ parseNumbers(std::istringstream& in) {
     std::vector<Value> values;
@@ -143,13 +157,12 @@ Attribute_ parseNumbers(std::istringstream& in) {
 
 const char* nameOf(Kind kind) {
     static const char* const kNames[] = {"ProbeDelegate", "ProbeComponent", "ProbeViewport",
-                                         "ProbeLayer", "ProbeCamera"};
+                                         "ProbeLayer",    "ProbeCamera",    "ProbeManipulator"};
     return kNames[static_cast<int>(kind)];
 }
 
 void* create(Kind kind, void* host) {
-    record(nullptr, kind, "create");
-    if (followRules(kind, nullptr, "create").isNull) {
+    if (calledOnKind(kind, "create").isNull) {
         return nullptr;
     }
     auto* probe = new Probe{kind, host, {"create"}, {}};
@@ -164,9 +177,14 @@ void destroy(void* instance) {
     delete probe;
 }
 
+Answer calledOnKind(Kind kind, std::string_view entry, const std::string& arguments) {
+    record(nullptr, kind, lineOf(entry, arguments));
+    return followRules(kind, nullptr, entry);
+}
+
 Answer called(void* instance, std::string_view entry, const std::string& arguments) {
     auto* probe = static_cast<Probe*>(instance);
-    record(probe, probe->kind, std::string(entry) + (arguments.empty() ? "" : " " + arguments));
+    record(probe, probe->kind, lineOf(entry, arguments));
     return followRules(probe->kind, probe, entry);
 }
 
@@ -231,6 +249,9 @@ Attribute parseAttribute(const std::string& text) {
     }
     if (kind == "string") {
         return StringAttribute(rest);
+    }
+    if (kind == "group") {
+        return parseGroup(in);
     }
     throw std::runtime_error("Probe: '" + text + "' is no attribute");
 }

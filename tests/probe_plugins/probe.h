@@ -9,8 +9,9 @@
 #include <string_view>
 #include <vector>
 
-/// Plug-ins for tests, named "ProbeDelegate", "ProbeComponent", "ProbeViewport", "ProbeLayer" and
-/// "ProbeCamera". Each records the calls it gets and answers as told, by options:
+/// Plug-ins for tests, named "ProbeDelegate", "ProbeComponent", "ProbeViewport", "ProbeLayer",
+/// "ProbeCamera" and "ProbeManipulator". Each records the calls it gets and answers as told, by
+/// options:
 ///
 /// | option | |
 /// |---|---|
@@ -36,7 +37,7 @@
 /// A call of the host is recorded with its result as `-> viewport.getNumberOfLayers: 2`.
 namespace probe {
 
-enum class Kind { Delegate, Component, Viewport, Layer, Camera };
+enum class Kind { Delegate, Component, Viewport, Layer, Camera, Manipulator };
 
 /// An instance of a plug-in.
 struct Probe {
@@ -59,7 +60,10 @@ struct Answer {
 void* create(Kind kind, void* host);
 void destroy(void* instance);
 
-/// Records a call and follows the rules.
+/// Records a call of an entry that belongs to the kind and follows the rules, of which none may
+/// call the host.
+Answer calledOnKind(Kind kind, std::string_view entry, const std::string& arguments = "");
+/// The same for a call of an instance.
 Answer called(void* instance, std::string_view entry, const std::string& arguments = "");
 /// The same for an entry that answers a number.
 int answered(void* instance, std::string_view entry, const std::string& arguments, int otherwise);
@@ -77,7 +81,8 @@ VlAttributeStruct* getOption(void* instance, std::uint64_t id);
 /// Throws std::runtime_error when the probe has no such object or the object no such entry.
 std::string callHost(const Probe& probe, const std::string& line);
 
-/// `null`, `int:1 2`, `float:0.5`, `double:1`, `string:text with spaces`.
+/// `null`, `int:1 2`, `float:0.5`, `double:1`, `string:text with spaces`, and a group of such:
+/// `group:label=string:some text;rank=int:1`.
 VlAttribute::Attribute parseAttribute(const std::string& text);
 
 } // namespace probe

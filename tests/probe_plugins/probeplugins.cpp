@@ -1,10 +1,11 @@
-// The tables of the five probes and the entry points of their library.
+// The tables of the probes and the entry points of their library.
 
 #include "probe.h"
 
 #include "support/attributetext.h"
 #include "support/flagstext.h"
 
+#include "viewer_api/ManipulatorPluginSuite.h"
 #include "viewer_api/ViewerDelegateComponentPluginSuite.h"
 #include "viewer_api/ViewerDelegatePluginSuite.h"
 #include "viewer_api/ViewportCameraPluginSuite.h"
@@ -207,6 +208,25 @@ const ViewportCameraPluginSuite kCamera = {
                    int bits) { called(instance, "setDirty", std::to_string(bits)); },
 };
 
+const ManipulatorPluginSuite kManipulator = {
+    .create = createKind<Kind::Manipulator>,
+    .destroy = destroy,
+    .matches =
+        [](VlAttributeStruct* location) {
+            return calledOnKind(Kind::Manipulator, "matches", textOf(location)).number.value_or(0);
+        },
+    .getTags = [] { return calledOnKind(Kind::Manipulator, "getTags").attribute.detach(); },
+    .setup = setup,
+    .event = event,
+    .draw = draw,
+    .pickerDraw =
+        [](void* instance, std::uint64_t pickerId) {
+            called(instance, "pickerDraw", std::to_string(pickerId));
+        },
+    .setOption = setOption,
+    .getOption = getOption,
+};
+
 [[maybe_unused]] const bool kIsRegistered = [] {
     auto& records = ViewerPlugin::pluginRecords();
     records.push_back({VL_VIEWER_DELEGATE_PLUGIN_TYPE, nameOf(Kind::Delegate),
@@ -219,6 +239,8 @@ const ViewportCameraPluginSuite kCamera = {
                        VL_VIEWPORT_LAYER_PLUGIN_API_VERSION, &kLayer});
     records.push_back({VL_VIEWPORT_CAMERA_PLUGIN_TYPE, nameOf(Kind::Camera),
                        VL_VIEWPORT_CAMERA_PLUGIN_API_VERSION, &kCamera});
+    records.push_back({VL_MANIPULATOR_PLUGIN_TYPE, nameOf(Kind::Manipulator),
+                       VL_MANIPULATOR_PLUGIN_API_VERSION, &kManipulator});
     return true;
 }();
 

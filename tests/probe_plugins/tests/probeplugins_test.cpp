@@ -1,54 +1,17 @@
 // The probes themselves: a delegate with a component, driven through their options.
 
-#include "optionidgenerator.h"
-#include "suites/hostsuites.h"
-#include "suites/optionidgeneratorhostsuite.h"
-#include "support/scriptedruntime.h"
+#include "probetest.h"
+
 #include "vlviewerdelegatecomponenthost.h"
-#include "vlviewerdelegatehost.h"
-
-#include "VlAttribute/StringAttribute.h"
-#include "VlPluginSystem/VlPluginSystem.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <stdexcept>
 
 namespace {
 
-using namespace ViewerAPI;
 using VlAttribute::StringAttribute;
-using Lines = std::vector<std::string>;
 
-class ProbePluginsTest : public testing::Test {
-protected:
-    void SetUp() override {
-        registerHostSuites();
-        ASSERT_EQ(VlPluginSystem::loadLibrary(PROBE_PLUGINS), 5);
-        delegate = std::make_unique<VlViewerDelegateHostStruct>("ProbeDelegate", nullptr);
-        delegate->setOption(id("clearLog"), {});
-    }
-    void TearDown() override { command("clear"); }
-
-    static std::uint64_t id(const char* name) {
-        const OptionIdGeneratorHostSuite* suite = getOptionIdGeneratorHostSuite();
-        return suite->generateOptionIdByName(suite->getOptionIdGenerator(), name);
-    }
-    void command(const char* text) { delegate->setOption(id("command"), StringAttribute(text)); }
-    Lines log(const char* which = "log") {
-        const StringAttribute lines(delegate->getOption(id(which)));
-        Lines result;
-        for (const auto& line : lines.getNearestSample(0.0F)) {
-            result.emplace_back(line);
-        }
-        return result;
-    }
-
-    test::ScriptedRuntime runtime;
-    std::unique_ptr<VlViewerDelegateHostStruct> delegate;
-};
+using ProbePluginsTest = ProbeTest;
 
 TEST_F(ProbePluginsTest, callsAreRecordedUntilTheLogIsCleared) {
     delegate->setup();
