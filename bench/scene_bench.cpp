@@ -82,6 +82,7 @@ public:
         }
         setManipulatorBridgeFactory([] { return std::make_unique<CountingBridge>(); });
         delegate_ = std::make_unique<VlViewerDelegateHostStruct>("CountingDelegate", nullptr);
+        delegate_->setBoundingBoxesEnabled(false);
 
         Transaction transaction;
         const int scene = transaction.createOp(

@@ -70,6 +70,7 @@ class Bench(object):
         if PyVlPluginSystem.loadLibrary(os.path.join(folder, "BenchPlugins.so")) != 1:
             raise SystemExit("no BenchPlugins.so in " + folder)
         self.delegate = ViewerAPI.CreateViewerDelegate("CountingDelegate")
+        self.delegate.setBoundingBoxesEnabled(False)
         scene = PyScenelib.createOp(
             "Scene.Generate", GroupBuilder().set("leafCount", IntAttribute(leaves)).build()
         )

@@ -50,7 +50,7 @@ bool LiveValues::setAttribute(const std::string& path, const std::string& name,
         return false;
     delegate_.manipulationFreeze.onValueSet(isFinal);
     if (!isManipulated(path))
-        delegate_.flushLocationChanges();
+        delegate_.flushLocationChanges(true);
     return true;
 }
 
@@ -100,7 +100,7 @@ void LiveValues::closeGroup(const std::string& path) {
     // Open to the end: a value that is set while the news goes out waits for the next flush.
     try {
         delegate_.lookThrough.releaseDeferred(path);
-        delegate_.flushLocationChanges();
+        delegate_.flushLocationChanges(true);
     } catch (...) {
         manipulatedLocations.erase(path);
         throw;

@@ -21,13 +21,19 @@ ViewerLocationEvent toEvent(const LocationChange& change) {
 
 LocationDelivery::LocationDelivery(VlViewerDelegateHostStruct& delegate) : delegate_(delegate) {}
 
-void LocationDelivery::flush() {
+void LocationDelivery::flush(bool notifyFactories) {
+    if (!notifyFactories) {
+        for (Batch& batch : batches_)
+            batch.notifyFactories = false;
+    }
     if (pauses_ > 0) {
         isFlushWanted_ = true;
         return;
     }
     isFlushWanted_ = false;
-    delegate_.locationTree.collect(batches_.emplace_back().changes);
+    Batch& added = batches_.emplace_back();
+    added.notifyFactories = notifyFactories;
+    delegate_.locationTree.collect(added.changes);
     if (isDelivering_)
         return;
     while (!batches_.empty()) {
@@ -44,7 +50,7 @@ void LocationDelivery::flush() {
 
 void LocationDelivery::resume() {
     if (pauses_ == 0 && isFlushWanted_)
-        flush();
+        flush(true); // what is collected only now is news to the factories in any case
 }
 
 void LocationDelivery::deliver(Batch& batch) {
@@ -56,6 +62,8 @@ void LocationDelivery::deliver(Batch& batch) {
             components = delegate_.components.snapshot();
         deliverToPlugins(batch.changes[batch.next++], *components);
     }
+    if (std::exchange(batch.notifyFactories, false))
+        delegate_.factories.applyChanges(batch.changes);
     if (!std::exchange(batch.hasCollectedSources, true))
         delegate_.sourceLocationTree.collect(batch.sourceChanges);
     while (batch.nextSource < batch.sourceChanges.size()) {

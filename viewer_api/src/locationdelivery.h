@@ -24,11 +24,18 @@ public:
     LocationDelivery& operator=(const LocationDelivery&) = delete;
 
     /// Collects what changed in the primary tree and sends it to the components, last to first,
-    /// and then to the delegate, record by record; then what changed in the sources tree to the
-    /// delegate alone. If the primary tree had changes and no manipulation holds events back, the
-    /// user interface hears "__SELECTED_ENABLED_LOCATIONS_CHANGED". Does nothing but remember the
-    /// wish while a Pause stands.
-    void flush();
+    /// and then to the delegate, record by record, and as a whole to the factories; then what
+    /// changed in the sources tree to the delegate alone. If the primary tree had changes and no
+    /// manipulation holds events back, the user interface hears
+    /// "__SELECTED_ENABLED_LOCATIONS_CHANGED". Does nothing but remember the wish while a Pause
+    /// stands.
+    ///
+    /// Without `notifyFactories` the factories are told neither of this nor of what is under way:
+    /// that is how a scene is taken down.
+    void flush(bool notifyFactories);
+
+    /// Whether everything that was to be flushed has been delivered.
+    [[nodiscard]] bool isIdle() const noexcept { return batches_.empty() && !isFlushWanted_; }
 
     /// Keeps the trees' nodes in place while one walks them and calls plug-ins on the way: no
     /// collection happens as long as it stands. The owner of the last one calls resume() after it.
@@ -52,6 +59,7 @@ private:
     struct Batch {
         std::vector<LocationChange> changes;
         std::size_t next = 0;
+        bool notifyFactories = true;
         bool hasCollectedSources = false;
         std::vector<LocationChange> sourceChanges;
         std::size_t nextSource = 0;

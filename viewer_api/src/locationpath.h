@@ -59,6 +59,13 @@ public:
         return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
     }
 
+    /// Whether the location is the one at `path` or lies below it.
+    [[nodiscard]] static bool isAtOrBelow(std::string_view location,
+                                          std::string_view path) noexcept {
+        return location.starts_with(path) &&
+               (location.size() == path.size() || location[path.size()] == '/');
+    }
+
 private:
     /// Followed in memory by the text and a null character.
     struct Block {

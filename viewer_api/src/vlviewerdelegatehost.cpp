@@ -11,6 +11,7 @@
 #include "vlviewerdelegatecomponenthost.h"
 #include "workingsetextraction.h"
 
+#include "VlAttribute/IntAttribute.h"
 #include "VlScenelib/Client.h"
 #include "VlScenelib/LocationEvent.h"
 #include "VlScenelib/ScenelibRuntime.h"
@@ -28,6 +29,7 @@ namespace ViewerAPI {
 using VlAttribute::Attribute;
 using VlAttribute::DoubleAttribute;
 using VlAttribute::GroupAttribute;
+using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 using VlScenelib::LocationData;
 using VlScenelib::LocationEvent;
@@ -39,6 +41,8 @@ std::atomic<std::int32_t> viewerDelegateInstanceCount{0};
 constexpr const char* kRootPath = "/root";
 constexpr const char* kSelectLocationsChannel = "__SELECT_LOCATIONS";
 constexpr const char* kGetSelectedLocationsChannel = "__GET_SELECTED_LOCATIONS";
+constexpr const char* kBoundingBoxesChannel = "__BOUNDING_BOXES_CHANGED";
+constexpr const char* kProxyGeometryChannel = "__PROXY_GEOMETRY_CHANGED";
 
 /// Whether none of the paths is null.
 bool isPathList(const char* const* paths, std::uint32_t count) {
@@ -62,6 +66,9 @@ VlViewerDelegateHostStruct::VlViewerDelegateHostStruct(const std::string& plugin
     try {
         createPluginInstance(PluginKind::ViewerDelegate, pluginName, this, suite, instance);
         scene.create();
+        factories.createFactories();
+        factories.initialise();
+        factories.setOwner(this);
     } catch (...) {
         endPlugins();
         throw;
@@ -121,8 +128,10 @@ Attribute VlViewerDelegateHostStruct::getOption(std::uint64_t optionId) {
 }
 
 void VlViewerDelegateHostStruct::flushCaches() {
+    const HostCall call(*this);
     locationTree.deleteLocation(kRootPath);
-    flushLocationChanges();
+    flushLocationChanges(false);
+    factories.clear();
 }
 
 // ---- Scene events
@@ -134,7 +143,37 @@ void VlViewerDelegateHostStruct::processLocationEvents() {
     // than what waits in the clients, and must come first.
     if (!manipulationFreeze.isFrozen() && !isHandlingEvents_)
         fetchAndHandleEvents();
-    flushLocationChanges();
+    flushLocationChanges(true);
+    applyFactoryProducts();
+    // The factories pass over what they generated themselves. What plug-ins changed while they were
+    // told, such as a location that one opened on hearing of it, is collected here as well, and the
+    // factories would never hear of it otherwise.
+    flushLocationChanges(true);
+}
+
+void VlViewerDelegateHostStruct::applyFactoryProducts() {
+    // Products are for the tree that the factories know. While a delivery is under way or put off
+    // they know an older one; and a collection may lead back here through the user interface.
+    if (!delivery_.isIdle() || isCollectingProducts_)
+        return;
+    const RaisedFlag collecting(isCollectingProducts_);
+    std::vector<FactoryProduct> products;
+    const auto apply = [&] {
+        for (FactoryProduct& product : products) {
+            // The tree passes over what it has no parent for, and what it doesn't know.
+            if (product.kind == kFactoryProductProduced)
+                locationTree.cook(product.path, std::move(product.attrs), {}, true, false);
+            else
+                locationTree.deleteLocation(product.path);
+        }
+    };
+    try {
+        factories.collectProducts(products);
+    } catch (...) {
+        apply(); // the factories count these as delivered
+        throw;
+    }
+    apply();
 }
 
 void VlViewerDelegateHostStruct::fetchAndHandleEvents() {
@@ -185,14 +224,14 @@ void VlViewerDelegateHostStruct::handleLookThroughEvents(std::vector<LocationEve
     }
 }
 
-void VlViewerDelegateHostStruct::flushLocationChanges() {
+void VlViewerDelegateHostStruct::flushLocationChanges(bool notifyFactories) {
     const HostCall call(*this);
-    delivery_.flush();
+    delivery_.flush(notifyFactories);
 }
 
 bool VlViewerDelegateHostStruct::isProcessing() {
     const HostCall call(*this);
-    if (scene.runtime->isProcessing() || scene.hasEvents())
+    if (factories.hasPendingWork() || scene.runtime->isProcessing() || scene.hasEvents())
         return true;
     const ComponentList::Snapshot snapshot = components.snapshot();
     for (VlViewerDelegateComponentHostStruct* const component : *snapshot) {
@@ -231,6 +270,20 @@ void VlViewerDelegateHostStruct::setWorkingSetVisibilityEnabled(bool isEnabled) 
 
 bool VlViewerDelegateHostStruct::getWorkingSetVisibilityEnabled() const {
     return scene.workingSetVisibilityEnabled;
+}
+
+void VlViewerDelegateHostStruct::setSystemArgs(const GroupAttribute& args) {
+    factories.setSystemArgs(args);
+}
+
+void VlViewerDelegateHostStruct::setBoundingBoxesEnabled(bool isEnabled) {
+    factories.setBoundingBoxesEnabled(isEnabled);
+    callPythonCallback(kBoundingBoxesChannel, IntAttribute(isEnabled ? 1 : 0));
+}
+
+void VlViewerDelegateHostStruct::setProxyGeometryEnabled(bool isEnabled) {
+    factories.setProxyGeometryEnabled(isEnabled);
+    callPythonCallback(kProxyGeometryChannel, IntAttribute(isEnabled ? 1 : 0));
 }
 
 // ---- State of locations

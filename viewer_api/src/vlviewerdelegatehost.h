@@ -10,6 +10,7 @@
 #include "sceneclients.h"
 #include "sourcelocationtree.h"
 #include "viewportlist.h"
+#include "vlproxyfactorylist.h"
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupAttribute.h"
@@ -59,7 +60,8 @@ struct VlViewerDelegateHostStruct : public HostObject {
     /// The plug-in gets a reference of its own to `value`, which may be null.
     void setOption(std::uint64_t optionId, const VlAttribute::Attribute& value);
     [[nodiscard]] VlAttribute::Attribute getOption(std::uint64_t optionId);
-    /// Takes the whole scene down in the primary tree and tells the plug-ins.
+    /// Takes the whole scene down in the primary tree and tells the plug-ins; the factories drop
+    /// all that they hold.
     void flushCaches();
 
     // Scene events
@@ -67,12 +69,14 @@ struct VlViewerDelegateHostStruct : public HostObject {
     /// The pump: catches up with the scene and tells the plug-ins what changed. Nothing moves
     /// between calls. While a manipulation holds events back, what the scene has to tell waits in
     /// the clients; what was changed here (live values, openness, pins, hiding) still goes out.
+    /// What the factories make of it goes out in the same pump.
     void processLocationEvents();
     /// Sends what changed in the trees. A flush from within a plug-in's entry is delivered after
     /// the one under way; one from within getBounds or computeExtent after the walk that asks.
-    void flushLocationChanges();
-    /// Whether there is work whose outcome the next pumps will bring, tested in the order runtime,
-    /// clients, components, plug-in.
+    /// Without `notifyFactories` the factories don't hear of it, nor of what is under way.
+    void flushLocationChanges(bool notifyFactories);
+    /// Whether there is work whose outcome the next pumps will bring, tested in the order
+    /// factories, runtime, clients, components, plug-in.
     [[nodiscard]] bool isProcessing();
     void setManipulationFreezePeriod(std::int64_t milliseconds);
     [[nodiscard]] bool isFrozenDueToManipulation() const;
@@ -86,6 +90,13 @@ struct VlViewerDelegateHostStruct : public HostObject {
     void setVisibilityWorkingSet(const VlAttribute::GroupAttribute& workingSet);
     void setWorkingSetVisibilityEnabled(bool isEnabled);
     [[nodiscard]] bool getWorkingSetVisibilityEnabled() const;
+    /// The op system args of the application, the frame among them, for what the factories cook.
+    void setSystemArgs(const VlAttribute::GroupAttribute& args);
+    /// Whether boxes, and proxies, are generated; both are at first. Takes effect at the next pump.
+    /// The application hears "__BOUNDING_BOXES_CHANGED" or "__PROXY_GEOMETRY_CHANGED" with 0 or 1,
+    /// also when nothing changed.
+    void setBoundingBoxesEnabled(bool isEnabled);
+    void setProxyGeometryEnabled(bool isEnabled);
 
     // State of locations. Each works on the client first and on the tree second, also for
     // locations that are not there yet. A list with a null path in it changes nothing.
@@ -233,6 +244,7 @@ struct VlViewerDelegateHostStruct : public HostObject {
     /// How many events of each client one pump takes; -1 for all.
     std::int32_t eventLimit = -1;
     void* hostedPythonObject;
+    VlProxyFactoryList factories;
     ComponentList components;
     ViewportList viewports{*this};
     LookThrough lookThrough{*this};
@@ -254,9 +266,11 @@ private:
     void handlePrimaryEvents(std::vector<VlScenelib::LocationEvent>& events);
     void handleSourceEvents(std::vector<VlScenelib::LocationEvent>& events);
     void handleLookThroughEvents(std::vector<VlScenelib::LocationEvent>& events);
+    void applyFactoryProducts();
 
     LocationDelivery delivery_{*this};
     bool isHandlingEvents_ = false;
+    bool isCollectingProducts_ = false;
 };
 
 } // namespace ViewerAPI

@@ -49,7 +49,7 @@ TEST_F(AttributeAccess, anUnknownViewOrLocationIsAbsent) {
 TEST_F(AttributeAccess, aLocationThatPluginsWereNotToldOfIsAbsent) {
     delegate->locationTree.cook("/root/b", named("b"), {}, false, true);
     EXPECT_FALSE(delegate->getAttributes("/root/b", 0).isValid());
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_TRUE(delegate->getAttributes("/root/b", 0).isValid());
     delegate->sourceLocationTree.pinLocation("/root/b");
     delegate->sourceLocationTree.cook("/root/b", named("b"));

@@ -48,6 +48,7 @@ VIEWER_DELEGATE = (
     ("getCookedAttributes",
      "getCookedAttributes(str location, [int sceneView = "
      "ViewerAPI.kVlViewerDelegatePrimary]) -> GroupAttribute"),
+    ("setSystemArgs", "setSystemArgs(GroupAttribute opSystemArgs)"),
     ("setOption", "setOption(long optionId, Attribute value)"),
     ("setOptionByName", "setOptionByName(str name, Attribute value)"),
     ("getOption", "getOption(long optionId) -> Attribute"),
@@ -66,6 +67,8 @@ VIEWER_DELEGATE = (
      "setSelectionCallbacks(callable selectLocationsCallback, callback "
      "getSelectedLocationsCallback)"),
     ("setActiveManipulatorsChangedCallback", "setActiveManipulatorsChangedCallback(callable)"),
+    ("setBoundingBoxesEnabled", "setBoundingBoxesEnabled(bool enabled)"),
+    ("setProxyGeometryEnabled", "setProxyGeometryEnabled(bool enabled)"),
     ("setup", "setup()"),
     ("cleanup", "cleanup()"),
     ("getBounds", "getBounds(str location) -> DoubleAttribute"),
@@ -222,6 +225,9 @@ TEXTS = {
         "getCookedAttributes": [
             "Gets the cooked attributes of a location. Unlike getAttributes(), this function does "
             "not apply the manipulated attributes on top."],
+        "setSystemArgs": [
+            "Sets the current system args from the graph state on the delegate. The GroupAttribute "
+            "argument is the system argument that can be passed as arguments to Scenelib Ops."],
         "getOptionByName": [BY_NAME_TEXT],
         "getCompatibleManipulatorsInfo": [
             "Returns the information about the Manipulator plug-ins that are compatible with a "

@@ -147,12 +147,12 @@ TEST_F(LiveValuesTest, aValueOnAChildOfAClosedLocationStillMerges) {
     set("/root/a", "x", IntAttribute(1));
     const char* path = "/root";
     delegate->closeLocations(&path, 1);
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_EQ(shown("/root/a"), "null") << "plug-ins know it no more";
     EXPECT_TRUE(set("/root/a", "x", IntAttribute(2))) << "but its entry is there";
     delegate->openLocations(&path, 1);
     takeShown();
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_EQ(shown("/root/a"), "{name=\"a\" x=2}");
 }
 
@@ -286,7 +286,7 @@ TEST_F(LiveValuesTest, aValueSetWhileAGroupsNewsGoesOutWaitsForTheNextFlush) {
     };
     delegate->closeManipulationGroup("/root/a");
     EXPECT_THAT(takeShown(), ElementsAre("/root/a {name=\"a\" x=1}"));
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_THAT(takeShown(), ElementsAre("/root/a {name=\"a\" x=2}"));
 }
 

@@ -79,7 +79,7 @@ TEST_F(LiveValuesReentrance, aPluginThatSetsAValueWhileItIsToldSeesRecordsInOrde
             EXPECT_EQ(shown("/root/both"), "{name=\"newer\" x=1}");
         }
     };
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_THAT(takeShown(),
                 ElementsAre("/root {name=\"newer\"}", "/root/a {name=\"newer\"}",
                             "/root/both {name=\"newer\"}", "/root/both {name=\"newer\" x=1}",
@@ -94,7 +94,7 @@ TEST_F(LiveValuesReentrance, aComponentThatSetsAValueWhileItIsToldReachesAllInTh
             set("/root/a", "x", IntAttribute(x));
     };
     delegate->locationTree.setAttributes("/root/a", named("newer"));
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     for (RecordingPlugin* receiver : {&componentA, &componentB, &plugin}) {
         SCOPED_TRACE(receiver->getName());
         Lines seen;

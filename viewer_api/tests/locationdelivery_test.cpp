@@ -21,7 +21,7 @@ protected:
     void cook(const char* path, const GroupAttribute& attributes) {
         delegate->locationTree.cook(path, attributes, {}, false, true);
     }
-    void flush() { delegate->flushLocationChanges(); }
+    void flush() { delegate->flushLocationChanges(true); }
 
     /// Cooks "/root" and three locations below it, ready to be flushed.
     void cookScene() {

@@ -96,7 +96,7 @@ TEST_F(LocationState, closingTakesTheChildrenDown) {
     open("/root");
     report({"/root", "/root/a"});
     call(&VlViewerDelegateHostStruct::closeLocations, {"/root"});
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_THAT(plugin.takeEventLines(),
                 ElementsAre("/root leaf leafChanged handled=0", "/root/a removed handled=0"));
 }
@@ -106,7 +106,7 @@ TEST_F(LocationState, pinningShowsALocationUnderAClosedParent) {
     report({"/root"});
     EXPECT_EQ(report({"/root/a"}).size(), 1U);
     call(&VlViewerDelegateHostStruct::unpinLocations, {"/root/a"});
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_THAT(plugin.takeEventLines(), testing::Contains("/root/a removed handled=0"));
 }
 
@@ -127,12 +127,12 @@ TEST_F(LocationState, hidingALocationReachesWhatIsBelowIt) {
     open("/root/a");
     report({"/root", "/root/a", "/root/a/b"});
     hide("/root/a");
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_THAT(plugin.takeEventLines(), ElementsAre("/root/a hidden hiddenChanged handled=0",
                                                      testing::StartsWith("/root/a/b hidden ")));
     EXPECT_EQ(textOf(delegate->getHiddenLocations()), "\"/root/a\"");
     call(&VlViewerDelegateHostStruct::unhideLocations, {"/root/a"});
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_EQ(plugin.takeEventLines().size(), 2U);
     EXPECT_EQ(delegate->getHiddenLocations().getNumberOfValues(), 0);
     EXPECT_TRUE(delegate->getHiddenLocations().isValid());
@@ -152,10 +152,10 @@ TEST_F(LocationState, unhideAllShowsEverything) {
     hide("/root/a");
     hide("/root/b");
     hide("/root/unknown");
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     plugin.takeEventLines();
     delegate->unhideAllLocations();
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_EQ(plugin.takeEventLines().size(), 2U);
     EXPECT_EQ(delegate->getHiddenLocations().getNumberOfValues(), 0);
 }
@@ -163,11 +163,11 @@ TEST_F(LocationState, unhideAllShowsEverything) {
 TEST_F(LocationState, aGeneratedLocationCanNotBeHidden) {
     report({"/root"});
     delegate->locationTree.cook("/root/proxy", named("proxy"), {}, true, false);
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     hide("/root/proxy");
     EXPECT_EQ(delegate->getHiddenLocations().getNumberOfValues(), 0);
     plugin.takeEventLines();
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_THAT(plugin.takeEventLines(), IsEmpty());
 }
 

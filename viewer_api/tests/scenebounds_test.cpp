@@ -257,7 +257,7 @@ TEST_F(SceneBoundsTest, hiddenLocationsAreLeftOut) {
               {"/root/b", placed(1, box(0, 1))}});
     const char* path = "/root/a";
     delegate->hideLocations(&path, 1);
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_EQ(merged({"/root"}), DoubleAttribute({1, 2, 0, 1, 0, 1}));
     EXPECT_FALSE(merged({"/root/a"}).isValid());
     EXPECT_FALSE(merged({"/root/a/x"}).isValid());
@@ -267,7 +267,7 @@ TEST_F(SceneBoundsTest, locationsThatPluginsWereNotToldOfAreLeftOut) {
     populate({{"/root/a", placed(1, box(0, 1))}});
     delegate->locationTree.cook("/root/b", placed(50, box(0, 1)), {}, false, true);
     EXPECT_EQ(merged({"/root", "/root/b"}), DoubleAttribute({1, 2, 0, 1, 0, 1}));
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_EQ(merged({"/root"}), DoubleAttribute({1, 51, 0, 1, 0, 1}));
 }
 
@@ -281,7 +281,7 @@ TEST_F(SceneBoundsTest, everyLocationIsAskedOnce) {
 TEST_F(SceneBoundsTest, generatedLocationsTakePart) {
     populate({{"/root/a", named("a")}});
     delegate->locationTree.cook("/root/a/proxy", placed(3, box(0, 1)), {}, true, false);
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_EQ(merged({"/root"}), DoubleAttribute({3, 4, 0, 1, 0, 1}));
 }
 
@@ -291,7 +291,7 @@ TEST_F(SceneBoundsTest, aFlushFromAPluginWaitsUntilTheWalkIsOver) {
         if (entry == "getBounds" && path == "/root/a") {
             for (const char* gone : {"/root/a", "/root/b"})
                 delegate->locationTree.deleteLocation(gone);
-            delegate->flushLocationChanges();
+            delegate->flushLocationChanges(true);
             EXPECT_NE(delegate->locationTree.find("/root/a"), nullptr);
         }
     };
@@ -306,13 +306,13 @@ TEST_F(SceneBoundsTest, aPluginThatThrowsEndsTheWalkAndLaterFlushesWork) {
     plugin.onCall = [this](std::string_view entry, std::string_view) {
         if (entry == "getBounds") {
             delegate->locationTree.deleteLocation("/root/a");
-            delegate->flushLocationChanges();
+            delegate->flushLocationChanges(true);
             throw std::runtime_error("getBounds");
         }
     };
     EXPECT_THROW(static_cast<void>(merged({"/root/a"})), std::runtime_error);
     log.take();
-    delegate->flushLocationChanges();
+    delegate->flushLocationChanges(true);
     EXPECT_EQ(log.take("locationEvent").size(), 1U);
 }
 

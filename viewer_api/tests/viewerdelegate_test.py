@@ -150,6 +150,35 @@ class SceneTest(ViewerDelegateTest):
         self.assertRaises(TypeError, self.delegate.setWorkingSetVisibilityEnabled, "yes")
         self.assertRaises(TypeError, self.delegate.setWorkingSetVisibilityEnabled, 1.5)
 
+    def test_generatedGeometryIsSwitchedByAnIntegersTruth(self):
+        for name, channel in (("setBoundingBoxesEnabled", "__BOUNDING_BOXES_CHANGED"),
+                              ("setProxyGeometryEnabled", "__PROXY_GEOMETRY_CHANGED")):
+            method = getattr(self.delegate, name)
+            heard = []
+            self.delegate.registerCallback(channel, heard.append)
+            for value in (False, 0, True, -5):
+                self.assertIsNone(method(value))
+            self.assertEqual([IntAttribute(0), IntAttribute(0), IntAttribute(1), IntAttribute(1)],
+                             heard)
+            for arguments in (("yes",), (1.5,), (), (1, 2)):
+                self.assertRaises(TypeError, method, *arguments)
+
+    def test_aBoxAppearsWithItsLocationAndGoesWhenBoxesAreOff(self):
+        bound = GroupAttribute(("bound", DoubleAttribute([0.0, 1.0, 0.0, 1.0, 0.0, 1.0])))
+        ScriptedScene.report(self.firstClient, "/root", bound)
+        self.delegate.processLocationEvents()
+        box = self.delegate.getAttributes("/root/__VlOst_bbox")
+        self.assertEqual("locator", box.getChildByName("type").getValue(""))
+        self.delegate.setBoundingBoxesEnabled(False)
+        self.delegate.processLocationEvents()
+        self.assertIsNone(self.delegate.getAttributes("/root/__VlOst_bbox"))
+
+    def test_systemArgsAreAGroup(self):
+        self.assertIsNone(self.delegate.setSystemArgs(GroupAttribute()))
+        for arguments in ((IntAttribute(1),), ("args",), (None,)):
+            self.assertError(TypeError, "First argument must be an VlGroupAttribute object",
+                             self.delegate.setSystemArgs, *arguments)
+
     def test_theFreezeIsNotOnByItself(self):
         self.assertIsNone(self.delegate.setManipulationFreezePeriod(100))
         self.assertIs(False, self.delegate.isFrozenDueToManipulation())

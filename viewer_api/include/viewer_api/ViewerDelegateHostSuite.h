@@ -8,9 +8,6 @@
  * instance, plug-in suite) is always written, with three nulls when the object does not exist; the
  * three places must not be null. Strings that are returned are never null and stay valid while the
  * object that bears the name does. Indices out of range give nulls, "" or no action.
- *
- * Entries of what this host does not have yet are null: setBoundingBoxesEnabled and
- * setProxyGeometryEnabled. A plug-in that wants one looks before it calls.
  */
 #pragma once
 
@@ -212,11 +209,13 @@ typedef struct ViewerDelegateHostSuite {
      * [ui-thread] */
     void (*closeManipulationGroup)(VlViewerDelegateHandle host, const char* path);
 
-    /* Generates bounding-box locations (1) or stops (0).
+    /* Generates bounding-box locations (1), as at first, or takes them away (0), at the next pump.
+     * The user interface hears "__BOUNDING_BOXES_CHANGED", also when nothing changed.
      * [ui-thread] */
     void (*setBoundingBoxesEnabled)(VlViewerDelegateHandle host, uint8_t enabled);
 
-    /* Generates proxy geometry (1) or stops (0).
+    /* Generates proxy geometry (1), as at first, or takes it away (0), at the next pump. The user
+     * interface hears "__PROXY_GEOMETRY_CHANGED", also when nothing changed.
      * [ui-thread] */
     void (*setProxyGeometryEnabled)(VlViewerDelegateHandle host, uint8_t enabled);
 

@@ -75,6 +75,19 @@ PyObject* withPaths(Record& self, PyObject* args) {
     return returnNone();
 }
 
+// A method whose one argument is an integer that is tested against 0.
+using FlagOperation = void (Host::*)(bool isSet);
+
+template <FlagOperation Operation>
+PyObject* withFlag(Record& self, PyObject* args) {
+    int flag = 0;
+    if (!PyArg_ParseTuple(args, "i", &flag)) {
+        return nullptr;
+    }
+    (self.host->*Operation)(flag != 0);
+    return returnNone();
+}
+
 // A method that reads attributes of a location in a scene view.
 using AttributesQuery = GroupAttribute (Host::*)(const std::string& path, int sceneView) const;
 
@@ -252,15 +265,6 @@ PyObject* setLookThroughLocation(Record& self, PyObject* args) {
     return returnNone();
 }
 
-PyObject* setWorkingSetVisibilityEnabled(Record& self, PyObject* args) {
-    int isEnabled = 0;
-    if (!PyArg_ParseTuple(args, "i", &isEnabled)) {
-        return nullptr;
-    }
-    self.host->setWorkingSetVisibilityEnabled(isEnabled != 0);
-    return returnNone();
-}
-
 PyObject* getWorkingSetVisibilityEnabled(Record& self) {
     return returnBool(self.host->getWorkingSetVisibilityEnabled());
 }
@@ -303,6 +307,15 @@ PyObject* processLocationEvents(Record& self) {
 
 PyObject* isProcessing(Record& self) {
     return returnBool(self.host->isProcessing());
+}
+
+PyObject* setSystemArgs(Record& self, PyObject* args) {
+    GroupAttribute systemArgs;
+    if (!parseGroupArgument(args, systemArgs)) {
+        return nullptr;
+    }
+    self.host->setSystemArgs(systemArgs);
+    return returnNone();
 }
 
 PyObject* freeze(Record& self) {
@@ -416,8 +429,8 @@ PyMethodDef methods[] = {
     method<&withPaths<&Host::unpinLocations>>("unpinLocations", docs::delegate::unpinLocations),
     method<&setLookThroughLocation>("setLookThroughLocation",
                                     docs::delegate::setLookThroughLocation),
-    method<&setWorkingSetVisibilityEnabled>("setWorkingSetVisibilityEnabled",
-                                            docs::delegate::setWorkingSetVisibilityEnabled),
+    method<&withFlag<&Host::setWorkingSetVisibilityEnabled>>(
+        "setWorkingSetVisibilityEnabled", docs::delegate::setWorkingSetVisibilityEnabled),
     method<&getWorkingSetVisibilityEnabled>("getWorkingSetVisibilityEnabled",
                                             docs::delegate::getWorkingSetVisibilityEnabled),
     method<&setVisibilityWorkingSet>("setVisibilityWorkingSet",
@@ -434,6 +447,7 @@ PyMethodDef methods[] = {
                                                       docs::delegate::getLiveAttributes),
     method<&readAttributes<&Host::getCookedAttributes>>("getCookedAttributes",
                                                         docs::delegate::getCookedAttributes),
+    method<&setSystemArgs>("setSystemArgs", docs::delegate::setSystemArgs),
     method<&setOption<Record>>("setOption", docs::setOption),
     method<&setOptionByName<Record>>("setOptionByName", docs::setOptionByName),
     method<&getOption<Record>>("getOption", docs::getOption),
@@ -456,6 +470,10 @@ PyMethodDef methods[] = {
     pythonOnlyMethod<&setActiveManipulatorsChangedCallback>(
         "setActiveManipulatorsChangedCallback",
         docs::delegate::setActiveManipulatorsChangedCallback),
+    method<&withFlag<&Host::setBoundingBoxesEnabled>>("setBoundingBoxesEnabled",
+                                                      docs::delegate::setBoundingBoxesEnabled),
+    method<&withFlag<&Host::setProxyGeometryEnabled>>("setProxyGeometryEnabled",
+                                                      docs::delegate::setProxyGeometryEnabled),
     method<&setup>("setup", docs::delegate::setup),
     method<&cleanup>("cleanup", docs::delegate::cleanup),
     method<&getBounds>("getBounds", docs::delegate::getBounds),

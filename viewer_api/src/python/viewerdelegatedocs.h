@@ -161,6 +161,12 @@ inline constexpr char getCookedAttributes[] =
     "apply "
     "the manipulated attributes on top.";
 
+inline constexpr char setSystemArgs[] =
+    "setSystemArgs(GroupAttribute opSystemArgs)\n\n"
+    "Sets the current system args from the graph state on the delegate. The GroupAttribute "
+    "argument "
+    "is the system argument that can be passed as arguments to Scenelib Ops.";
+
 inline constexpr char freeze[] =
     "freeze()\n\n"
     "Tells the plugin to freeze its activities while the Viewer is not visible.";
@@ -220,6 +226,16 @@ inline constexpr char setActiveManipulatorsChangedCallback[] =
     "Registers the Python callback for when the active manipulator changes in a Viewport. The "
     "callback must follow the signature:\n\n"
     "callback(StringAttribute viewportName)";
+
+inline constexpr char setBoundingBoxesEnabled[] =
+    "setBoundingBoxesEnabled(bool enabled)\n\n"
+    "Specifies whether locations that show no children get a box that shows their bounds. They do "
+    "unless told otherwise.";
+
+inline constexpr char setProxyGeometryEnabled[] =
+    "setProxyGeometryEnabled(bool enabled)\n\n"
+    "Specifies whether locations that show no children get the substitute geometry that their "
+    "proxies attribute tells of. They do unless told otherwise.";
 
 inline constexpr char setup[] = "setup()\n\n"
                                 "Sets the plugin up.";

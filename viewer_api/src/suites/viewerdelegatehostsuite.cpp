@@ -204,6 +204,14 @@ void closeManipulationGroup(VlViewerDelegateHandle host, const char* path) {
     delegateOf(host).closeManipulationGroup(textOf(path));
 }
 
+void setBoundingBoxesEnabled(VlViewerDelegateHandle host, uint8_t enabled) {
+    delegateOf(host).setBoundingBoxesEnabled(enabled != 0);
+}
+
+void setProxyGeometryEnabled(VlViewerDelegateHandle host, uint8_t enabled) {
+    delegateOf(host).setProxyGeometryEnabled(enabled != 0);
+}
+
 VlAttributeStruct* getDescendantLocations(VlViewerDelegateHandle host, const char* path) {
     return delegateOf(host).getDescendantLocations(textOf(path)).detach();
 }
@@ -293,8 +301,8 @@ constexpr Suite makeSuite(PartialXform partialXform) {
         .setManipulatedAttribute = setManipulatedAttribute,
         .openManipulationGroup = openManipulationGroup,
         .closeManipulationGroup = closeManipulationGroup,
-        .setBoundingBoxesEnabled = nullptr,
-        .setProxyGeometryEnabled = nullptr,
+        .setBoundingBoxesEnabled = setBoundingBoxesEnabled,
+        .setProxyGeometryEnabled = setProxyGeometryEnabled,
         .getDescendantLocations = getDescendantLocations,
         .getLiveAttributes = getLiveAttributes,
         .getCookedAttributes = getCookedAttributes,

@@ -301,14 +301,25 @@ public:
                        const ScenelibRuntimeSuite** suiteOut) {
         *runtime = nullptr;
         *suiteOut = nullptr;
-        if (!current) {
-            return;
+        if (current) {
+            create(current, typeName, runtime, suiteOut);
         }
-        current->call(std::string("createRuntime ") + typeName);
+    }
+    static void createIndependent(ScenelibRuntimeHandle* runtime,
+                                  const ScenelibRuntimeSuite** suiteOut) {
+        *runtime = nullptr;
+        *suiteOut = nullptr;
+        if (currentIndependent) {
+            create(currentIndependent, "independent", runtime, suiteOut);
+        }
+    }
+    static void create(const StatePointer& state, const char* typeName,
+                       ScenelibRuntimeHandle* runtime, const ScenelibRuntimeSuite** suiteOut) {
+        state->call(std::string("createRuntime ") + typeName);
         const ScriptedRuntime::Refusal refusal =
-            std::exchange(current->refusal, ScriptedRuntime::Refusal::None);
+            std::exchange(state->refusal, ScriptedRuntime::Refusal::None);
         if (refusal != ScriptedRuntime::Refusal::NoRuntime) {
-            *runtime = reinterpret_cast<ScenelibRuntimeHandle>(new Runtime{current});
+            *runtime = reinterpret_cast<ScenelibRuntimeHandle>(new Runtime{state});
             // A refusal of the suite leaves a handle that nobody can release.
             static std::vector<std::unique_ptr<Runtime>> orphans;
             if (refusal == ScriptedRuntime::Refusal::NoSuite) {
@@ -325,7 +336,13 @@ public:
         return kHostSuite;
     }
 
+    static const ScenelibServicesHostSuite& servicesSuite() {
+        static const ScenelibServicesHostSuite kServicesSuite = {&createIndependent};
+        return kServicesSuite;
+    }
+
     static inline StatePointer current;
+    static inline StatePointer currentIndependent;
 };
 
 void ScriptedClient::report(std::string_view path, GroupAttribute attributes,
@@ -355,16 +372,33 @@ void ScriptedClient::fill(ScenelibLocationRecord& record, const Location& locati
     record.exists = location.exists ? 1 : 0;
 }
 
-ScriptedRuntime::ScriptedRuntime() : state(std::make_shared<State>()) {
+ScriptedRuntime::ScriptedRuntime(Unregistered) : state(std::make_shared<State>()) {}
+
+ScriptedRuntime::ScriptedRuntime()
+    : state(std::make_shared<State>()), services(new ScriptedRuntime(Unregistered())) {
     ScriptedRuntimeTable::current = state;
+    ScriptedRuntimeTable::currentIndependent = services->state;
+    VlPluginSystem::addHostSuite(&ScriptedRuntimeTable::servicesSuite(),
+                                 SCENELIB_SERVICES_HOST_SUITE_NAME,
+                                 SCENELIB_SERVICES_HOST_SUITE_VERSION);
     VlPluginSystem::addHostSuite(&ScriptedRuntimeTable::hostSuite(),
                                  SCENELIB_RUNTIME_HOST_SUITE_NAME,
                                  SCENELIB_RUNTIME_HOST_SUITE_VERSION);
 }
 
 ScriptedRuntime::~ScriptedRuntime() {
+    if (!services) {
+        return;
+    }
     withdraw();
+    withdrawServices();
     ScriptedRuntimeTable::current = nullptr;
+    ScriptedRuntimeTable::currentIndependent = nullptr;
+}
+
+void ScriptedRuntime::withdrawServices() {
+    VlPluginSystem::addHostSuite(nullptr, SCENELIB_SERVICES_HOST_SUITE_NAME,
+                                 SCENELIB_SERVICES_HOST_SUITE_VERSION);
 }
 
 void ScriptedRuntime::withdraw() {

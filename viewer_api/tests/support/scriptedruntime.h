@@ -62,13 +62,16 @@ private:
 };
 
 /// A scene runtime whose every event a test decides. Registers itself as the host suite
-/// "ScenelibRuntimeHost", version 2, and withdraws at its end; one stands at a time.
+/// "ScenelibRuntimeHost", version 2, and withdraws at its end; one stands at a time. Beside it
+/// stands the one that "VlScenelibServicesHost", version 1, gives to whoever wants a runtime of
+/// their own: `independent()`, with calls, clients and ops of its own.
 ///
 /// Every call of the table is recorded as a line: the entry's name, then its arguments. Ops are
 /// `op` and their id, clients `client` and their number, groups as `textOf` writes them, and lists
 /// of paths as `[/root/a /root/b]`:
 ///
 ///     createRuntime runtime-async
+///     createRuntime independent
 ///     createTransaction
 ///     createClient client1
 ///     setEventCachingEnabled client4 1
@@ -99,8 +102,12 @@ public:
     /// An op of the application, for `getOpFromOpId`; its id.
     int addOp();
 
-    /// The host suite is not there.
+    /// What `Scenelib::createRuntime` gives, for as long as this object lives.
+    ScriptedRuntime& independent() { return *services; }
+
+    /// The host suite, or that of the independent runtime, is not there.
     void withdraw();
+    void withdrawServices();
     /// How the next `create` fails.
     enum class Refusal { None, NoRuntime, NoSuite };
     void refuse(Refusal refusal);
@@ -109,7 +116,11 @@ public:
 private:
     friend class ScriptedRuntimeTable;
     struct State;
+    struct Unregistered {};
+    explicit ScriptedRuntime(Unregistered);
+
     std::shared_ptr<State> state;
+    std::unique_ptr<ScriptedRuntime> services; ///< null in the independent one itself
 };
 
 } // namespace ViewerAPI::test

@@ -1,0 +1,335 @@
+#include "support/delegatetest.h"
+#include "support/factorytest.h"
+
+#include <stdexcept>
+
+namespace ViewerAPI::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using VlAttribute::Attribute;
+using VlAttribute::GroupAttribute;
+using VlAttribute::GroupBuilder;
+using VlAttribute::IntAttribute;
+using VlAttribute::StringAttribute;
+
+/// What the factories make of the scene, on its way through the pump to the plug-ins; seen at
+/// bounding boxes.
+class GeneratedLocations : public DelegateTest {
+protected:
+    void pump() { delegate->processLocationEvents(); }
+
+    /// The generated locations that the plug-in was told of, by what it heard.
+    Lines boxEvents() {
+        Lines lines = plugin.takeEventLines();
+        std::erase_if(lines, [](const std::string& line) {
+            return line.find("/__VlOst_bbox ") == std::string::npos;
+        });
+        return lines;
+    }
+    bool hasBox(const std::string& path) {
+        return delegate->getAttributes(path + "/__VlOst_bbox", kVlViewerDelegatePrimary).isValid();
+    }
+
+    /// "/root", open, with leaves "a" and "b" that have bounds; pumped.
+    void showTwoBoxes() {
+        client(kPrimaryClient).report("/root", GroupAttribute::Empty(), {"a", "b"});
+        client(kPrimaryClient).report("/root/a", bounded(1));
+        client(kPrimaryClient).report("/root/b", bounded(2));
+        open("/root");
+        pump();
+        log.take();
+        plugin.takeEventLines();
+    }
+    void open(const char* path) { delegate->openLocations(&path, 1); }
+    void close(const char* path) { delegate->closeLocations(&path, 1); }
+    void hide(const char* path) { delegate->hideLocations(&path, 1); }
+
+    /// Lets `action` run once, when the plug-in hears of `path`.
+    void onceAt(const char* path, std::function<void()> action) {
+        plugin.onCall = [path, action, isDone = false](std::string_view entry,
+                                                       std::string_view subject) mutable {
+            if (entry == "locationEvent" && subject == path && !std::exchange(isDone, true))
+                action();
+        };
+    }
+};
+
+const char* const kNewBox = " proxy attributesChanged hiddenChanged leafChanged handled=0";
+
+// ---- The pump
+
+TEST_F(GeneratedLocations, aBoxReachesPluginsInThePumpThatBroughtItsLocation) {
+    client(kPrimaryClient).report("/root", bounded(1));
+    pump();
+    ASSERT_EQ(plugin.events.size(), 2U);
+    EXPECT_EQ(textOf(GroupAttribute(plugin.events[1].attributes).getChildByName("type")),
+              "\"locator\"");
+    EXPECT_THAT(plugin.takeEventLines(),
+                ElementsAre("/root leaf attributesChanged hiddenChanged leafChanged handled=0",
+                            std::string("/root/__VlOst_bbox") + kNewBox));
+}
+
+TEST_F(GeneratedLocations, componentsHearOfABoxFirst) {
+    delegate->addComponent("A", "a");
+    client(kPrimaryClient).report("/root", bounded(1));
+    pump();
+    EXPECT_THAT(componentA.takeEventLines(), Contains(std::string("/root/__VlOst_bbox") + kNewBox));
+}
+
+TEST_F(GeneratedLocations, aBoxHasNoBoxOfItsOwn) {
+    showTwoBoxes();
+    for (int i = 0; i < 3; ++i)
+        pump();
+    EXPECT_THAT(plugin.takeEventLines(), IsEmpty());
+    EXPECT_EQ(textOf(delegate->getDescendantLocations("/root/a")), "\"/root/a/__VlOst_bbox\"");
+}
+
+TEST_F(GeneratedLocations, aChangedBoundReplacesTheBox) {
+    showTwoBoxes();
+    client(kPrimaryClient).report("/root/a", bounded(5));
+    pump();
+    EXPECT_THAT(boxEvents(), ElementsAre("/root/a/__VlOst_bbox proxy attributesChanged handled=0"));
+}
+
+TEST_F(GeneratedLocations, aHiddenLocationLosesItsBoxAndAShownOneGetsItBack) {
+    showTwoBoxes();
+    hide("/root/a");
+    pump();
+    EXPECT_THAT(boxEvents(), Contains("/root/a/__VlOst_bbox proxy removed handled=0"));
+    EXPECT_FALSE(hasBox("/root/a"));
+    EXPECT_TRUE(hasBox("/root/b"));
+    delegate->unhideAllLocations();
+    pump();
+    EXPECT_THAT(boxEvents(), ElementsAre(std::string("/root/a/__VlOst_bbox") + kNewBox));
+}
+
+TEST_F(GeneratedLocations, anOpenedLocationLosesItsBoxAndAClosedOneGetsItBack) {
+    showTwoBoxes();
+    client(kPrimaryClient).report("/root/a", bounded(1), {"x"});
+    pump();
+    EXPECT_TRUE(hasBox("/root/a"));
+    open("/root/a");
+    pump();
+    EXPECT_FALSE(hasBox("/root/a"));
+    close("/root/a");
+    pump();
+    EXPECT_TRUE(hasBox("/root/a"));
+}
+
+TEST_F(GeneratedLocations, aBoxGoesWithItsLocationWithoutARemovalOfItsOwn) {
+    showTwoBoxes();
+    client(kPrimaryClient).reportGone("/root/a");
+    pump();
+    EXPECT_THAT(plugin.takeEventLines(), ElementsAre("/root/a removed handled=0"));
+    EXPECT_FALSE(hasBox("/root/a"));
+    client(kPrimaryClient).report("/root/a", bounded(1));
+    pump();
+    EXPECT_TRUE(hasBox("/root/a"));
+}
+
+TEST_F(GeneratedLocations, boxesComeBackWithTheirLocationsWhenAnAncestorIsReopened) {
+    showTwoBoxes();
+    close("/root");
+    pump();
+    EXPECT_FALSE(hasBox("/root/a"));
+    open("/root");
+    pump();
+    EXPECT_TRUE(hasBox("/root/a"));
+    EXPECT_TRUE(hasBox("/root/b"));
+}
+
+TEST_F(GeneratedLocations, whatAPluginOpensOnHearingOfItLosesItsBoxInTheNextPump) {
+    client(kPrimaryClient).report("/root", bounded(1), {"a"});
+    onceAt("/root", [this] { open("/root"); });
+    pump();
+    EXPECT_TRUE(delegate->isProcessing());
+    pump();
+    EXPECT_FALSE(hasBox("/root"));
+    EXPECT_FALSE(delegate->isProcessing());
+}
+
+TEST_F(GeneratedLocations, aLiveBoundMovesTheBoxWhileEventsAreHeldBack) {
+    showTwoBoxes();
+    bridge.commitId = -1;
+    delegate->manipulationFreeze.onValueSet(true);
+    delegate->locationTree.setAttributes("/root/a", bounded(3));
+    pump();
+    EXPECT_TRUE(delegate->isFrozenDueToManipulation());
+    EXPECT_THAT(boxEvents(), ElementsAre("/root/a/__VlOst_bbox proxy attributesChanged handled=0"));
+}
+
+TEST_F(GeneratedLocations, isProcessingAsksTheFactoriesBeforeTheRuntime) {
+    showTwoBoxes();
+    EXPECT_FALSE(delegate->isProcessing());
+    delegate->setBoundingBoxesEnabled(false);
+    runtime->takeCalls();
+    log.take();
+    EXPECT_TRUE(delegate->isProcessing());
+    EXPECT_THAT(runtime->takeCalls(), IsEmpty());
+    EXPECT_THAT(log.take(), IsEmpty());
+    pump();
+    EXPECT_FALSE(delegate->isProcessing());
+}
+
+// ---- Whether the factories are told
+
+TEST_F(GeneratedLocations, aFlushWithoutTheFactoriesTellsThePluginsAlone) {
+    delegate->locationTree.cook("/root", bounded(1), {}, false, true);
+    delegate->flushLocationChanges(false);
+    EXPECT_EQ(plugin.takeEventLines().size(), 1U);
+    pump();
+    EXPECT_FALSE(hasBox("/root"));
+}
+
+TEST_F(GeneratedLocations, aFlushTellsTheFactoriesOfEachBatchOnce) {
+    delegate->locationTree.cook("/root", bounded(1), {}, false, true);
+    delegate->flushLocationChanges(true);
+    EXPECT_FALSE(hasBox("/root"));
+    pump();
+    EXPECT_TRUE(hasBox("/root"));
+    plugin.takeEventLines();
+    delegate->flushLocationChanges(true);
+    pump();
+    EXPECT_THAT(plugin.takeEventLines(), IsEmpty());
+}
+
+TEST_F(GeneratedLocations, aFlushWithinADeliveryReachesTheFactoriesInOrder) {
+    client(kPrimaryClient).report("/root", bounded(1));
+    onceAt("/root", [this] {
+        delegate->locationTree.cook("/root", bounded(4), {}, false, true);
+        delegate->flushLocationChanges(true);
+    });
+    pump();
+    const GroupAttribute box =
+        delegate->getAttributes("/root/__VlOst_bbox", kVlViewerDelegatePrimary);
+    EXPECT_EQ(textOf(box.getChildByName("geometry.point.P")),
+              "(0 0 4 4 0 4 0 4 4 4 4 4 0 4 0 4 4 0 0 0 0 4 0 0)");
+}
+
+TEST_F(GeneratedLocations, theFactoriesHearOfABatchWhoseDeliveryFailedWhenItIsDone) {
+    client(kPrimaryClient).report("/root", bounded(1));
+    onceAt("/root", [] { throw std::runtime_error("plug-in"); });
+    EXPECT_THROW(pump(), std::runtime_error);
+    EXPECT_FALSE(hasBox("/root"));
+    pump();
+    EXPECT_TRUE(hasBox("/root"));
+}
+
+TEST_F(GeneratedLocations, productsWaitForTheNextPumpWhenAListenerFails) {
+    client(kPrimaryClient).report("/root", bounded(1));
+    channels.onFire = [](const std::string&) -> Attribute { throw std::runtime_error("listener"); };
+    EXPECT_THROW(pump(), std::runtime_error);
+    EXPECT_FALSE(hasBox("/root"));
+    EXPECT_TRUE(delegate->isProcessing());
+    channels.onFire = nullptr;
+    pump();
+    EXPECT_TRUE(hasBox("/root"));
+}
+
+TEST_F(GeneratedLocations, aPumpWithinADeliveryLeavesTheProductsToTheOuterOne) {
+    client(kPrimaryClient).report("/root", bounded(1), {"a"});
+    open("/root");
+    pump();
+    client(kPrimaryClient).report("/root/a", bounded(1));
+    client(kPrimaryClient).report("/root/b", bounded(1));
+    onceAt("/root/b", [this] {
+        client(kPrimaryClient).reportGone("/root/a");
+        pump();
+        EXPECT_FALSE(hasBox("/root/a"));
+    });
+    pump();
+    EXPECT_FALSE(hasBox("/root/a"));
+    EXPECT_TRUE(hasBox("/root/b"));
+}
+
+TEST_F(GeneratedLocations, aProductWhoseParentIsUnknownIsPassedOver) {
+    showTwoBoxes();
+    // The factories believe in locations that have gone without their hearing of it.
+    delegate->locationTree.deleteLocation("/root");
+    std::vector<LocationChange> changes;
+    delegate->locationTree.collect(changes);
+    delegate->setBoundingBoxesEnabled(false);
+    delegate->setBoundingBoxesEnabled(true);
+    plugin.takeEventLines();
+    pump();
+    EXPECT_THAT(plugin.takeEventLines(), IsEmpty());
+    EXPECT_EQ(delegate->locationTree.getNumberOfLocations(), 0U);
+}
+
+// ---- flushCaches
+
+TEST_F(GeneratedLocations, flushCachesTakesTheBoxesDownAndTheyComeBackWithTheScene) {
+    showTwoBoxes();
+    delegate->flushCaches();
+    EXPECT_THAT(plugin.takeEventLines(), ElementsAre("/root removed handled=0"));
+    pump();
+    EXPECT_THAT(plugin.takeEventLines(), IsEmpty());
+    client(kPrimaryClient).report("/root", GroupAttribute::Empty(), {"a"});
+    client(kPrimaryClient).report("/root/a", bounded(1));
+    pump();
+    EXPECT_TRUE(hasBox("/root/a"));
+}
+
+TEST_F(GeneratedLocations, flushCachesWithinADeliveryLeavesNothingForTheFactoriesToRemember) {
+    client(kPrimaryClient).report("/root", bounded(1));
+    onceAt("/root", [this] { delegate->flushCaches(); });
+    pump();
+    EXPECT_FALSE(delegate->isProcessing());
+    client(kPrimaryClient).report("/root", bounded(1));
+    pump();
+    EXPECT_TRUE(hasBox("/root"));
+}
+
+// ---- On and off
+
+TEST_F(GeneratedLocations, boxesAreOnAtFirstAndCanBeSwitched) {
+    showTwoBoxes();
+    EXPECT_TRUE(hasBox("/root/a"));
+    delegate->setBoundingBoxesEnabled(false);
+    EXPECT_TRUE(hasBox("/root/a"));
+    pump();
+    EXPECT_THAT(boxEvents(), ElementsAre("/root/a/__VlOst_bbox proxy removed handled=0",
+                                         "/root/b/__VlOst_bbox proxy removed handled=0"));
+    delegate->setBoundingBoxesEnabled(true);
+    pump();
+    EXPECT_THAT(boxEvents(), ElementsAre(std::string("/root/a/__VlOst_bbox") + kNewBox,
+                                         std::string("/root/b/__VlOst_bbox") + kNewBox));
+}
+
+TEST_F(GeneratedLocations, switchingFiresItsChannelAlsoWhenNothingChanged) {
+    delegate->setBoundingBoxesEnabled(true);
+    delegate->setBoundingBoxesEnabled(false);
+    delegate->setBoundingBoxesEnabled(false);
+    delegate->setProxyGeometryEnabled(true);
+    delegate->setProxyGeometryEnabled(false);
+    delegate->setProxyGeometryEnabled(false);
+    EXPECT_THAT(
+        log.take(),
+        ElementsAre("channel __BOUNDING_BOXES_CHANGED 1", "channel __BOUNDING_BOXES_CHANGED 0",
+                    "channel __BOUNDING_BOXES_CHANGED 0", "channel __PROXY_GEOMETRY_CHANGED 1",
+                    "channel __PROXY_GEOMETRY_CHANGED 0", "channel __PROXY_GEOMETRY_CHANGED 0"));
+}
+
+TEST_F(GeneratedLocations, switchingBoxesOffAndOnWithoutAPumpBetweenKeepsThem) {
+    showTwoBoxes();
+    delegate->setBoundingBoxesEnabled(false);
+    delegate->setBoundingBoxesEnabled(true);
+    pump();
+    EXPECT_TRUE(hasBox("/root/a"));
+    EXPECT_TRUE(hasBox("/root/b"));
+}
+
+TEST_F(GeneratedLocations, switchingOneKindLeavesTheOtherAlone) {
+    showTwoBoxes();
+    delegate->setProxyGeometryEnabled(false);
+    pump();
+    EXPECT_THAT(boxEvents(), IsEmpty());
+    EXPECT_TRUE(hasBox("/root/a"));
+}
+
+} // namespace
+} // namespace ViewerAPI::test
