@@ -190,6 +190,7 @@ public:
     Picture(const GroupAttribute& scene, const Camera& camera)
         : delegate_(std::make_unique<VlViewerDelegateHostStruct>("SceneDelegate", nullptr)) {
         delegate_->setup();
+        delegate_->setBoundingBoxesEnabled(false);
         delegate_->addComponent("LocationExpander", "expander");
         Transaction transaction;
         const int literal = transaction.createOp("Scene.Literal", scene);
