@@ -62,10 +62,12 @@ void LookThrough::setLocation(VlViewportHostStruct* viewport, const char* path) 
     Client& client = *delegate_.scene.lookThroughClient;
     if (!client.isLocationActive(location)) {
         client.setLocationsActive(StringAttribute(location));
-    } else if (const auto [data, isFound] = client.getCachedLocation(location);
-               isFound && client.isLocationDataCurrent(location, -1)) {
-        resolve(*viewport, location, Outcome(data));
-        return;
+    } else if (const auto [data, isFound] = client.getCachedLocation(location); isFound) {
+        if (client.isLocationDataCurrent(location, -1)) {
+            resolve(*viewport, location, Outcome(data));
+            return;
+        }
+        stale_.insert(viewport);
     }
     fire(kChangeRequested, request);
 }
@@ -74,6 +76,7 @@ void LookThrough::forgetViewport(const VlViewportHostStruct* viewport) {
     if (requestedLookThrough.erase(viewport) == 0)
         return;
     pendingLookThrough.erase(viewport);
+    stale_.erase(viewport);
     reconcileLookThroughActive();
 }
 
@@ -94,6 +97,35 @@ void LookThrough::onLocationEvent(const std::string& path, const LocationData& d
 
 void LookThrough::onAttributesMerged(const std::string& path, const GroupAttribute& merged) {
     tell(path, Outcome(true, merged));
+}
+
+void LookThrough::resolveUnchanged() {
+    if (stale_.empty())
+        return;
+    const HostCall call(delegate_);
+    const std::vector<VlViewportHostStruct*> viewports = delegate_.viewports.viewports;
+    for (const VlViewportHostStruct* const viewport : viewports) {
+        const std::string* const unchanged = findUnchanged(viewport);
+        if (!unchanged)
+            continue;
+        const std::string path = *unchanged;
+        stale_.erase(viewport);
+        const auto [data, isFound] = delegate_.scene.lookThroughClient->getCachedLocation(path);
+        if (isFound)
+            resolve(*viewport, path, Outcome(data));
+    }
+}
+
+bool LookThrough::hasUnchanged() const {
+    return std::ranges::any_of(
+        stale_, [this](const VlViewportHostStruct* viewport) { return findUnchanged(viewport); });
+}
+
+const std::string* LookThrough::findUnchanged(const VlViewportHostStruct* viewport) const {
+    if (!stale_.contains(viewport))
+        return nullptr;
+    const std::string& path = requestedLookThrough.at(viewport);
+    return delegate_.scene.lookThroughClient->isLocationDataCurrent(path, -1) ? &path : nullptr;
 }
 
 void LookThrough::tell(const std::string& path, const Outcome& outcome) {
@@ -127,6 +159,7 @@ void LookThrough::resolve(const VlViewportHostStruct& viewport, const std::strin
                           const Outcome& outcome) {
     const HostCall call(viewport);
     const GroupAttribute payload = makePayload(viewport, path, outcome.attrs);
+    stale_.erase(&viewport);
     if (!outcome.exists) {
         pendingLookThrough[&viewport] = path;
         fire(kDoesNotExist, payload);

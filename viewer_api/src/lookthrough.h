@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -55,6 +56,12 @@ public:
     /// The same for attributes with live values on top.
     void onAttributesMerged(const std::string& path, const VlAttribute::GroupAttribute& merged);
 
+    /// Resolves the requests that found attributes of a location while the scene was about to
+    /// change, which turned out not to change these: no event tells of that.
+    void resolveUnchanged();
+    /// Whether resolveUnchanged() would.
+    [[nodiscard]] bool hasUnchanged() const;
+
     /// Tells of the attributes that were held back while the location's manipulation group was
     /// open, in the order in which viewports first had some. What a listener makes to be held back
     /// goes out as well; what comes after one that raises is dropped.
@@ -73,6 +80,8 @@ public:
 private:
     struct Outcome;
 
+    /// Null unless the viewport's request found attributes that were not current, and they are.
+    [[nodiscard]] const std::string* findUnchanged(const VlViewportHostStruct* viewport) const;
     void reconcileLookThroughActive();
     void tell(const std::string& path, const Outcome& outcome);
     void resolve(const VlViewportHostStruct& viewport, const std::string& path,
@@ -82,6 +91,8 @@ private:
     void fire(const char* channel, const VlAttribute::GroupAttribute& payload);
 
     VlViewerDelegateHostStruct& delegate_;
+    /// Those of the pending whose request found attributes that were not current.
+    std::set<const VlViewportHostStruct*> stale_;
 };
 
 } // namespace ViewerAPI

@@ -222,6 +222,7 @@ void VlViewerDelegateHostStruct::handleLookThroughEvents(std::vector<LocationEve
         liveValues.forgetLookThrough(event.getLocationPath());
         lookThrough.onLocationEvent(event.getLocationPath(), event.getLocationData());
     }
+    lookThrough.resolveUnchanged();
 }
 
 void VlViewerDelegateHostStruct::flushLocationChanges(bool notifyFactories) {
@@ -231,7 +232,8 @@ void VlViewerDelegateHostStruct::flushLocationChanges(bool notifyFactories) {
 
 bool VlViewerDelegateHostStruct::isProcessing() {
     const HostCall call(*this);
-    if (factories.hasPendingWork() || scene.runtime->isProcessing() || scene.hasEvents())
+    if (factories.hasPendingWork() || scene.runtime->isProcessing() || scene.hasEvents() ||
+        lookThrough.hasUnchanged())
         return true;
     const ComponentList::Snapshot snapshot = components.snapshot();
     for (VlViewerDelegateComponentHostStruct* const component : *snapshot) {

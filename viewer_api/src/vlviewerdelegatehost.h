@@ -76,7 +76,7 @@ struct VlViewerDelegateHostStruct : public HostObject {
     /// Without `notifyFactories` the factories don't hear of it, nor of what is under way.
     void flushLocationChanges(bool notifyFactories);
     /// Whether there is work whose outcome the next pumps will bring, tested in the order
-    /// factories, runtime, clients, components, plug-in.
+    /// factories, runtime, clients, look-through, components, plug-in.
     [[nodiscard]] bool isProcessing();
     void setManipulationFreezePeriod(std::int64_t milliseconds);
     [[nodiscard]] bool isFrozenDueToManipulation() const;

@@ -72,6 +72,32 @@ TEST_F(LookThroughTest, whatIsFoundButStaleIsWaitedForWithoutTouchingTheClient) 
                             changed("right", kCamera, "new")));
 }
 
+TEST_F(LookThroughTest, whatWasStaleAndTurnsOutUnchangedResolvesWithTheNextPump) {
+    resolve(left, kCamera);
+    look(right, kCamera);
+    takeFired();
+    delegate->processLocationEvents();
+    EXPECT_FALSE(delegate->isProcessing());
+    EXPECT_THAT(takeFired(), IsEmpty()) << "still stale";
+    client(kLookThroughClient).isCurrent = always;
+    EXPECT_TRUE(delegate->isProcessing());
+    delegate->processLocationEvents();
+    EXPECT_THAT(takeFired(), ElementsAre(cooked("right", kCamera), changed("right", kCamera)));
+    EXPECT_FALSE(delegate->isProcessing());
+    delegate->processLocationEvents();
+    EXPECT_THAT(takeFired(), IsEmpty());
+}
+
+TEST_F(LookThroughTest, whatWasStaleAndIsGivenUpIsNotResolved) {
+    resolve(left, kCamera);
+    look(right, kCamera);
+    look(right, "");
+    takeFired();
+    client(kLookThroughClient).isCurrent = always;
+    delegate->processLocationEvents();
+    EXPECT_THAT(takeFired(), IsEmpty());
+}
+
 TEST_F(LookThroughTest, whatDoesNotExistIsAwaitedUntilItDoes) {
     look(left, kCamera);
     takeFired();

@@ -22,6 +22,11 @@ def literal(**values):
     return GroupAttribute(("staticScene.c.hidden", GroupAttribute(*children)))
 
 
+def leaves(count):
+    """The arguments of a Scene.Generate of that many."""
+    return GroupAttribute(("leafCount", IntAttribute(count)))
+
+
 class LookThroughTest(unittest.TestCase):
     def setUp(self):
         self.session = ostrel.Session()
@@ -78,6 +83,21 @@ class LookThroughTest(unittest.TestCase):
         self.resolve(self.left)
         self.look(self.right)
         self.assertEqual(self.takeFired(), [("cooked", "right", 1), ("changed", "right", None)])
+
+    def testWhileTheRestOfTheSceneIsCookedAgainARequestResolvesAllTheSame(self):
+        self.createOp(camera=1)
+        other = self.session.createOp("Scene.Generate", leaves(1000))
+        self.pump()
+        self.resolve(self.left)
+        for number in range(20):
+            PyScenelib.setOpArgs(other, "Scene.Generate", leaves(2000 + number))
+            self.look(self.right)
+            self.pump()
+            fired = [name for name, viewport, _ in self.takeFired() if viewport == "right"]
+            self.assertEqual([name for name in fired if name != "requested"][:2],
+                             ["cooked", "changed"])
+            self.look(self.right, "")
+            self.takeFired()
 
     def testAnEditIsToldToAllViewports(self):
         op = self.createOp(camera=1)
