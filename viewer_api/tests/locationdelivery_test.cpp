@@ -274,6 +274,23 @@ TEST_F(LocationDeliveryTest, whatIsBehindARecordThatThrewIsDeliveredByTheNextFlu
     EXPECT_EQ(log.take("__SELECTED_ENABLED_LOCATIONS_CHANGED").size(), 1U);
 }
 
+TEST_F(LocationDeliveryTest, aListenerThatRaisesBetweenTwoBatchesLosesNeitherNorTheirOrder) {
+    cookScene();
+    plugin.onCall = once("/root/a", [this] {
+        cook("/root/b", named("second batch"));
+        flush();
+    });
+    channels.onFire = [](const std::string&) -> Attribute { throw std::runtime_error("listener"); };
+    EXPECT_THROW(flush(), std::runtime_error);
+    EXPECT_THAT(pathsHeardBy(plugin), ElementsAre("/root", "/root/a", "/root/b", "/root/c"));
+    channels.onFire = nullptr;
+    cook("/root/b", named("third batch"));
+    flush();
+    ASSERT_EQ(plugin.events.size(), 2U);
+    EXPECT_EQ(plugin.events[0].attributes, Attribute(named("second batch")));
+    EXPECT_EQ(plugin.events[1].attributes, Attribute(named("third batch")));
+}
+
 TEST_F(LocationDeliveryTest, aSourceRecordThatThrewIsNotDeliveredTwice) {
     delegate->sourceLocationTree.pinLocation("/root");
     delegate->sourceLocationTree.cook("/root", named("root"));
