@@ -1,37 +1,20 @@
 // The delegate's host suite as a plug-in meets it: both versions, fetched by a library that the
 // plug-in manager loaded, entry by entry.
 
-#include "probetest.h"
-
-#include "pythonchannel.h"
-#include "support/attributetext.h"
-#include "support/recordingbridge.h"
-#include "vlviewerdelegatecomponenthost.h"
-#include "vlviewporthost.h"
-
-#include "VlAttribute/DoubleAttribute.h"
-#include "VlAttribute/GroupBuilder.h"
-#include "VlPluginSystem/PluginManager.h"
-#include "viewer_api/ViewerDelegateHostSuite.h"
+#include "delegatehostsuitetest.h"
 
 #include <array>
-#include <cstring>
+#include <initializer_list>
+#include <ostream>
 #include <set>
-#include <sstream>
-#include <stdexcept>
+#include <string>
+#include <tuple>
+#include <vector>
 
 namespace {
 
-using namespace ViewerAPI;
-using ViewerAPI::test::textOf;
-using VlAttribute::Attribute;
-using VlAttribute::DoubleAttribute;
-using VlAttribute::GroupAttribute;
-using VlAttribute::GroupBuilder;
-using VlAttribute::StringAttribute;
-
 /// The entries in their order, which is the tables'.
-constexpr std::array<const char*, 50> kEntries{
+constexpr std::array<const char*, kNumberOfDelegateHostEntries> kEntries{
     "setViewOp",
     "getAttributes",
     "getLocalXform",
@@ -100,10 +83,6 @@ struct Subject {
 
     friend void PrintTo(const Subject& subject, std::ostream* out) { *out << subject.name; }
 };
-
-std::string translation(const char* x) {
-    return std::string("(1 0 0 0 0 1 0 0 0 0 1 0 ") + x + " 0 0 1)";
-}
 
 /// The attributes of "/root/a" and "/root/a/b", without what stands before the transform.
 const std::string kRestOfA = "xform={before={translate=(10 0 0)} g={translate=(100 0 0)} "
@@ -391,10 +370,20 @@ const std::vector<Subject> kSubjects{
           "done",
           {"bridge closeManipulationGroup /root/never"}},
      }},
+    {"generatedLocations",
+     {
+         // Any value but 0 is on, and the application hears of every call.
+         {"setBoundingBoxesEnabled 2", "done", {"channel __BOUNDING_BOXES_CHANGED 1"}},
+         {"setBoundingBoxesEnabled 1", "done", {"channel __BOUNDING_BOXES_CHANGED 1"}},
+         {"setBoundingBoxesEnabled 0", "done", {"channel __BOUNDING_BOXES_CHANGED 0"}},
+         {"setProxyGeometryEnabled 255", "done", {"channel __PROXY_GEOMETRY_CHANGED 1"}},
+         {"setProxyGeometryEnabled 0", "done", {"channel __PROXY_GEOMETRY_CHANGED 0"}},
+     }},
     {"extents",
      {
          {"computeMergedExtent \"\" /root/a", "(1110 1111 0 1 0 1)"},
          {"computeMergedExtent (null) /root/a", "(1110 1111 0 1 0 1)"},
+         {"computeMergedExtent \"\" (null) /root/a", "(1110 1111 0 1 0 1)"},
          {"computeMergedExtent /root/a /root/a", "null"},
          {"computeMergedExtent \"\" /root/unknown", "null"},
          {"computeMergedExtent \"\" (null)", "null"},
@@ -420,91 +409,6 @@ const std::vector<Subject> kSubjects{
      }},
 };
 
-/// "delegate" is version 3, "delegate2" version 2.
-using Version = const char*;
-
-class DelegateHostSuiteTest : public ProbeTest {
-protected:
-    void SetUp() override {
-        setChannelDispatch([this](void*, const char* name, const Attribute& value) {
-            ui.lines.push_back("channel " + std::string(name) + " " + textOf(value));
-            if (name == std::string("failing"))
-                throw std::runtime_error("the listener failed");
-            if (name == std::string("__GET_SELECTED_LOCATIONS") || name == std::string("answer"))
-                return answer;
-            return name == std::string("echo") ? value : Attribute();
-        });
-        ProbeTest::SetUp();
-        delegate->addComponent("ProbeComponent", "c");
-        delegate->addViewport(new VlViewportHostStruct("ProbeViewport", "v", delegate.get()), "v");
-        op = runtime.addOp();
-        const auto sideways = [](double x) { return DoubleAttribute({x, 0, 0}); };
-        runtime.client(1).report("/root", GroupAttribute::Empty(), {"a"});
-        runtime.client(1).report("/root/a",
-                                 GroupBuilder()
-                                     .set("name", StringAttribute("a"))
-                                     .set("xform.before.translate", sideways(10))
-                                     .set("xform.g.translate", sideways(100))
-                                     .set("xform.after.translate", sideways(1000))
-                                     .set("bound", DoubleAttribute({0, 1, 0, 1, 0, 1}))
-                                     .build(),
-                                 {"b"});
-        runtime.client(1).report("/root/a/b", GroupBuilder()
-                                                  .set("xform.g.reset", DoubleAttribute(1))
-                                                  .set("xform.g.translate", sideways(5))
-                                                  .build());
-        command("return:1@ProbeManipulator.matches#1");
-        command("returnAttribute:group:label=string:Probe it;rank=int:2@ProbeManipulator.getTags");
-        std::array<const char*, 2> open{"/root", "/root/a"};
-        delegate->openLocations(open.data(), open.size());
-        delegate->processLocationEvents();
-        takeEffects();
-    }
-    void TearDown() override {
-        ProbeTest::TearDown();
-        delegate.reset();
-        setChannelDispatch({});
-    }
-
-    /// Makes the call from within the plug-in.
-    std::string call(Version version, std::string line) {
-        const auto replace = [&line](const std::string& word, const auto& value) {
-            if (const std::size_t place = line.find(word); place != std::string::npos) {
-                std::ostringstream text;
-                text << value();
-                line.replace(place, word.size(), text.str());
-            }
-        };
-        replace("{op}", [this] { return op; });
-        replace("{viewport}", [this]() -> void* {
-            return new VlViewportHostStruct("ProbeViewport", "w", delegate.get());
-        });
-        command("call:" + std::string(version) + "." + line);
-        const std::string entry = line.substr(0, line.find(' '));
-        const std::string recorded = log().back();
-        const std::string begin = "-> " + std::string(version) + "." + entry + ": ";
-        EXPECT_EQ(recorded.substr(0, begin.size()), begin);
-        return recorded.substr(begin.size());
-    }
-
-    Lines takeEffects() {
-        Lines effects = runtime.takeCommands();
-        for (std::string& line : ui.take())
-            effects.push_back(std::move(line));
-        for (std::string& line : log("libraryLog")) {
-            if (line.find("-> ") == std::string::npos)
-                effects.push_back(std::move(line));
-        }
-        clearLog();
-        return effects;
-    }
-
-    ViewerAPI::test::PluginLog ui;
-    ViewerAPI::test::RecordingBridge bridge{ui};
-    int op = 0;
-    Attribute answer = StringAttribute("/root/a"); ///< of the channels that have one
-};
-
 class DelegateHostSuite : public DelegateHostSuiteTest,
                           public testing::WithParamInterface<std::tuple<Version, Subject>> {};
 
@@ -525,110 +429,13 @@ INSTANTIATE_TEST_SUITE_P(Entries, DelegateHostSuite,
                                     std::get<0>(row.param);
                          });
 
-/// The tables as the plug-in manager gives them to a library.
-using Entries = std::array<std::uintptr_t, kEntries.size()>;
-
-Entries entriesOf(std::uint32_t version) {
-    Entries entries{};
-    std::memcpy(entries.data(),
-                PluginManager::getHost()->getSuite(VL_VIEWER_DELEGATE_HOST_SUITE, version),
-                sizeof(entries));
-    return entries;
-}
-
-TEST_F(DelegateHostSuiteTest, everyEntryThatIsThereIsCalledByASubject) {
-    const Entries entries = entriesOf(VL_VIEWER_DELEGATE_HOST_SUITE_VERSION);
-    std::set<std::string> there;
-    for (std::size_t entry = 0; entry < entries.size(); ++entry) {
-        if (entries[entry])
-            there.insert(kEntries[entry]);
-    }
+TEST(DelegateHostSuiteSubjects, callEveryEntry) {
     std::set<std::string> called;
     for (const Subject& subject : kSubjects) {
         for (const Step& step : subject.steps)
             called.insert(step.call.substr(0, step.call.find(' ')));
     }
-    EXPECT_EQ(called, there);
+    EXPECT_EQ(called, std::set<std::string>(kEntries.begin(), kEntries.end()));
 }
-
-TEST_F(DelegateHostSuiteTest, theVersionsDifferInEntry5Alone) {
-    const Entries version2 = entriesOf(VL_VIEWER_DELEGATE_HOST_SUITE_VERSION_2);
-    const Entries version3 = entriesOf(VL_VIEWER_DELEGATE_HOST_SUITE_VERSION);
-    for (std::size_t entry = 0; entry < kEntries.size(); ++entry)
-        EXPECT_EQ(version2[entry] == version3[entry], entry != 5) << kEntries[entry];
-}
-
-TEST_F(DelegateHostSuiteTest, version2TakesInTheParentAndTheGroupsBeforeAndVersion3AsTold) {
-    delegate->locationTree.setAttributes(
-        "/root", GroupBuilder().set("xform.g.translate", DoubleAttribute({1, 0, 0})).build());
-    delegate->flushLocationChanges();
-    const std::string arguments = "getPartialXform /root/a g translate 1 0";
-    EXPECT_EQ(call("delegate2", arguments), translation("111"));
-    const std::pair<const char*, const char*> flags[] = {
-        {" 0 0 0", "100"},  {" 1 0 0", "101"},  {" 0 1 0", "110"},  {" 1 1 0", "111"},
-        {" 0 0 1", "1100"}, {" 1 0 1", "1101"}, {" 0 1 1", "1110"}, {" -1 2 256", "1111"}};
-    for (const auto& [words, x] : flags)
-        EXPECT_EQ(call("delegate", arguments + words), translation(x)) << words;
-}
-
-TEST_F(DelegateHostSuiteTest, bothVersionsReachOneDelegate) {
-    EXPECT_EQ(call("delegate2", "addComponent ProbeComponent fromVersion2"), "found");
-    EXPECT_EQ(call("delegate", "getComponentIndex fromVersion2"), "1");
-    EXPECT_EQ(call("delegate", "hideLocations /root/a"), "done");
-    EXPECT_EQ(call("delegate2", "getHiddenLocations"), "\"/root/a\"");
-}
-
-TEST_F(DelegateHostSuiteTest, aComponentReachesItsDelegate) {
-    const auto commandComponent = [this](const char* text) {
-        delegate->getComponent("c")->setOption(id("command"), StringAttribute(text));
-    };
-    commandComponent("call:component.getViewerDelegate");
-    commandComponent("call:delegate.getComponentName 0");
-    commandComponent("call:delegate2.getComponentName 0");
-    EXPECT_EQ(log("libraryLog"), (Lines{"ProbeComponent -> component.getViewerDelegate: found",
-                                        "ProbeComponent -> delegate.getComponentName: c",
-                                        "ProbeComponent -> delegate2.getComponentName: c"}));
-}
-
-class DelegateHostSuiteVersion : public DelegateHostSuiteTest,
-                                 public testing::WithParamInterface<Version> {};
-
-TEST_P(DelegateHostSuiteVersion, letsExceptionsThrough) {
-    const std::pair<const char*, const char*> rows[] = {
-        {"callPythonCallback failing int:1", "the listener failed"},
-        {"addComponent Nobody n", "Couldn't load ViewerDelegateComponent plugin type 'Nobody'."},
-        {"addComponent (null) n", "Couldn't load ViewerDelegateComponent plugin type ''."},
-        {"insertComponent Nobody n 0",
-         "Couldn't load ViewerDelegateComponent plugin type 'Nobody'."},
-    };
-    for (const auto& [line, text] : rows) {
-        try {
-            call(GetParam(), line);
-            FAIL() << line;
-        } catch (const std::runtime_error& error) {
-            EXPECT_STREQ(error.what(), text) << line;
-        }
-    }
-    EXPECT_EQ(delegate->getNumberOfComponents(), 1U);
-}
-
-TEST_P(DelegateHostSuiteVersion, aReturnedHandleIsTheCallersAndAPassedOneStaysItsOwn) {
-    const GroupAttribute attributes = delegate->getAttributes("/root/a", 0);
-    // The library releases what it is given, and what it has passed.
-    const char* const lines[] = {"getAttributes /root/a 0", "getCookedAttributes /root/a 0",
-                                 "getSelectedLocations", "callPythonCallback answer int:1"};
-    const std::pair<std::uint32_t, std::uint32_t> before{attributes.getHandle()->refCount,
-                                                         answer.getHandle()->refCount};
-    for (const char* const line : lines) {
-        for (int i = 0; i < 3; ++i)
-            EXPECT_NE(call(GetParam(), line), "null");
-        EXPECT_EQ(attributes.getHandle()->refCount, before.first) << line;
-        EXPECT_EQ(answer.getHandle()->refCount, before.second) << line;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Versions, DelegateHostSuiteVersion,
-                         testing::Values("delegate2", "delegate"),
-                         [](const auto& row) { return std::string(row.param); });
 
 } // namespace
