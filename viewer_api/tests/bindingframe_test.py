@@ -14,7 +14,7 @@ from PyVlAttribute import GroupAttribute, IntAttribute
 
 NOT_A_LIST = "Argument must be a sequence of strings."
 PATH_METHODS = ("openLocations", "closeLocations", "pinLocations", "unpinLocations",
-                "setSelectedLocations", "computeMergedExtent")
+                "setSelectedLocations", "computeMergedExtent", "getCompatibleManipulatorsInfo")
 
 
 class ConstructionTest(ScriptedTest):
@@ -656,6 +656,8 @@ class ReferenceTest(ScriptedTest):
             (self.delegate.registerCallback, "x", None), (self.delegate.unregisterCallback, "x"),
             (self.delegate.unregisterAllCallbacks,), (self.delegate.getBounds, "/a"),
             (self.delegate.setSelectionCallbacks, None, None),
+            (self.delegate.getCompatibleManipulatorsInfo, ["/a"]),
+            (self.delegate.getRegisteredManipulatorsInfo,),
             (viewport.event, None), (viewport.event, value), (viewport.hover,),
             (viewport.hover, 1, 2), (viewport.isDirty,), (viewport.setDirty, True),
             (viewport.getActiveCamera,), (viewport.getLayer, "l"), (viewport.getLayer, "nope"),

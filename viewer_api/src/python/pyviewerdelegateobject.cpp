@@ -62,6 +62,19 @@ PyObject* viewportOrNone(Record& self, VlViewportHostStruct* viewport) {
     return viewport ? wrapViewport(viewport, asObject(self)) : returnNone();
 }
 
+// A method without arguments and result.
+template <auto Operation>
+PyObject* act(Record& self) {
+    (self.host->*Operation)();
+    return returnNone();
+}
+
+// A question without arguments, answered by a bool.
+template <auto Question>
+PyObject* ask(Record& self) {
+    return returnBool((self.host->*Question)());
+}
+
 // A method whose one argument is a list of paths.
 using PathsOperation = void (Host::*)(const char* const* paths, std::uint32_t count);
 
@@ -265,10 +278,6 @@ PyObject* setLookThroughLocation(Record& self, PyObject* args) {
     return returnNone();
 }
 
-PyObject* getWorkingSetVisibilityEnabled(Record& self) {
-    return returnBool(self.host->getWorkingSetVisibilityEnabled());
-}
-
 PyObject* setVisibilityWorkingSet(Record& self, PyObject* args) {
     GroupAttribute workingSet;
     if (!parseGroupArgument(args, workingSet)) {
@@ -296,40 +305,12 @@ PyObject* setManipulationFreezePeriod(Record& self, PyObject* args) {
     return returnNone();
 }
 
-PyObject* isFrozenDueToManipulation(Record& self) {
-    return returnBool(self.host->isFrozenDueToManipulation());
-}
-
-PyObject* processLocationEvents(Record& self) {
-    self.host->processLocationEvents();
-    return returnNone();
-}
-
-PyObject* isProcessing(Record& self) {
-    return returnBool(self.host->isProcessing());
-}
-
 PyObject* setSystemArgs(Record& self, PyObject* args) {
     GroupAttribute systemArgs;
     if (!parseGroupArgument(args, systemArgs)) {
         return nullptr;
     }
     self.host->setSystemArgs(systemArgs);
-    return returnNone();
-}
-
-PyObject* freeze(Record& self) {
-    self.host->suite->freeze(self.host->instance);
-    return returnNone();
-}
-
-PyObject* thaw(Record& self) {
-    self.host->suite->thaw(self.host->instance);
-    return returnNone();
-}
-
-PyObject* flushCaches(Record& self) {
-    self.host->flushCaches();
     return returnNone();
 }
 
@@ -344,11 +325,6 @@ PyObject* getCompatibleManipulatorsInfo(Record& self, PyObject* args) {
 // Belongs to no delegate, and has never parsed its arguments.
 PyObject* getRegisteredManipulatorsInfo(Record& /*self*/, PyObject* /*ignored*/) {
     return newPyAttribute(ViewerAPI::getRegisteredManipulatorsInfo());
-}
-
-PyObject* setup(Record& self) {
-    self.host->setup();
-    return returnNone();
 }
 
 PyObject* cleanup(Record& self) {
@@ -398,11 +374,6 @@ PyObject* hideLocations(Record& self, PyObject* args) {
     return returnNone();
 }
 
-PyObject* unhideAllLocations(Record& self) {
-    self.host->unhideAllLocations();
-    return returnNone();
-}
-
 // The host can unhide given locations and tell the hidden ones as well; these two have never been
 // offered to Python.
 PyMethodDef methods[] = {
@@ -431,17 +402,18 @@ PyMethodDef methods[] = {
                                     docs::delegate::setLookThroughLocation),
     method<&withFlag<&Host::setWorkingSetVisibilityEnabled>>(
         "setWorkingSetVisibilityEnabled", docs::delegate::setWorkingSetVisibilityEnabled),
-    method<&getWorkingSetVisibilityEnabled>("getWorkingSetVisibilityEnabled",
-                                            docs::delegate::getWorkingSetVisibilityEnabled),
+    method<&ask<&Host::getWorkingSetVisibilityEnabled>>(
+        "getWorkingSetVisibilityEnabled", docs::delegate::getWorkingSetVisibilityEnabled),
     method<&setVisibilityWorkingSet>("setVisibilityWorkingSet",
                                      docs::delegate::setVisibilityWorkingSet),
     method<&setViewOp>("setViewOp", docs::delegate::setViewOp),
     method<&setManipulationFreezePeriod>("setManipulationFreezePeriod",
                                          docs::delegate::setManipulationFreezePeriod),
-    method<&isFrozenDueToManipulation>("isFrozenDueToManipulation",
-                                       docs::delegate::isFrozenDueToManipulation),
-    method<&processLocationEvents>("processLocationEvents", docs::delegate::processLocationEvents),
-    method<&isProcessing>("isProcessing", docs::delegate::isProcessing),
+    method<&ask<&Host::isFrozenDueToManipulation>>("isFrozenDueToManipulation",
+                                                   docs::delegate::isFrozenDueToManipulation),
+    method<&act<&Host::processLocationEvents>>("processLocationEvents",
+                                               docs::delegate::processLocationEvents),
+    method<&ask<&Host::isProcessing>>("isProcessing", docs::delegate::isProcessing),
     method<&readAttributes<&Host::getAttributes>>("getAttributes", docs::delegate::getAttributes),
     method<&readAttributes<&Host::getLiveAttributes>>("getLiveAttributes",
                                                       docs::delegate::getLiveAttributes),
@@ -452,9 +424,9 @@ PyMethodDef methods[] = {
     method<&setOptionByName<Record>>("setOptionByName", docs::setOptionByName),
     method<&getOption<Record>>("getOption", docs::getOption),
     method<&getOptionByName<Record>>("getOptionByName", docs::getOptionByNameAsGetOption),
-    method<&freeze>("freeze", docs::delegate::freeze),
-    method<&thaw>("thaw", docs::delegate::thaw),
-    method<&flushCaches>("flushCaches", docs::delegate::flushCaches),
+    method<&act<&Host::freeze>>("freeze", docs::delegate::freeze),
+    method<&act<&Host::thaw>>("thaw", docs::delegate::thaw),
+    method<&act<&Host::flushCaches>>("flushCaches", docs::delegate::flushCaches),
     method<&getCompatibleManipulatorsInfo>("getCompatibleManipulatorsInfo",
                                            docs::delegate::getCompatibleManipulatorsInfo),
     method<&getRegisteredManipulatorsInfo>("getRegisteredManipulatorsInfo",
@@ -474,13 +446,14 @@ PyMethodDef methods[] = {
                                                       docs::delegate::setBoundingBoxesEnabled),
     method<&withFlag<&Host::setProxyGeometryEnabled>>("setProxyGeometryEnabled",
                                                       docs::delegate::setProxyGeometryEnabled),
-    method<&setup>("setup", docs::delegate::setup),
+    method<&act<&Host::setup>>("setup", docs::delegate::setup),
     method<&cleanup>("cleanup", docs::delegate::cleanup),
     method<&getBounds>("getBounds", docs::delegate::getBounds),
     method<&computeExtent>("computeExtent", docs::delegate::computeExtent),
     method<&computeMergedExtent>("computeMergedExtent", docs::delegate::computeMergedExtent),
     method<&hideLocations>("hideLocations", docs::delegate::hideLocations),
-    method<&unhideAllLocations>("unhideAllLocations", docs::delegate::unhideAllLocations),
+    method<&act<&Host::unhideAllLocations>>("unhideAllLocations",
+                                            docs::delegate::unhideAllLocations),
     {nullptr, nullptr, 0, nullptr},
 };
 
