@@ -61,6 +61,14 @@ PyObject* waitUntilIdle(PyObject*, PyObject* args) {
     });
 }
 
+PyObject* isCommitCooked(PyObject*, PyObject* args) {
+    long long commitId = 0;
+    if (!PyArg_ParseTuple(args, "L:isCommitCooked", &commitId)) {
+        return nullptr;
+    }
+    return guarded([&] { return PyBool_FromLong(ApplicationGraph::isCommitCooked(commitId)); });
+}
+
 PyObject* getOpTypes(PyObject*, PyObject*) {
     return guarded([]() -> PyObject* {
         Reference list(PyList_New(0));
@@ -104,6 +112,11 @@ PyMethodDef functions[] = {
      "waitUntilIdle(timeoutSeconds) -> bool\n\n"
      "Waits until everything asked for is cooked and can be fetched. False when that takes\n"
      "longer; 0 only asks. Other Python threads run meanwhile."},
+    {"isCommitCooked", isCommitCooked, METH_VARARGS,
+     "isCommitCooked(commitId) -> bool\n\n"
+     "Whether all that a commit affects has been cooked again: no event that a viewer fetches\n"
+     "from now on is older than the commit. Other cooking may still be under way. False for\n"
+     "an id that no commit has had yet."},
     {"getOpTypes", getOpTypes, METH_NOARGS,
      "getOpTypes() -> list of str\n\nThe names of the op types that are registered."},
     {"flushCaches", flushCaches, METH_NOARGS,

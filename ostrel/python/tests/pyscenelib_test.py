@@ -82,6 +82,14 @@ class PyScenelibTest(unittest.TestCase):
         self.assertRaises(ValueError, PyScenelib.waitUntilIdle, float("nan"))
         self.assertRaises(TypeError, PyScenelib.waitUntilIdle)
 
+    def testCommitsAreCookedInTheBackground(self):
+        commit = PyScenelib.Transaction().commit()
+        self.assertTrue(PyScenelib.waitUntilIdle(60))
+        self.assertTrue(PyScenelib.isCommitCooked(commit))
+        self.assertFalse(PyScenelib.isCommitCooked(commit + 1000))
+        self.assertRaises(TypeError, PyScenelib.isCommitCooked)
+        self.assertRaises(TypeError, PyScenelib.isCommitCooked, "1")
+
     def testFlushCachesKeepsTheGraph(self):
         op = PyScenelib.createOp("no-op")
         PyScenelib.flushCaches()

@@ -107,6 +107,10 @@ bool isProcessing() {
     return application().engine->isProcessing();
 }
 
+bool isCommitCooked(std::int64_t commitId) {
+    return application().engine->isCommitCooked(commitId);
+}
+
 void flushCaches() {
     application().engine->flushCaches();
 }

@@ -79,8 +79,7 @@ public:
     [[nodiscard]] std::vector<ClientView*> getWitnesses() const;
     /// Whether the client cooks the path, by its requests.
     [[nodiscard]] bool isWanted(const LocationNames& names) const;
-    /// Whether what was fetched for the path is what there now is. To be asked while nothing is to
-    /// be cooked again.
+    /// Whether what was fetched for the path is what was cooked last.
     [[nodiscard]] bool isTold(const std::string& path);
 
     /// Whether all views of the engine have caught up with the op graph and their requests. The

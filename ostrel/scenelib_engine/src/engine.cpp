@@ -96,6 +96,19 @@ std::int64_t Engine::commit(std::vector<GraphEdit> edits) {
     return id;
 }
 
+bool Engine::isCommitCooked(std::int64_t commitId) {
+    const std::lock_guard lock(stateMutex);
+    return isCooked(commitId);
+}
+
+bool Engine::isCooked(std::int64_t commitId) const {
+    if (commitId > lastCommitId.load()) {
+        return false;
+    }
+    // Ids of other graphs lie between this one's.
+    return cookedCommit >= std::min(commitId, inbox->getNewestCommit());
+}
+
 // ---- clients
 
 std::shared_ptr<ClientView> Engine::createView(std::shared_ptr<ClientGroup> group) {
@@ -120,12 +133,7 @@ void Engine::closeView(const std::shared_ptr<ClientView>& view) {
 
 bool Engine::isDataCurrent(ClientView& view, const std::string& path, std::int64_t commitId) {
     const std::lock_guard lock(stateMutex);
-    if (commitId > lastCommitId.load()) {
-        return false;
-    }
-    const std::int64_t newest = inbox->getNewestCommit();
-    const std::int64_t target = commitId < 0 ? newest : std::min(commitId, newest);
-    return appliedCommit >= target && recooking.isClean() && view.isTold(path);
+    return isCooked(commitId < 0 ? inbox->getNewestCommit() : commitId) && view.isTold(path);
 }
 
 // ---- the coordinator
@@ -222,6 +230,7 @@ bool Engine::step() {
         recook(lock);
         return true;
     }
+    cookedCommit = appliedCommit;
     recooking.buryRemoved();
     for (const std::shared_ptr<ClientView>& view : views) {
         view->update();

@@ -48,6 +48,10 @@ public:
     /// applies nothing.
     std::int64_t commit(std::vector<GraphEdit> edits);
     void flushCaches() { inbox->postFlush(); }
+    /// Whether all that was cooked before the commit and is affected by it has been cooked again:
+    /// no event that is fetched from now on is older than the commit. False for an id that no
+    /// commit has had yet.
+    [[nodiscard]] bool isCommitCooked(std::int64_t commitId);
 
     [[nodiscard]] bool isProcessing() const { return !inbox->isIdle(); }
     [[nodiscard]] bool waitUntilIdle(std::chrono::duration<double> timeout) const {
@@ -98,6 +102,7 @@ private:
     void recook(std::unique_lock<std::mutex>& lock);
     bool cookWanted(std::unique_lock<std::mutex>& lock);
     void cookPiece(const Piece& piece);
+    [[nodiscard]] bool isCooked(std::int64_t commitId) const;
     void setSettled(bool isSettled);
     void dropAllMemos();
     void adaptBatch(std::chrono::steady_clock::duration elapsed);
@@ -118,6 +123,8 @@ private:
     /// What each client views, kept alive.
     std::unordered_map<const ClientView*, std::shared_ptr<OpRecord>> viewed;
     std::int64_t appliedCommit = 0;
+    /// The last commit that nothing cooked is older than.
+    std::int64_t cookedCommit = 0;
     bool settled = false;
     /// Cooks per batch, so that one takes a millisecond or two.
     std::size_t batchSize;

@@ -400,6 +400,50 @@ TEST(Engine, dataIsCurrentOnceItIsFetched) {
     EXPECT_FALSE(client->isLocationDataCurrent("/root/a", commit + 1000)) << "not known";
 }
 
+/// Its root has the argument `value`, which for 2 takes until the test says so.
+class SlowValue final : public VlScenelibEngine::OpType {
+public:
+    [[nodiscard]] VlScenelibEngine::CookResult
+    cook(VlScenelibEngine::CookContext& context) const override {
+        const VlAttribute::Attribute value = context.getArg("value");
+        if (IntAttribute(value).getValue() == 2) {
+            isReached = true;
+            isReached.notify_all();
+            isOpen.wait(false);
+        }
+        return {GroupAttribute{{"value", value}}};
+    }
+
+    mutable std::atomic<bool> isReached{false};
+    mutable std::atomic<bool> isOpen{false};
+};
+
+TEST(Engine, aCommitIsCookedOnceWhatItAffectsIsCookedAgain) {
+    EngineScene scene;
+    const auto type = std::make_shared<SlowValue>();
+    VlScenelibEngine::registerOpType("Test.SlowValue", type);
+    const auto op = scene.createOp("Test.SlowValue", {{"value", IntAttribute(1)}});
+    const auto client = scene.createClient(op);
+    client->setLocationsActive(paths({"/root"}));
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root"));
+
+    const std::int64_t commit = scene.setArgs(op, "Test.SlowValue", {{"value", IntAttribute(2)}});
+    EXPECT_TRUE(scene.engine->isCommitCooked(commit - 1));
+    type->isReached.wait(false);
+    EXPECT_FALSE(scene.engine->isCommitCooked(commit)) << "while it is being cooked";
+    EXPECT_FALSE(client->isLocationDataCurrent("/root", commit));
+    EXPECT_TRUE(client->isLocationDataCurrent("/root", commit - 1));
+    type->isOpen = true;
+    type->isOpen.notify_all();
+
+    scene.settle();
+    EXPECT_TRUE(scene.engine->isCommitCooked(commit));
+    EXPECT_FALSE(client->isLocationDataCurrent("/root", commit)) << "not fetched yet";
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root"));
+    EXPECT_TRUE(client->isLocationDataCurrent("/root", commit));
+    EXPECT_FALSE(scene.engine->isCommitCooked(commit + 1000)) << "not known";
+}
+
 TEST(Engine, activeLocationsAreThoseMadeActiveWithoutTheirContext) {
     EngineScene scene;
     const auto client = scene.createClient(nullptr);

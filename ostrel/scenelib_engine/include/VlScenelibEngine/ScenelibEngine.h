@@ -53,6 +53,12 @@ private:
 /// Whether waitUntilIdle() would have to wait.
 [[nodiscard]] bool isProcessing();
 
+/// Whether every location that was cooked before this commit and is affected by it has been cooked
+/// again: no event that a client fetches from now on is older than the commit. Other work, such as
+/// locations that are cooked for the first time, may still be under way. False for an id that no
+/// commit has had yet.
+[[nodiscard]] bool isCommitCooked(std::int64_t commitId);
+
 /// Drops what is memoised; every cooked location is cooked and reported again.
 void flushCaches();
 
