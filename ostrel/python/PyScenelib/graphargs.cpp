@@ -14,6 +14,14 @@ bool readOpType(PyObject* object, std::string& opType) {
     return pythoncompat::textAsString(object, opType);
 }
 
+bool readPath(PyObject* object, std::string& path) {
+    if (!pythoncompat::isText(object)) {
+        PyErr_Format(PyExc_TypeError, "the path must be str, not %.100s", Py_TYPE(object)->tp_name);
+        return false;
+    }
+    return pythoncompat::textAsString(object, path);
+}
+
 bool readArgs(PyObject* object, VlAttribute::GroupAttribute& args) {
     args = VlAttribute::GroupAttribute(PyVlAttribute::AttributeFromPyObject(object));
     if (!args && object != Py_None) {

@@ -12,6 +12,8 @@
 
 /// An op type's name.
 bool readOpType(PyObject* object, std::string& opType);
+/// A location's path.
+bool readPath(PyObject* object, std::string& path);
 /// A GroupAttribute, or None for none.
 bool readArgs(PyObject* object, VlAttribute::GroupAttribute& args);
 /// An op's id.

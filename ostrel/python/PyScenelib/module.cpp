@@ -40,6 +40,10 @@ PyObject* setOpInputs(PyObject*, PyObject* args, PyObject* keywords) {
     return edit(recordSetOpInputs, args, keywords);
 }
 
+PyObject* recookLocation(PyObject*, PyObject* args, PyObject* keywords) {
+    return edit(recordRecookLocation, args, keywords);
+}
+
 PyObject* waitUntilIdle(PyObject*, PyObject* args) {
     double timeout = 0;
     if (!PyArg_ParseTuple(args, "d:waitUntilIdle", &timeout)) {
@@ -108,6 +112,8 @@ PyMethodDef functions[] = {
      setOpArgsDocumentation},
     {"setOpInputs", reinterpret_cast<PyCFunction>(setOpInputs), METH_VARARGS | METH_KEYWORDS,
      setOpInputsDocumentation},
+    {"recookLocation", reinterpret_cast<PyCFunction>(recookLocation), METH_VARARGS | METH_KEYWORDS,
+     recookLocationDocumentation},
     {"waitUntilIdle", waitUntilIdle, METH_VARARGS,
      "waitUntilIdle(timeoutSeconds) -> bool\n\n"
      "Waits until everything asked for is cooked and can be fetched. False when that takes\n"

@@ -22,6 +22,12 @@ const char setOpArgsDocumentation[] =
 const char setOpInputsDocumentation[] =
     "setOpInputs(id, ids)\n\n"
     "Replaces an op's inputs. Raises ValueError when one of the ops does not exist.";
+const char recookLocationDocumentation[] =
+    "recookLocation(id, path)\n\n"
+    "Has a location of an op cooked again and reported to those who view it, also through other\n"
+    "ops and also when nothing has changed there: only a report takes away a value that a\n"
+    "viewer shows on top of a location. Nothing happens where the op has cooked no such\n"
+    "location. Raises ValueError when there is no such op.";
 
 PyObject* recordCreateOp(Transaction& transaction, PyObject* args, PyObject* keywords) {
     static const char* names[] = {"opType", "args", "inputs", nullptr};
@@ -85,6 +91,25 @@ PyObject* recordSetOpInputs(Transaction& transaction, PyObject* args, PyObject* 
     });
 }
 
+PyObject* recordRecookLocation(Transaction& transaction, PyObject* args, PyObject* keywords) {
+    static const char* names[] = {"id", "path", nullptr};
+    PyObject* idObject = nullptr;
+    PyObject* pathObject = nullptr;
+    if (!PyArg_ParseTupleAndKeywords(args, keywords, "OO:recookLocation", const_cast<char**>(names),
+                                     &idObject, &pathObject)) {
+        return nullptr;
+    }
+    return guarded([&]() -> PyObject* {
+        int opId = 0;
+        std::string path;
+        if (!readOpId(idObject, opId) || !readPath(pathObject, path)) {
+            return nullptr;
+        }
+        transaction.recookLocation(opId, path);
+        return pythoncompat::returnNone();
+    });
+}
+
 namespace {
 
 struct TransactionObject {
@@ -127,6 +152,10 @@ PyObject* setOpInputs(PyObject* self, PyObject* args, PyObject* keywords) {
     return recordSetOpInputs(transactionOf(self), args, keywords);
 }
 
+PyObject* recookLocation(PyObject* self, PyObject* args, PyObject* keywords) {
+    return recordRecookLocation(transactionOf(self), args, keywords);
+}
+
 PyObject* commit(PyObject* self, PyObject*) {
     return guarded([&] { return PyLong_FromLongLong(transactionOf(self).commit()); });
 }
@@ -138,6 +167,8 @@ PyMethodDef methods[] = {
      setOpArgsDocumentation},
     {"setOpInputs", reinterpret_cast<PyCFunction>(setOpInputs), METH_VARARGS | METH_KEYWORDS,
      setOpInputsDocumentation},
+    {"recookLocation", reinterpret_cast<PyCFunction>(recookLocation), METH_VARARGS | METH_KEYWORDS,
+     recookLocationDocumentation},
     {"commit", commit, METH_NOARGS,
      "commit() -> int\n\n"
      "Applies what was recorded, in order, and empties the transaction. Returns the commit's\n"

@@ -37,6 +37,7 @@ class PyScenelibTest(unittest.TestCase):
         for graph in (PyScenelib, PyScenelib.Transaction()):
             self.assertRaises(ValueError, graph.setOpArgs, missing, "no-op", None)
             self.assertRaises(ValueError, graph.setOpInputs, missing, [])
+            self.assertRaises(ValueError, graph.recookLocation, missing, "/root")
             self.assertRaises(ValueError, graph.setOpInputs, op, [missing])
             self.assertRaises(ValueError, graph.createOp, "no-op", None, [missing])
             self.assertRaises(ValueError, graph.setOpInputs, 1 << 70, [])
@@ -65,6 +66,7 @@ class PyScenelibTest(unittest.TestCase):
                  "the inputs must be a sequence of op ids"),
                 (lambda: graph.createOp("no-op", None, ["1"]), "an op id must be int, not str"),
                 (lambda: graph.setOpArgs("1", "no-op", None), "an op id must be int, not str"),
+                (lambda: graph.recookLocation(op, 1), "the path must be str, not int"),
                 (lambda: graph.setOpInputs(op, [1.0]), "an op id must be int, not float"),
             ]
             for index, (call, text) in enumerate(rows):

@@ -95,6 +95,14 @@ void Transaction::setOpInputs(int opId, const std::vector<int>& inputs) {
     impl->edits.push_back(std::move(edit));
 }
 
+void Transaction::recookLocation(int opId, const std::string& path) {
+    GraphEdit edit;
+    edit.kind = GraphEdit::Kind::Recook;
+    edit.op = findOp(opId);
+    edit.path = path;
+    impl->edits.push_back(std::move(edit));
+}
+
 std::int64_t Transaction::commit() {
     return application().engine->commit(std::exchange(impl->edits, {}));
 }

@@ -67,6 +67,7 @@ public:
     static constexpr std::uint16_t kInputCount = 0x80; ///< read the number of inputs
     static constexpr std::uint16_t kRemoved = 0x100;   ///< no longer listed; waits for its end
     static constexpr std::uint16_t kBuried = 0x200;    ///< removed, and nobody points to it
+    static constexpr std::uint16_t kForced = 0x400;    ///< dirty, and its viewers are to hear of it
 
     [[nodiscard]] Kind getKind() const noexcept {
         return static_cast<Kind>((bits.load(std::memory_order_relaxed) & kKindMask) >> kKindShift);

@@ -1,5 +1,6 @@
 #include "engine.h"
 
+#include "locationpath.h"
 #include "optyperegistry.h"
 
 #include <algorithm>
@@ -192,6 +193,11 @@ void Engine::apply(GraphEdit& edit) {
         if (!edit.view->isOver()) {
             edit.view->setOp(edit.op ? &ensureOp(*edit.op) : nullptr);
             viewed[edit.view.get()] = std::move(edit.op);
+        }
+        break;
+    case GraphEdit::Kind::Recook:
+        if (const auto names = splitPath(edit.path)) {
+            recooking.recookLocation(ensureOp(*edit.op), *names);
         }
         break;
     }

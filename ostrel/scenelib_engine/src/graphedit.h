@@ -14,15 +14,17 @@ class OpRecord;
 
 /// One recorded edit of a transaction.
 struct GraphEdit {
-    enum class Kind { Args, Inputs, ClientOp };
+    enum class Kind { Args, Inputs, ClientOp, Recook };
 
     Kind kind = Kind::Args;
-    /// The op that is edited, or that the client is to view (null: nothing).
+    /// The op that is edited, that the client is to view (null: nothing), or whose location
+    /// is to be cooked again.
     std::shared_ptr<OpRecord> op;
     std::string typeName;
     VlAttribute::GroupAttribute args;
     std::vector<std::shared_ptr<OpRecord>> inputs;
     std::shared_ptr<ClientView> view;
+    std::string path;
 };
 
 struct GraphCommit {

@@ -106,6 +106,21 @@ void Recooking::setInputs(GraphOp& op, std::vector<GraphOp*> inputs) {
     }
 }
 
+void Recooking::recookLocation(GraphOp& op, const LocationNames& names) {
+    CookNode* node = op.top.get();
+    for (const std::string_view name : names) {
+        CookBlock* block = node->children ? node->getBlock() : nullptr;
+        const std::size_t index = block ? node->children->find(name) : ChildList::kNone;
+        CookNode* child = index == ChildList::kNone ? nullptr : &block->child(index);
+        node = child && child->isCooked() ? child->resolve() : nullptr;
+        if (!node) {
+            return;
+        }
+    }
+    markDirty(node->getOp(), *node);
+    node->set(CookNode::kForced);
+}
+
 void Recooking::dropMemo(GraphOp& op) {
     static const LocationNames kRoot{"root"};
     touch(op, kRoot, Touch::Subtree);
@@ -148,7 +163,7 @@ void Recooking::touch(GraphOp& op, const LocationNames& names, Touch kind) {
             view->onTouched(names, kind == Touch::Subtree);
         }
     }
-    if (kind != Touch::Rerun && kind != Touch::Added && !op.readers.isEmpty()) {
+    if (kind >= Touch::Changed && kind != Touch::Added && !op.readers.isEmpty()) {
         op.readers.forEach(joinPath(names), kind == Touch::Subtree,
                            [&](CookNode& reader) { markDirty(reader.getOp(), reader); });
     }
@@ -186,6 +201,9 @@ void Recooking::touchOutput(GraphOp& output, const GraphOp& changed, const Locat
     }
     if (output.readsOp(node->inputsRead, changed)) {
         markDirty(output, *node);
+        if (kind == Touch::Forced) {
+            node->set(CookNode::kForced);
+        }
     }
     if (kind >= Touch::Subtree) {
         markReadersBelow(output, *node, changed);
@@ -333,15 +351,21 @@ void Recooking::uncook(GraphOp& op, CookNode& node, const LocationNames& names) 
     node.setKind(CookNode::Kind::Location);
     node.attrs = VlAttribute::GroupAttribute();
     node.children = nullptr;
+    node.clear(CookNode::kForced);
     node.setUncooked();
 }
 
 void Recooking::store(GraphOp& op, CookNode& node, CookOutcome& outcome) {
     const LocationNames names = node.getLocationNames();
     const bool isLocation = outcome.result.kind == CookResult::Kind::Location;
+    const bool isForced = node.has(CookNode::kForced);
+    node.clear(CookNode::kForced);
     if (isLocation && node.getKind() == CookNode::Kind::Location) {
         Cooker::storeReads(op, node, outcome);
         storeLocation(op, node, names, outcome.result);
+        if (isForced) {
+            touch(op, names, Touch::Forced);
+        }
         return;
     }
     const bool isSameAlias = outcome.result.kind == CookResult::Kind::SameAsInput &&

@@ -29,6 +29,9 @@ public:
     void setType(GraphOp& op, const std::string& typeName);
     void setArgs(GraphOp& op, const VlAttribute::GroupAttribute& args);
     void setInputs(GraphOp& op, std::vector<GraphOp*> inputs);
+    /// Has what the op shows at a path cooked again, and so reported whatever comes of it; where
+    /// nothing has been cooked yet, nothing happens.
+    void recookLocation(GraphOp& op, const LocationNames& names);
     /// Drops everything that the op has cooked; what clients view is cooked anew.
     void dropMemo(GraphOp& op);
     /// Takes an op that nobody refers to out of the graph. It is freed with all that is removed.
@@ -55,6 +58,7 @@ public:
 private:
     enum class Touch {
         Rerun,   ///< cooked again with an equal result: only for those who view it
+        Forced,  ///< the same, also for those who view what other ops make of it
         Changed, ///< its attributes or children
         Subtree, ///< it and everything below it is another
         Added,   ///< it is newly in its parent's list

@@ -1,3 +1,4 @@
+#include "applicationgraph.h"
 #include "enginescene.h"
 #include "testops.h"
 
@@ -208,6 +209,42 @@ TEST(Engine, anEqualResultIsToldOfTheLocationThatRanAndStopsThere) {
     scene.setArgs(second, "Test.Stamp", stamp(1, 2));
     EXPECT_THAT(scene.fetch(onSecond), IsEmpty());
     EXPECT_EQ(scene.countCooks(), 0U) << "an argument that nobody has read";
+}
+
+TEST(ApplicationGraph, aLocationThatIsCookedAgainIsReportedWhateverComesOfIt) {
+    namespace Graph = VlScenelibEngine::ApplicationGraph;
+    registerTestOps();
+    EngineScene scene(VlScenelibEngine::getApplicationEngine());
+    Graph::Transaction transaction;
+    const int literal =
+        transaction.createOp("Scene.Literal", literalArgs({{"/root/a/b", 1}, {"/root/c", 1}}));
+    const int passed = transaction.createOp("no-op", {}, {literal});
+    // Each makes locations of its own from what it reads.
+    const int filtered =
+        transaction.createOp("Test.Filter", {{"hide", StringAttribute("x")}}, {passed});
+    const int stamped = transaction.createOp("Test.Stamp", {}, {filtered});
+    transaction.commit();
+    std::vector<EngineScene::ClientPtr> clients;
+    for (const int op : {literal, passed, filtered, stamped}) {
+        clients.push_back(scene.createClient(scene.runtime->getOpFromOpId(op)));
+        clients.back()->setLocationsOpen(paths({"/root"}));
+        clients.back()->setLocationsActive(paths({"/root"}));
+        EXPECT_THAT(scene.fetch(clients.back()), ElementsAre("+/root", "+/root/a", "+/root/c"));
+    }
+
+    transaction.recookLocation(passed, "/root/a");
+    const std::int64_t commit = transaction.commit();
+    for (const auto& client : clients) {
+        EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/a"));
+    }
+    EXPECT_TRUE(Graph::isCommitCooked(commit));
+
+    for (const char* path : {"/root/a/b", "/root/x", "/other", "", "root", "/root/"}) {
+        transaction.recookLocation(passed, path);
+        transaction.commit();
+        EXPECT_THAT(scene.fetch(clients[1]), IsEmpty()) << path << ": nobody has cooked it";
+    }
+    EXPECT_THROW(transaction.recookLocation(-1, "/root"), std::runtime_error);
 }
 
 TEST(Engine, resultsAreSharedBetweenClients) {

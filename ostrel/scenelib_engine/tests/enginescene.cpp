@@ -17,9 +17,12 @@ using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 using VlScenelib::LocationEvent;
 
-EngineScene::EngineScene(int workers) {
+EngineScene::EngineScene(int workers)
+    : EngineScene(std::make_shared<VlScenelibEngine::Engine>(workers)) {}
+
+EngineScene::EngineScene(std::shared_ptr<VlScenelibEngine::Engine> theEngine)
+    : engine(std::move(theEngine)) {
     VlScenelibEngine::registerScenelibEngine();
-    engine = std::make_shared<VlScenelibEngine::Engine>(workers);
     runtime = VlScenelib::ScenelibRuntime::CreateAndSteal(VlScenelibEngine::createRuntime(engine),
                                                           VlScenelibEngine::getRuntimeSuite());
 }

@@ -23,6 +23,8 @@ public:
     using ClientPtr = std::shared_ptr<VlScenelib::Client>;
 
     explicit EngineScene(int workers = 2);
+    /// A runtime of its own on an engine that is there already.
+    explicit EngineScene(std::shared_ptr<VlScenelibEngine::Engine> theEngine);
 
     OpPtr createOp(const std::string& type,
                    const VlAttribute::GroupAttribute& args = VlAttribute::GroupAttribute(),

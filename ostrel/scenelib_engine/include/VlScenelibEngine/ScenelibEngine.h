@@ -37,6 +37,11 @@ public:
     void setOpArgs(int opId, const std::string& opType, const VlAttribute::GroupAttribute& args);
     /// Replaces the inputs. Throws when one of the ops does not exist.
     void setOpInputs(int opId, const std::vector<int>& inputs);
+    /// Has a location of the op cooked again and reported to the clients that view it, also through
+    /// other ops and also when nothing has changed there: only a report takes away a value that a
+    /// viewer shows on top of a location. Nothing happens when the op has not cooked such a
+    /// location. Throws when there is no such op.
+    void recookLocation(int opId, const std::string& path);
     /// Applies what was recorded, in order, and empties the transaction. Returns the commit id.
     /// Throws when ops would form a cycle; the transaction is then empty and nothing is applied.
     std::int64_t commit();
