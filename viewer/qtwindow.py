@@ -80,7 +80,12 @@ class ViewWidget(QWidget):
             self._interaction.wheel(event.angleDelta().y() / 120.0)
 
     def keyPressEvent(self, event):
-        if self._view and event.key() == Qt.Key_F:
+        if event.modifiers() & Qt.ControlModifier and event.key() in (Qt.Key_Z, Qt.Key_Y):
+            if event.key() == Qt.Key_Y or event.modifiers() & Qt.ShiftModifier:
+                self._session.redo()
+            else:
+                self._session.undo()
+        elif self._view and event.key() == Qt.Key_F:
             self._view.frame()
         elif event.key() in (Qt.Key_Escape, Qt.Key_Q):
             self.close()

@@ -26,6 +26,9 @@ class ViewWindow(object):
         self._interaction = Interaction(view)
         self._pump = Pump(session, view, loaded)
         self._bindEvents()
+        self._root.bind("<Control-z>", lambda event: session.undo())
+        for key in ("<Control-Shift-Z>", "<Control-y>"):
+            self._root.bind(key, lambda event: session.redo())
 
     def _bindEvents(self):
         frame, interaction = self._frame, self._interaction

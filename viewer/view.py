@@ -11,9 +11,10 @@ import sys
 
 DESCRIPTION = """Shows models: in a window, or as a picture."""
 EPILOG = """With a display a window opens: drag to orbit, drag with the middle button or with shift to
-pan, turn the wheel or drag with the right button to zoom, press F to frame everything. Without a
-display, or with --output, a picture is written. A model that can't be read is reported on a line of
-its own and the others still show; the exit status is then 1."""
+pan, turn the wheel or drag with the right button to zoom, press F to frame everything, Ctrl+Z to
+undo an edit, Ctrl+Shift+Z or Ctrl+Y to redo it. Without a display, or with --output, a picture is
+written. A model that can't be read is reported on a line of its own and the others still show; the
+exit status is then 1."""
 
 
 def parseSize(text):
