@@ -26,6 +26,8 @@
 //     setHook(hook)    hook(plugin, host, entry, arguments) -> answer, for every entry of every
 //                      instance; host is a number that stands for the host object, 0 for an entry
 //                      without an instance
+//     setEventHook(hook)   hook(path, attributes) for every location event of a delegate's plug-in,
+//                      after setHook's
 //     StandardError    raised in the hook, it leaves the entry as a std::runtime_error of its text
 //     OtherError       raised in the hook, it leaves the entry as an int
 //
@@ -35,6 +37,8 @@
 //     callPythonCallback(host, name, value) -> attribute
 //     selectLocation(host, path), selectLocations(host, [path]), getSelectedLocations(host)
 //     activateSourceLocations(host, [path])
+//     setManipulatedAttribute(host, path, name, value, isFinal) -> bool
+//     openManipulationGroup(host, path), closeManipulationGroup(host, path)
 //     removeComponentByIndex(host, index), removeViewportByIndex(host, index)
 //
 // A listed plug-in that can't be had any more:
@@ -50,6 +54,7 @@ using pythoncompat::TextArgument;
 using VlAttribute::Attribute;
 
 PyObject* hook = nullptr;
+PyObject* eventHook = nullptr;
 PyObject* standardError = nullptr;
 PyObject* otherError = nullptr;
 
@@ -125,6 +130,20 @@ PyObject* askHook(const char* plugin, void* host, const char* entry, PyObject* a
         throwHookError();
     }
     return answer;
+}
+
+void tellEventHook(const ViewerLocationEvent& event) {
+    if (!eventHook) {
+        return;
+    }
+    const pythoncompat::PendingErrorAside earlierError;
+    char format[] = "sN";
+    PyObject* answer = PyObject_CallFunction(eventHook, format, event.locationPath,
+                                             toPython(Borrowed{event.attributes}));
+    if (!answer) {
+        throwHookError();
+    }
+    Py_DECREF(answer);
 }
 
 template <class Result>
@@ -216,6 +235,7 @@ const ViewerDelegatePluginSuite kDelegate{
     .locationEvent =
         [](void* instance, const ViewerLocationEvent* event, int handled) {
             call(instance, "locationEvent", event->locationPath, handled);
+            tellEventHook(*event);
         },
     .sourceLocationEvent =
         [](void* instance, const ViewerLocationEvent* event) {
@@ -437,6 +457,23 @@ PyObject* withPaths(PyObject*, PyObject* args) {
     });
 }
 
+PyObject* setManipulatedAttribute(PyObject*, PyObject* args) {
+    unsigned long long host = 0;
+    TextArgument path;
+    TextArgument name;
+    PyObject* value = nullptr;   // borrowed
+    PyObject* isFinal = nullptr; // borrowed
+    if (!parseArguments(args, "KssOO", &host, path, name, &value, &isFinal)) {
+        return nullptr;
+    }
+    return withExceptions([&]() {
+        const Attribute attribute = PyVlAttribute::AttributeFromPyObject(value);
+        return PyBool_FromLong(delegateHost().setManipulatedAttribute(
+            reinterpret_cast<void*>(host), path.get(), name.get(), attribute.getHandle(),
+            PyObject_IsTrue(isFinal)));
+    });
+}
+
 PyObject* getSelectedLocations(PyObject*, PyObject* args) {
     unsigned long long host = 0;
     if (!PyArg_ParseTuple(args, "K", &host)) {
@@ -470,19 +507,21 @@ PyObject* registerManipulators(PyObject*, PyObject*) {
     return returnNone();
 }
 
+template <PyObject** Hook>
 PyObject* setHook(PyObject*, PyObject* args) {
     PyObject* callable = nullptr; // borrowed
     if (!PyArg_ParseTuple(args, "O", &callable)) {
         return nullptr;
     }
     Py_XINCREF(callable);
-    Py_XDECREF(hook);
-    hook = callable;
+    Py_XDECREF(*Hook);
+    *Hook = callable;
     return returnNone();
 }
 
 PyMethodDef functions[] = {
-    {"setHook", setHook, METH_VARARGS, nullptr},
+    {"setHook", setHook<&hook>, METH_VARARGS, nullptr},
+    {"setEventHook", setHook<&eventHook>, METH_VARARGS, nullptr},
     {"callPythonCallback", callPythonCallback, METH_VARARGS, nullptr},
     {"selectLocation", withPath<&ViewerDelegateHostSuite::selectLocation>, METH_VARARGS, nullptr},
     {"selectLocations", withPaths<&ViewerDelegateHostSuite::selectLocations>, METH_VARARGS,
@@ -490,6 +529,11 @@ PyMethodDef functions[] = {
     {"activateSourceLocations", withPaths<&ViewerDelegateHostSuite::activateSourceLocations>,
      METH_VARARGS, nullptr},
     {"getSelectedLocations", getSelectedLocations, METH_VARARGS, nullptr},
+    {"setManipulatedAttribute", setManipulatedAttribute, METH_VARARGS, nullptr},
+    {"openManipulationGroup", withPath<&ViewerDelegateHostSuite::openManipulationGroup>,
+     METH_VARARGS, nullptr},
+    {"closeManipulationGroup", withPath<&ViewerDelegateHostSuite::closeManipulationGroup>,
+     METH_VARARGS, nullptr},
     {"removeComponentByIndex", withIndex<&ViewerDelegateHostSuite::removeComponentByIndex>,
      METH_VARARGS, nullptr},
     {"removeViewportByIndex", withIndex<&ViewerDelegateHostSuite::removeViewportByIndex>,

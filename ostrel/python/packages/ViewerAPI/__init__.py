@@ -7,8 +7,10 @@ Everything of the extension module ViewerAPI_cmodule is here under its own name:
     delegate.setup()
     viewport = delegate.addViewport("SceneViewport", "main")
 
-Besides, there is the class ManipulatorBridge. Each delegate makes an instance of whatever class
-stands under that name when it is created, so an application that stores edits replaces it first:
+Besides, there is the class ManipulatorBridge, by which values that are set in the viewer reach the
+application. An application takes them by op, with ViewerAPI.setEditor(opId, editor); ostrel.Session
+does so for its scene. Each delegate makes an instance of whatever class stands under that name when
+it is created, so one that wants to hear of everything itself replaces the class first:
 
     class NodeGraphBridge(ViewerAPI.ManipulatorBridge):
         def setValue(self, locationPath, attributeName, attribute, isFinal):
@@ -21,7 +23,7 @@ The package "ostrel" puts scene and viewer together for scripts.
 from ViewerAPI_cmodule import *  # noqa: F401,F403
 from ViewerAPI_cmodule import __doc__ as _moduleDocumentation
 
-from ViewerAPI.manipulatorbridge import ManipulatorBridge
+from ViewerAPI.manipulatorbridge import ManipulatorBridge, setEditor
 
 # Neither is there under -OO.
 __doc__ = "\n".join(text for text in (__doc__, _moduleDocumentation) if text)

@@ -9,7 +9,7 @@
         view.frame()
         view.savePicture("duck.png")
 
-Session   a scene and a viewer delegate that shows it
+Session   a scene with edits that can be undone, and a viewer delegate that shows it
 View      a viewport of that delegate with layers, a camera and an orbit around the scene
 Orbit     where a camera stands: target, distance, yaw and pitch; frames bounds
 

@@ -8,6 +8,7 @@ import PyWindowSystem
 from PyVlAttribute import FloatAttribute, GroupAttribute, GroupBuilder, StringAttribute
 
 import ViewerAPI
+from ostrel.edithistory import EditHistory
 from ostrel.orbit import usableBounds
 from ostrel.plugins import loadPlugins
 from ostrel.view import View
@@ -17,12 +18,18 @@ _PUMP_PERIOD = 0.02
 
 
 class Session(object):
-    """A scene that is the merger of its models and other ops, and the delegate that views it.
+    """A scene that is the merger of its models and other ops, with edits on top, and the delegate
+    that views it.
+
+    Edits are attributes that are set location by location: by manipulators in the viewer, or by
+    setAttribute(). Each step can be undone.
 
     Everything cooks in the background: pump() waits for it and passes it to the viewer. A session
     is used from one thread, and ends with close() or at the end of a "with" block.
 
-    delegate  the ViewerAPI.ViewerDelegate; set up, viewing the scene, with all locations open
+    delegate     the ViewerAPI.ViewerDelegate; set up, viewing the scene, with all locations open
+    lockedNodes  a set of node names: what the viewer sets on locations that one of them owns, by
+                 their "attributeEditor.exclusiveTo", is not taken. See also isNodeEditable()
     """
 
     def __init__(self, delegatePlugin="SceneDelegate"):
@@ -32,12 +39,17 @@ class Session(object):
         self._names = set()
         self._inputs = []
         self._merge = PyScenelib.createOp("Scene.Merge")
+        self._edit = PyScenelib.createOp("Scene.Edit", None, [self._merge])
+        self._history = EditHistory()
+        self._stepCommit = None  # the last commit, while it is the last step's
+        self.lockedNodes = set()
         self._windowIds = []
+        ViewerAPI.setEditor(self._edit, self)
         self.delegate = ViewerAPI.CreateViewerDelegate(delegatePlugin)
         self.delegate.setup()
         self.delegate.addComponent("LocationExpander", "expander")
         self._errors = self.delegate.addComponent("ErrorCollector", "errors")
-        self.delegate.setViewOp(self._merge)
+        self.delegate.setViewOp(self._edit)
 
     def __enter__(self):
         return self
@@ -49,6 +61,7 @@ class Session(object):
         """Ends the viewer and its off-screen windows. Further calls do nothing."""
         if self.delegate is None:
             return
+        ViewerAPI.setEditor(self._edit, None)
         self.delegate.cleanup()
         self.delegate = None
         self._errors = None
@@ -113,6 +126,91 @@ class Session(object):
     def _timed(self, args):
         builder = GroupBuilder().update(args)
         return builder.set("system.timeSlice.currentTime", FloatAttribute(self._time)).build()
+
+    # Edits.
+
+    def setAttribute(self, locationPath, attributeName, attribute):
+        """Sets an attribute (dotted name) of a location on top of what the scene gives; None takes
+        an earlier edit back. One step of undo; returns the commit's id.
+
+        The viewer shows it after a pump(). A group is merged into the one that the scene gives.
+        While the scene has no such location the edit waits for one.
+
+            session.setAttribute("/root/a", "xform.placed.translate", DoubleAttribute([1, 0, 0], 3))
+        """
+        return self.commitEdits([(locationPath, attributeName, attribute)])
+
+    def commitEdits(self, edits, dropped=(), lastCommit=None):
+        """Sets several attributes as one step of undo: edits are (location path, attribute name,
+        attribute), each as for setAttribute(). Returns the commit's id.
+
+        What the viewer shows in place of the scene's values goes from these locations, and from
+        the paths in dropped. With lastCommit, what an earlier call returned, the edits belong to
+        that one's step, if it is still the last. Raises ValueError for impossible paths and names,
+        TypeError for what is no attribute, and changes nothing then.
+        """
+        isSameStep = lastCommit is not None and lastCommit == self._stepCommit
+        self._history.apply(edits, isSameStep)
+        self._stepCommit = self._commit(set(dropped).union(edit[0] for edit in edits))
+        return self._stepCommit
+
+    def getEditedValue(self, locationPath, attributeName):
+        """The edit of an attribute; None when there is none."""
+        return self._history.getValue(locationPath, attributeName)
+
+    def undo(self):
+        """Takes the last step back. Returns False when there is none."""
+        return self.canUndo() and self._step(self._history.undo())
+
+    def redo(self):
+        """Makes the step again that was taken back last. Returns False when there is none: a new
+        edit leaves nothing to be made again."""
+        return self.canRedo() and self._step(self._history.redo())
+
+    def canUndo(self):
+        """Whether undo() would take something back."""
+        return self._history.canUndo()
+
+    def canRedo(self):
+        """Whether redo() would do something."""
+        return self._history.canRedo()
+
+    def _step(self, paths):
+        self._commit(paths)
+        self._stepCommit = None
+        return True
+
+    def _commit(self, paths):
+        transaction = PyScenelib.Transaction()
+        transaction.setOpArgs(self._edit, "Scene.Edit", self._history.args)
+        # Told again also where two edits cancel out before either is cooked, or nothing changes.
+        for path in sorted(paths):
+            transaction.recookLocation(self._edit, path)
+        return transaction.commit()
+
+    def isCommitCooked(self, commitId):
+        """Whether the viewer gets no data any more that is older than this commit."""
+        return PyScenelib.isCommitCooked(commitId)
+
+    def isNodeEditable(self, nodeName):
+        """Whether locations may be edited in the viewer whose "attributeEditor.exclusiveTo" is this
+        name. An application with nodes of its own overrides it."""
+        return nodeName not in self.lockedNodes
+
+    def isLocationEditable(self, locationPath):
+        """Whether what is set on a location in the viewer is taken: if the viewer knows it, and no
+        node owns it that may not be edited."""
+        attributes = self.delegate.getAttributes(locationPath)
+        if attributes is None:
+            attributes = self.delegate.getAttributes(locationPath,
+                                                     ViewerAPI.kVlViewerDelegateLookThrough)
+        if attributes is None:
+            return False
+        for name in ("attributeEditor.xform.exclusiveTo", "attributeEditor.exclusiveTo"):
+            owner = attributes.getChildByName(name)
+            if isinstance(owner, StringAttribute):
+                return self.isNodeEditable(owner.getValue(""))
+        return True
 
     # The viewer.
 
