@@ -3,6 +3,9 @@
 //
 // cubes   10,000 cubes that are 10,000 locations, 1280x720; the same while one of them moves
 // mesh    one mesh of a million triangles
+// pick    what the cubes' pixels show: one pixel, 64x64, and everything through 64x64; and one
+// pixel
+//         from the ids that a PickingLayer keeps with each picture
 //
 // A frame is a viewport's draw until the renderer has finished it: "draft" frames as they are while
 // something moves (a viewport's option), "fine" ones as the picture is when nothing does.
@@ -15,6 +18,8 @@
 #include "vlviewerdelegatehost.h"
 #include "vlviewportcamerahost.h"
 #include "vlviewporthost.h"
+#include "vlviewportlayerhost.h"
+#include "vlviewportpicker.h"
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/FloatAttribute.h"
@@ -228,6 +233,22 @@ public:
         glFinish();
     }
 
+    /// Adds a layer that keeps ids, and draws.
+    void keepIds() {
+        cache_ = viewport_->addLayer("PickingLayer", "picks");
+        frame();
+    }
+    /// How many locations are found.
+    int pick(int x, int y, int size, bool isDeep = false) {
+        return static_cast<int>(
+            viewport_->getPickedObjects({x, y, size, size}, isDeep, nullptr).getNumberOfChildren());
+    }
+    int pickKept(int x, int y) {
+        viewport_->makeGLContextCurrent();
+        return static_cast<int>(
+            cache_->getPickedObjects({x, y, 1, 1}, false, nullptr).getNumberOfChildren());
+    }
+
     /// Moves a cube up and waits until the plug-in knows.
     void move(double height) {
         Transaction transaction;
@@ -250,6 +271,7 @@ private:
 
     std::unique_ptr<VlViewerDelegateHostStruct> delegate_;
     VlViewportHostStruct* viewport_ = nullptr; // the delegate's
+    VlViewportLayerHostStruct* cache_ = nullptr;
     int edit_ = 0;
 };
 
@@ -277,6 +299,28 @@ void measureFramesOfEdits(Picture& picture, int frames) {
                  bench::median(times));
 }
 
+/// At places all over the picture, which cubes fill but for its edges.
+void measurePicks(Picture& picture, int picks) {
+    const auto measure = [picks](const char* metric, const auto& pick) {
+        std::vector<double> times;
+        int found = 0;
+        for (int i = 0; i < picks; ++i) {
+            const int x = 400 + i * 7919 % 480;
+            const int y = 260 + i * 104729 % 240;
+            times.push_back(bench::timeMs([&] { found += pick(x, y); }));
+        }
+        bench::print("pick", kCubesInRow * kCubesInRow, metric, bench::median(times));
+        bench::print("pick", kCubesInRow * kCubesInRow, std::string(metric) + "_found",
+                     static_cast<double>(found) / picks);
+    };
+    picture.frame();
+    measure("pixel_ms", [&](int x, int y) { return picture.pick(x, y, 1); });
+    measure("64x64_ms", [&](int x, int y) { return picture.pick(x, y, 64); });
+    measure("64x64_deep_ms", [&](int x, int y) { return picture.pick(x, y, 64, true); });
+    picture.keepIds();
+    measure("kept_pixel_ms", [&](int x, int y) { return picture.pickKept(x, y); });
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -295,6 +339,7 @@ int main(int argc, char** argv) {
             Picture picture(cubes(), kCubesCamera);
             measureFrames("cubes", kCubesInRow * kCubesInRow, picture, frames);
             measureFramesOfEdits(picture, frames);
+            measurePicks(picture, 101);
         }
         Picture picture(torus(1000, 500), kMeshCamera);
         measureFrames("mesh", 1000000, picture, frames);

@@ -21,12 +21,15 @@ function(ostrel_shared_library NAME)
   endif()
 endfunction()
 
-# ostrel_tests(NAME [DEPENDS libraries...] [SUPPORT sources...])
-# One GoogleTest program from tests/*_test.cpp; each of its tests is a CTest test.
-# Tests may include the wing's private headers.
+# ostrel_tests(NAME [DEPENDS libraries...] [SUPPORT sources...] [DIRECTORY dir])
+# One GoogleTest program from tests/*_test.cpp, or those of another folder; each of its tests is a
+# CTest test. Tests may include the wing's private headers.
 function(ostrel_tests NAME)
-  cmake_parse_arguments(ARG "" "" "DEPENDS;SUPPORT" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/tests/*_test.cpp)
+  cmake_parse_arguments(ARG "" "DIRECTORY" "DEPENDS;SUPPORT" ${ARGN})
+  if(NOT ARG_DIRECTORY)
+    set(ARG_DIRECTORY tests)
+  endif()
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${ARG_DIRECTORY}/*_test.cpp)
   if(NOT sources)
     return()
   endif()

@@ -7,8 +7,8 @@ namespace Bundled {
 
 namespace {
 
-constexpr GLenum kCapabilities[] = {GL_DEPTH_TEST, GL_BLEND, GL_SAMPLE_ALPHA_TO_COVERAGE,
-                                    GL_CULL_FACE, GL_MULTISAMPLE};
+constexpr GLenum kCapabilities[] = {GL_DEPTH_TEST, GL_BLEND,       GL_SAMPLE_ALPHA_TO_COVERAGE,
+                                    GL_CULL_FACE,  GL_MULTISAMPLE, GL_DITHER};
 constexpr GLenum kBlendFactors[] = {GL_BLEND_SRC_RGB, GL_BLEND_DST_RGB, GL_BLEND_SRC_ALPHA,
                                     GL_BLEND_DST_ALPHA};
 
@@ -34,7 +34,8 @@ DrawState::DrawState(const Wanted& wanted) {
     glGetIntegerv(GL_VERTEX_ARRAY_BINDING, &vertexArray);
     glGetIntegerv(GL_CURRENT_PROGRAM, &program);
 
-    const bool on[] = {wanted.depthTest, wanted.blend, wanted.alphaToCoverage, false, true};
+    const bool on[] = {wanted.depthTest,   wanted.blend, wanted.alphaToCoverage, false,
+                       wanted.multisample, wanted.dither};
     for (std::size_t i = 0; i < std::size(kCapabilities); ++i) {
         switchCapability(kCapabilities[i], on[i]);
     }

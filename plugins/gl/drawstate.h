@@ -13,6 +13,8 @@ public:
         bool depthWrite = true;
         bool blend = false;
         bool alphaToCoverage = false;
+        bool dither = true;
+        bool multisample = true;
     };
 
     explicit DrawState(const Wanted& wanted);
@@ -26,7 +28,7 @@ private:
     GLint vertexArray = 0;
     GLint program = 0;
     GLint blendFactors[4] = {};
-    bool enabled[5] = {};
+    bool enabled[6] = {};
 };
 
 } // namespace Bundled

@@ -11,6 +11,12 @@ void GpuScene::draw(SceneMirror& mirror, const Frame& frame) {
     drawCalls = shadedPass.draw(collect(mirror, Frustum(frame.worldToClip())), textures, frame);
 }
 
+void GpuScene::drawIds(SceneMirror& mirror, const Frame& frame, const Frustum& part,
+                       const IdPass::GetId& getId) {
+    update(mirror);
+    idPass.draw(collect(mirror, part), mirror, textures, frame, part, getId);
+}
+
 void GpuScene::update(SceneMirror& mirror) {
     mirror.update();
     ++updateNumber;

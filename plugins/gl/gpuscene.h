@@ -4,6 +4,7 @@
 #include "gl/frame.h"
 #include "gl/gpubatch.h"
 #include "gl/gpumesh.h"
+#include "gl/idpass.h"
 #include "gl/shadedpass.h"
 #include "gl/texturestore.h"
 #include "scene/frustum.h"
@@ -25,6 +26,10 @@ public:
     /// Draws everything that is visible, shaded.
     void draw(SceneMirror& mirror, const Frame& frame);
 
+    /// Draws every location that a part of the picture can show in its own colour, as `getId` says.
+    void drawIds(SceneMirror& mirror, const Frame& frame, const Frustum& part,
+                 const IdPass::GetId& getId);
+
     /// Brings over what changed in the mirror.
     void update(SceneMirror& mirror);
     /// What a frustum in world space can see of the mirror that was brought over; valid until the
@@ -43,6 +48,7 @@ private:
     std::unordered_map<std::uint64_t, GpuBatch> gpuBatches;
     TextureStore textures;
     ShadedPass shadedPass;
+    IdPass idPass;
     std::vector<DrawItem> items;
     std::vector<InstanceRun> runs;
     std::uint64_t updateNumber = 0;

@@ -1,6 +1,7 @@
 #include "gl/shadedpass.h"
 
 #include "gl/drawstate.h"
+#include "gl/pointsize.h"
 #include "gl/shaders.h"
 
 #include <algorithm>
@@ -9,8 +10,6 @@
 namespace Bundled {
 
 namespace {
-
-constexpr float kPointSizePx = 3.0f;
 
 void begin(ShaderProgram& program, const Frame& frame) {
     program.use();

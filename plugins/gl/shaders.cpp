@@ -227,6 +227,46 @@ void main() {
 }
 )";
 
+const char* const kIdVertexShader = R"(
+layout(location = 0) in vec3 position;
+layout(location = 2) in vec2 st;
+layout(location = 4) in vec3 row0;
+layout(location = 5) in vec3 row1;
+layout(location = 6) in vec3 row2;
+layout(location = 7) in vec3 row3;
+layout(location = 9) in uint id;
+
+uniform mat4 worldToView;
+uniform mat4 viewToClip;
+
+out vec2 texturePlace;
+flat out uint instanceId;
+
+void main() {
+    // In the very steps of the shaded picture, so that depths are the same.
+    mat3 linear = mat3(row0, row1, row2);
+    vec4 view = worldToView * vec4(linear * position + row3, 1.0);
+    gl_Position = viewToClip * view;
+    texturePlace = st;
+    instanceId = id;
+}
+)";
+
+const char* const kIdFragmentShader = R"(
+in vec2 texturePlace;
+flat in uint instanceId;
+uniform int hasHoles;
+uniform sampler2D surfaceTexture;
+out vec4 color;
+void main() {
+    if (hasHoles == 1 && texture(surfaceTexture, texturePlace).a < 0.5) {
+        discard;
+    }
+    color = vec4(float(instanceId >> 24u), float((instanceId >> 16u) & 255u),
+                 float((instanceId >> 8u) & 255u), float(instanceId & 255u)) / 255.0;
+}
+)";
+
 const char* const kGridVertexShader = R"(
 uniform mat4 worldToView;
 uniform mat4 viewToClip;

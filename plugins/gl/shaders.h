@@ -14,6 +14,9 @@ extern const char* const kMeshFragmentShader;
 extern const char* const kDraftVertexShader;
 extern const char* const kDraftFragmentShader;
 extern const char* const kTexturedDraftFragmentShader;
+/// Each instance in its own colour: the bytes of its id.
+extern const char* const kIdVertexShader;
+extern const char* const kIdFragmentShader;
 extern const char* const kGridVertexShader;
 extern const char* const kGridFragmentShader;
 

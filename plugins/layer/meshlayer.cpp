@@ -1,6 +1,7 @@
 #include "layer/meshlayer.h"
 
 #include "VlAttribute/IntAttribute.h"
+#include "layer/picking.h"
 #include "viewer_api/plugin/OptionIds.h"
 #include "viewport/sceneviewport.h"
 
@@ -15,15 +16,23 @@ void MeshLayer::cleanup() {
     gpuScene.reset();
 }
 
-void MeshLayer::draw() {
-    const ViewerPlugin::ViewportHost view = viewport();
-    auto* delegate = ViewerPlugin::pluginCast<SceneDelegate>(view.getViewerDelegate());
+SceneDelegate* MeshLayer::findDelegate() {
+    auto* delegate = ViewerPlugin::pluginCast<SceneDelegate>(viewport().getViewerDelegate());
     if (!delegate || !isGLReady()) {
-        return;
+        return nullptr;
     }
     if (!gpuScene) {
         gpuScene = delegate->shareGpuScene();
     }
+    return delegate;
+}
+
+void MeshLayer::draw() {
+    SceneDelegate* delegate = findDelegate();
+    if (!delegate) {
+        return;
+    }
+    const ViewerPlugin::ViewportHost view = viewport();
     Frame frame;
     frame.worldToView = Frame::matrix(view.getViewMatrix().data());
     frame.viewToClip = Frame::matrix(view.getProjectionMatrix().data());
@@ -34,6 +43,14 @@ void MeshLayer::draw() {
     delegate->noteDrawn();
     for (const std::string& error : gpuScene->takeErrors()) {
         std::fprintf(stderr, "MeshLayer: %s\n", error.c_str());
+    }
+}
+
+void MeshLayer::pickerDraw(const ViewerPlugin::PickRegion& region, const GroupAttribute& excluded) {
+    if (SceneDelegate* delegate = findDelegate()) {
+        drawPickableLocations(
+            *delegate, viewport(), region, excluded,
+            [this](const Attribute& object) { return host.addPickableObject(object); });
     }
 }
 

@@ -164,6 +164,10 @@ void SceneMirror::updateBounds(Batch& batch) const {
     batch.boundsChanged = false;
 }
 
+Imath::Box3d SceneMirror::getInstanceBounds(const Batch& batch, std::size_t position) const {
+    return Imath::transform(geometries[batch.geometry].bounds, worlds[batch.nodes[position]]);
+}
+
 bool SceneMirror::hasLocation(std::string_view path) const {
     const std::uint32_t node = find(path);
     return node != kNone && flags[node].known;

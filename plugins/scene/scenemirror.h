@@ -68,6 +68,8 @@ public:
     /// Appends the instances of a batch that a frustum in world space can see, but for a few more
     /// near its edges.
     void appendVisibleRuns(Batch& batch, const Frustum& frustum, std::vector<InstanceRun>& runs);
+    /// World space, around one instance of a batch.
+    [[nodiscard]] Imath::Box3d getInstanceBounds(const Batch& batch, std::size_t position) const;
     /// Whether the location has been told of and not removed.
     [[nodiscard]] bool hasLocation(std::string_view path) const;
     /// The identity for an unknown location.

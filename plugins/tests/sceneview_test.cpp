@@ -38,6 +38,7 @@ TEST_F(SceneView, offersItsPlugins) {
         {"ViewerDelegatePlugin", "SceneDelegate"},
         {"ViewportPlugin", "SceneViewport"},
         {"ViewportLayerPlugin", "MeshLayer"},
+        {"ViewportLayerPlugin", "PickingLayer"},
         {"ViewportLayerPlugin", "GridLayer"},
     };
     EXPECT_EQ(found, wanted);

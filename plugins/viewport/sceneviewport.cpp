@@ -3,6 +3,7 @@
 #include "gl/drawstate.h"
 #include "gl/shaders.h"
 #include "viewer_api/ViewportCameraPluginSuite.h"
+#include "viewer_api/ViewportLayerPluginSuite.h"
 #include "viewer_api/plugin/OptionIds.h"
 #include "viewer_api/plugin/ViewportLayerHost.h"
 
@@ -88,6 +89,24 @@ void SceneViewport::drawDraft() {
 void SceneViewport::drawLayers() {
     for (std::uint32_t i = 0; i < host.getNumberOfLayers(); ++i) {
         ViewerPlugin::ViewportLayerHost(host.getLayerByIndex(i).host).draw();
+    }
+}
+
+void SceneViewport::pickerDraw(const ViewerPlugin::PickRegion& region,
+                               const GroupAttribute& excluded) {
+    struct Guard {
+        explicit Guard(bool& raised) : flag(raised) { flag = true; }
+        Guard(const Guard&) = delete;
+        Guard& operator=(const Guard&) = delete;
+        ~Guard() { flag = false; }
+        bool& flag;
+    };
+    const Guard guard(beingPicked);
+    for (std::uint32_t i = 0; i < host.getNumberOfLayers(); ++i) {
+        const ViewerPlugin::Triple layer = host.getLayerByIndex(i);
+        static_cast<const ViewportLayerPluginSuite*>(layer.suite)
+            ->pickerDraw(layer.instance, region.x, region.y, region.width, region.height,
+                         excluded.getHandle());
     }
 }
 

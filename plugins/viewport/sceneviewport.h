@@ -12,6 +12,8 @@ namespace Bundled {
 /// Layers draw linear light into a framebuffer of several samples a pixel, which is bound for them;
 /// the viewport brings it to the window, averaged and encoded. A new size goes to every camera.
 ///
+/// A pick of the viewport asks the layers in their order.
+///
 /// Option "draft" (int, 0): pictures come sooner, with one sample a pixel and simple light; for
 /// while something moves.
 class SceneViewport final : public ViewerPlugin::ViewportPlugin {
@@ -21,11 +23,15 @@ public:
     void cleanup() override;
     void draw() override;
     void resize(int width, int height) override;
+    void pickerDraw(const ViewerPlugin::PickRegion& region,
+                    const GroupAttribute& excluded) override;
     void setOption(std::uint64_t optionId, const Attribute& value) override;
     Attribute getOption(std::uint64_t optionId) override;
 
     /// Whether layers should be quick rather than fine.
     [[nodiscard]] bool isDraft() const noexcept { return draft; }
+    /// Whether a pick of the whole viewport is under way, and not one of a layer.
+    [[nodiscard]] bool isBeingPicked() const noexcept { return beingPicked; }
 
 private:
     void drawFine();
@@ -35,6 +41,7 @@ private:
 
     const std::uint64_t draftId;
     bool draft = false;
+    bool beingPicked = false;
     RenderTarget target;
     DraftTarget draftTarget;
     ShaderProgram background;

@@ -1,0 +1,103 @@
+#include "gl/idpass.h"
+
+#include "gl/drawstate.h"
+#include "gl/pointsize.h"
+#include "gl/shaders.h"
+
+#include <cstddef>
+
+namespace Bundled {
+
+namespace {
+
+constexpr GLuint kFirstRowAttribute = 4;
+constexpr GLuint kIdAttribute = 9;
+
+} // namespace
+
+void IdPass::draw(std::span<const DrawItem> items, const SceneMirror& mirror,
+                  const TextureStore& textures, const Frame& frame, const Frustum& frustum,
+                  const GetId& getId) {
+    gather(items, mirror, frustum, getId);
+    if (instances.empty()) {
+        return;
+    }
+    if (!program) {
+        program = ShaderProgram("id", kIdVertexShader, kIdFragmentShader);
+    }
+    const DrawState state({.dither = false, .multisample = false});
+    program.use();
+    program.set("worldToView", frame.worldToView);
+    program.set("viewToClip", frame.viewToClip);
+    program.set("surfaceTexture", 0);
+    glPointSize(kPointSizePx);
+    glActiveTexture(GL_TEXTURE0);
+    glBindVertexArray(vertexArray.create());
+    glBindBuffer(GL_ARRAY_BUFFER, buffer.create());
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(instances.size() * sizeof(IdInstance)),
+                 instances.data(), GL_STREAM_DRAW);
+    for (const Share& share : shares) {
+        drawShare(share, textures);
+    }
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glBindTexture(GL_TEXTURE_2D, 0);
+}
+
+void IdPass::gather(std::span<const DrawItem> items, const SceneMirror& mirror,
+                    const Frustum& frustum, const GetId& getId) {
+    instances.clear();
+    shares.clear();
+    for (const DrawItem& item : items) {
+        const std::size_t first = instances.size();
+        for (const InstanceRun& run : item.runs) {
+            for (std::size_t i = run.first; i < run.first + run.count; ++i) {
+                if (frustum.sideOf(mirror.getInstanceBounds(*item.batch, i)) ==
+                    Frustum::Side::Outside) {
+                    continue;
+                }
+                const std::uint64_t id = getId(item.batch->nodes[i]);
+                if (id != kLeftOut) {
+                    instances.push_back(
+                        {item.batch->instances[i].rows, static_cast<std::uint32_t>(id)});
+                }
+            }
+        }
+        if (instances.size() > first) {
+            shares.push_back({&item, first, instances.size() - first});
+        }
+    }
+}
+
+void IdPass::drawShare(const Share& share, const TextureStore& textures) {
+    share.item->mesh->bindAttributes();
+    glBindBuffer(GL_ARRAY_BUFFER, buffer.get());
+    const auto place = [&share](std::size_t offset) {
+        return reinterpret_cast<const void*>(share.first * sizeof(IdInstance) + offset);
+    };
+    for (GLuint row = 0; row < 4; ++row) {
+        const GLuint location = kFirstRowAttribute + row;
+        glEnableVertexAttribArray(location);
+        glVertexAttribPointer(location, 3, GL_FLOAT, GL_FALSE, sizeof(IdInstance),
+                              place(offsetof(IdInstance, rows) + row * sizeof(float[3])));
+        glVertexAttribDivisor(location, 1);
+    }
+    glEnableVertexAttribArray(kIdAttribute);
+    glVertexAttribIPointer(kIdAttribute, 1, GL_UNSIGNED_INT, sizeof(IdInstance),
+                           place(offsetof(IdInstance, id)));
+    glVertexAttribDivisor(kIdAttribute, 1);
+
+    const GpuTexture* picture = textures.find(*share.item->material);
+    const bool hasHoles = picture && picture->hasAlpha();
+    program.set("hasHoles", hasHoles ? 1 : 0);
+    glBindTexture(GL_TEXTURE_2D, hasHoles ? picture->get() : 0);
+    for (const auto part :
+         {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
+        const GpuMesh::IndexRange& range = share.item->mesh->getRange(part);
+        if (range.count != 0) {
+            glDrawElementsInstanced(range.mode, range.count, GL_UNSIGNED_INT, range.offset(),
+                                    static_cast<GLsizei>(share.count));
+        }
+    }
+}
+
+} // namespace Bundled

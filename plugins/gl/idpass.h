@@ -1,0 +1,55 @@
+#pragma once
+
+#include "gl/drawitem.h"
+#include "gl/frame.h"
+#include "gl/shaderprogram.h"
+#include "gl/texturestore.h"
+#include "scene/frustum.h"
+#include "scene/scenemirror.h"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <vector>
+
+namespace Bundled {
+
+/// Draws every location in its own colour, for picking: instanced as the shaded picture is, and
+/// only what a frustum can touch. Blending, dithering and all else that could touch a colour is
+/// off meanwhile. [gl-current]
+class IdPass {
+public:
+    /// What a pick asks of each location (node of the mirror) that the frustum can touch: its id,
+    /// or `kLeftOut`.
+    using GetId = std::function<std::uint64_t(std::uint32_t node)>;
+    static constexpr std::uint64_t kLeftOut = UINT64_MAX;
+
+    void draw(std::span<const DrawItem> items, const SceneMirror& mirror,
+              const TextureStore& textures, const Frame& frame, const Frustum& frustum,
+              const GetId& getId);
+
+private:
+    /// In the layout of the instance buffer.
+    struct IdInstance {
+        std::array<std::array<float, 3>, 4> rows;
+        std::uint32_t id;
+    };
+    /// Instances of one item, side by side.
+    struct Share {
+        const DrawItem* item;
+        std::size_t first;
+        std::size_t count;
+    };
+
+    void gather(std::span<const DrawItem> items, const SceneMirror& mirror, const Frustum& frustum,
+                const GetId& getId);
+    void drawShare(const Share& share, const TextureStore& textures);
+
+    ShaderProgram program;
+    GLVertexArray vertexArray;
+    GLBuffer buffer;
+    std::vector<IdInstance> instances;
+    std::vector<Share> shares;
+};
+
+} // namespace Bundled

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "gl/frame.h"
+#include "viewer_api/plugin/PickRegion.h"
+#include "viewer_api/plugin/ViewportHost.h"
+
+#include "VlAttribute/GroupAttribute.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace Bundled {
+
+class SceneDelegate;
+
+/// Registers an object with whoever is being picked.
+using AddPickableObject = std::function<std::uint64_t(const VlAttribute::Attribute& object)>;
+
+/// Draws what can be picked of a delegate's scene into the bound picking surface: each location is
+/// an object, a StringAttribute of its path. Leaves out what `excluded` (id to object) holds, and
+/// draws nothing outside the region. [gl-current]
+void drawPickableLocations(SceneDelegate& delegate, const ViewerPlugin::ViewportHost& viewport,
+                           const ViewerPlugin::PickRegion& region,
+                           const VlAttribute::GroupAttribute& excluded,
+                           const AddPickableObject& add);
+
+} // namespace Bundled
