@@ -17,6 +17,17 @@ void refuse(std::string_view name, const char* reason) {
 
 } // namespace
 
+std::vector<std::size_t> ChildContexts::findChanged(const ChildContexts& other,
+                                                    std::size_t count) const {
+    std::vector<std::size_t> changed;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!isSame(i, other, i)) {
+            changed.push_back(i);
+        }
+    }
+    return changed;
+}
+
 bool AttributeContexts::isSame(std::size_t index, const ChildContexts& other,
                                std::size_t otherIndex) const {
     return get(index) == static_cast<const AttributeContexts&>(other).get(otherIndex);
@@ -36,6 +47,19 @@ const VlAttribute::Attribute& SparseContexts::get(std::size_t index) const {
 bool SparseContexts::isSame(std::size_t index, const ChildContexts& other,
                             std::size_t otherIndex) const {
     return get(index) == static_cast<const SparseContexts&>(other).get(otherIndex);
+}
+
+std::vector<std::size_t> SparseContexts::findChanged(const ChildContexts& other,
+                                                     std::size_t /*count*/) const {
+    std::vector<std::size_t> changed;
+    for (const auto* side : {this, &static_cast<const SparseContexts&>(other)}) {
+        for (const auto& [index, attribute] : side->entries) {
+            if (!isSame(index, other, index)) {
+                changed.push_back(index);
+            }
+        }
+    }
+    return changed;
 }
 
 ChildList::Ptr ChildList::create(VlAttribute::StringAttribute names,

@@ -12,16 +12,19 @@ namespace VlScenelibEngine {
 
 namespace {
 
+/// False also where there are none.
+bool haveSameKind(const ChildContexts* left, const ChildContexts* right) {
+    return left && right && typeid(*left) == typeid(*right);
+}
+
 /// Whether a child at `index` of one list is handed the same as the one at `otherIndex` of another.
 bool hasSameContext(const ChildList& list, std::size_t index, const ChildList& other,
                     std::size_t otherIndex) {
     const ChildContexts* contexts = list.getContexts().get();
     const ChildContexts* otherContexts = other.getContexts().get();
-    if (!contexts || !otherContexts) {
-        return contexts == otherContexts;
-    }
-    return typeid(*contexts) == typeid(*otherContexts) &&
-           contexts->isSame(index, *otherContexts, otherIndex);
+    return haveSameKind(contexts, otherContexts)
+               ? contexts->isSame(index, *otherContexts, otherIndex)
+               : contexts == otherContexts;
 }
 
 bool hasSameNames(const ChildList::Ptr& list, const ChildList::Ptr& other) {
@@ -423,9 +426,15 @@ void Recooking::touchAdded(GraphOp& op, const LocationNames& names, const ChildL
 }
 
 void Recooking::compareContexts(GraphOp& op, CookNode& node, const ChildList& before) {
+    const ChildContexts* contexts = node.children->getContexts().get();
+    const ChildContexts* contextsBefore = before.getContexts().get();
     CookBlock& block = *node.getBlock();
-    for (std::size_t i = 0; i < block.size(); ++i) {
-        if (!hasSameContext(*node.children, i, before, i)) {
+    if (haveSameKind(contexts, contextsBefore)) {
+        for (const std::size_t i : contexts->findChanged(*contextsBefore, block.size())) {
+            markDirty(op, block.child(i));
+        }
+    } else if (contexts != contextsBefore) {
+        for (std::size_t i = 0; i < block.size(); ++i) {
             markDirty(op, block.child(i));
         }
     }

@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 
+#include <set>
 #include <stdexcept>
 
 namespace {
@@ -169,6 +170,9 @@ TEST(SparseContexts, compareChildByChild) {
     EXPECT_FALSE(some.isSame(7, moved, 7));
     EXPECT_TRUE(some.isSame(0, moved, 100));
     EXPECT_FALSE(some.isSame(2, moved, 2));
+    const std::vector<std::size_t> changed = some.findChanged(moved, 10);
+    EXPECT_EQ(std::set(changed.begin(), changed.end()), (std::set<std::size_t>{2, 3, 7}));
+    EXPECT_THAT(some.findChanged(SparseContexts({{2, b}, {7, a}}), 10), IsEmpty());
 }
 
 } // namespace

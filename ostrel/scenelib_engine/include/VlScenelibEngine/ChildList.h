@@ -31,6 +31,12 @@ public:
     /// and their share are not.
     [[nodiscard]] virtual bool isSame(std::size_t index, const ChildContexts& other,
                                       std::size_t otherIndex) const = 0;
+
+    /// The same question for a whole list that has kept its `count` names: the indices at which the
+    /// shares differ, in any order, and perhaps more than once. Asks isSame() for each, which a
+    /// kind that has shares for a few of many children can better.
+    [[nodiscard]] virtual std::vector<std::size_t> findChanged(const ChildContexts& other,
+                                                               std::size_t count) const;
 };
 
 /// Contexts that are one attribute per child.
@@ -60,6 +66,8 @@ public:
     [[nodiscard]] const VlAttribute::Attribute& get(std::size_t index) const;
     [[nodiscard]] bool isSame(std::size_t index, const ChildContexts& other,
                               std::size_t otherIndex) const override;
+    [[nodiscard]] std::vector<std::size_t> findChanged(const ChildContexts& other,
+                                                       std::size_t count) const override;
 
 private:
     /// By index.

@@ -26,10 +26,11 @@ using WorkingSets = std::vector<WorkingSet>;
 
 /// Whether locations of which the sets say the same are given the same.
 bool haveSameSettings(const WorkingSets& left, const WorkingSets& right) {
-    return std::ranges::equal(left, right, [](const WorkingSet& a, const WorkingSet& b) {
-        return a.output == b.output && a.childrenInherit == b.childrenInherit &&
-               a.isPolished == b.isPolished;
-    });
+    return &left == &right ||
+           std::ranges::equal(left, right, [](const WorkingSet& a, const WorkingSet& b) {
+               return a.output == b.output && a.childrenInherit == b.childrenInherit &&
+                      a.isPolished == b.isPolished;
+           });
 }
 
 /// What a set that is polished writes on a location, but for the lists. Shared, as locations are
@@ -88,8 +89,23 @@ public:
     [[nodiscard]] bool isSame(std::size_t index, const ChildContexts& other,
                               std::size_t otherIndex) const override {
         const auto& others = static_cast<const ResolveContexts&>(other);
-        return (sets == others.sets || haveSameSettings(*sets, *others.sets)) &&
-               get(index) == others.get(otherIndex);
+        return haveSameSettings(*sets, *others.sets) && get(index) == others.get(otherIndex);
+    }
+    [[nodiscard]] std::vector<std::size_t> findChanged(const ChildContexts& other,
+                                                       std::size_t count) const override {
+        const auto& others = static_cast<const ResolveContexts&>(other);
+        if (!haveSameSettings(*sets, *others.sets) || unnamed != others.unnamed) {
+            return ChildContexts::findChanged(other, count);
+        }
+        std::vector<std::size_t> changed;
+        for (const auto* side : {this, &others}) {
+            for (const auto& [index, state] : side->named) {
+                if (!(get(index) == others.get(index))) {
+                    changed.push_back(index);
+                }
+            }
+        }
+        return changed;
     }
 
     const std::shared_ptr<const WorkingSets> sets;
