@@ -84,15 +84,15 @@ class EditHistoryTest(unittest.TestCase):
     def testANewEditDropsWhatCouldBeMadeAgain(self):
         self.history.apply([("/root/a", "x", ONE)])
         self.history.undo()
-        self.history.apply([("/root/a", "x", TWO)])
+        self.assertTrue(self.history.apply([("/root/a", "x", TWO)]))
         self.assertFalse(self.history.canRedo())
 
     def testWhatChangesNothingIsNoStep(self):
         self.history.apply([("/root/a", "x", ONE)])
         self.history.apply([("/root/a", "x", TWO)])
         self.history.undo()
-        self.history.apply([("/root/a", "x", ONE)])
-        self.history.apply([])
+        self.assertFalse(self.history.apply([("/root/a", "x", ONE)]))
+        self.assertFalse(self.history.apply([]))
         self.assertTrue(self.history.canRedo())
         self.history.undo()
         self.assertFalse(self.history.canUndo())

@@ -105,6 +105,20 @@ class SessionEditsTest(unittest.TestCase):
             self.assertEqual(self.get(), expected)
         self.assertEqual(self.get("g.z"), 1)
 
+    def testACommitThatChangesNothingIsNoStepToJoin(self):
+        self.session.setAttribute(PATH, "x", IntAttribute(1))
+        for edits in ([], [(PATH, "x", IntAttribute(1))]):
+            nothing = self.session.commitEdits(edits, dropped=[PATH])
+            self.session.commitEdits([(PATH, "g.y", IntAttribute(1))], lastCommit=nothing)
+            self.session.undo()
+            self.assertEqual(self.session.getEditedValue(PATH, "x"), IntAttribute(1))
+        first = self.session.setAttribute(PATH, "x", IntAttribute(2))
+        nothing = self.session.commitEdits([(PATH, "x", IntAttribute(2))], lastCommit=first)
+        self.session.commitEdits([(PATH, "g.y", IntAttribute(1))], lastCommit=nothing)
+        self.session.undo()
+        self.assertTrue(self.session.getEditedValue(PATH, "g.y") is None)
+        self.assertEqual(self.session.getEditedValue(PATH, "x"), IntAttribute(1))
+
     def testAnEditWaitsForItsLocation(self):
         self.session.setAttribute("/root/later", "x", IntAttribute(1))
         self.pump()

@@ -42,7 +42,7 @@ class EditHistory(object):
 
     def apply(self, edits, isSameStep=False):
         """Sets attributes, a list of (location path, dotted name, attribute or None for no edit):
-        a step, or more of the last one. What changes nothing is no step.
+        a step, or more of the last one. Returns whether anything changed: otherwise it is no step.
 
         Raises ValueError for a path that no location can have or a name that no attribute can have,
         TypeError for what is no attribute; nothing is edited then.
@@ -56,7 +56,7 @@ class EditHistory(object):
                 builder.set(key, attribute)
         args = builder.build()
         if args == self.args:
-            return
+            return False
         before, paths = self.args, set(edit[0] for edit in edits)
         if isSameStep and self._undo:
             before, others = self._undo.pop()
@@ -64,6 +64,7 @@ class EditHistory(object):
         self._undo.append((before, paths))
         self._redo = []
         self.args = args
+        return True
 
     def canUndo(self):
         """Whether there is a step to take back."""

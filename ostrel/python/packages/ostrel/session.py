@@ -141,8 +141,8 @@ class Session(object):
         return self.commitEdits([(locationPath, attributeName, attribute)])
 
     def commitEdits(self, edits, dropped=(), lastCommit=None):
-        """Sets several attributes as one step of undo: edits are (location path, attribute name,
-        attribute), each as for setAttribute(). Returns the commit's id.
+        """Sets several attributes as one step of undo: edits is a list of (location path, attribute
+        name, attribute), each as for setAttribute(). Returns the commit's id.
 
         What the viewer shows in place of the scene's values goes from these locations, and from
         the paths in dropped. With lastCommit, what an earlier call returned, the edits belong to
@@ -150,9 +150,10 @@ class Session(object):
         TypeError for what is no attribute, and changes nothing then.
         """
         isSameStep = lastCommit is not None and lastCommit == self._stepCommit
-        self._history.apply(edits, isSameStep)
-        self._stepCommit = self._commit(set(dropped).union(edit[0] for edit in edits))
-        return self._stepCommit
+        isStep = self._history.apply(edits, isSameStep) or isSameStep
+        commit = self._commit(set(dropped).union(edit[0] for edit in edits))
+        self._stepCommit = commit if isStep else None
+        return commit
 
     def getEditedValue(self, locationPath, attributeName):
         """The edit of an attribute; None when there is none."""
