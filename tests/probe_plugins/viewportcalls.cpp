@@ -95,6 +95,22 @@ struct Builder {
         };
     }
 
+    template <class Suite>
+    void picking(const Suite& s) {
+        calls["addPickableObject"] = [&s](void* host, Arguments& a) {
+            return text(s.addPickableObject(host, parseAttribute(a.rest(0)).getHandle()));
+        };
+        // The result and, where it was written, the depth; a sixth word asks for none.
+        calls["getPickedObjects"] = [&s](void* host, Arguments& a) {
+            constexpr float kUnwritten = -1.0F;
+            float depth = kUnwritten;
+            const std::string picked = textOfResult(
+                s.getPickedObjects(host, a.number(0), a.number(1), a.number(2), a.number(3),
+                                   a.number(4), a.count(5) > 0 ? nullptr : &depth));
+            return depth == kUnwritten ? picked : picked + " at depth " + text(depth);
+        };
+    }
+
     static std::string text(const char* value) { return textOfResult(value); }
     static std::string text(const double* matrix) { return textOfMatrix(matrix); }
     template <class Number>
@@ -135,6 +151,7 @@ const HostCalls& viewportCalls() {
         b.query("getLayerIndex", s.getLayerIndex);
         b.query("getViewMatrix", s.getViewMatrix);
         b.query("getProjectionMatrix", s.getProjectionMatrix);
+        b.query("getReserved", s.getReserved);
         b.query("makeGLContextCurrent", s.makeGLContextCurrent);
         b.query("doneGLContextCurrent", s.doneGLContextCurrent);
         b.query("isGLContextCurrent", s.isGLContextCurrent);
@@ -145,6 +162,7 @@ const HostCalls& viewportCalls() {
         b.query("initializeGLContext", s.initializeGLContext);
         b.action("enableCapability", s.enableCapability);
         b.action("disableCapability", s.disableCapability);
+        b.picking(s);
         // Cameras are named by what getCameraByName finds; an unknown name passes null.
         const auto withCamera = [&s, &b](const char* name, void (*entry)(void*, void*)) {
             b.calls[name] = [&s, entry](void* host, Arguments& a) {
@@ -180,6 +198,7 @@ const HostCalls& layerCalls() {
         Builder b;
         b.object("getViewport", s.getViewport);
         b.action("draw", s.draw);
+        b.picking(s);
         b.calls["event"] = [&s](void* host, Arguments& a) {
             return std::to_string(s.event(host, parseAttribute(a.rest(0)).getHandle()));
         };

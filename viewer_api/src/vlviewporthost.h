@@ -148,7 +148,7 @@ struct VlViewportHostStruct : public HostObject {
     /// it in. Ids hold until the pick ends.
     uint64_t addPickableObject(VlAttribute::Attribute object);
     /// What the plug-in picks by itself, or else what it shows in the region: id in decimal to
-    /// object, in ascending order of ids; with deep picking also what lies behind. Null when the
+    /// object, in ascending order of ids; with deep picking then what lies behind. Null when the
     /// plug-in asks for it while it draws the ids of a pick. `depthOut` (may be null) is written
     /// for a region of one pixel alone. Leaves the context current and the window's buffers
     /// cleared, unless the plug-in picked by itself.

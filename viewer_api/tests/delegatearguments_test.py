@@ -2,6 +2,8 @@
 
 import unittest
 
+from argumentkinds import (ANYTHING, NO_ATTRIBUTE, NO_CHANNEL, NO_GROUP, NO_INT, NO_LIST_OF_TEXT,
+                           NO_OPTION_ID, NO_TEXT, Of)
 from scripted import (COMPONENT, DELEGATE, IS_PYTHON_3, ScriptedTest, VIEWPORT, ViewerAPI, errorOf)
 import ScriptedScene
 from PyVlAttribute import DoubleAttribute, GroupAttribute, IntAttribute, StringAttribute
@@ -9,44 +11,8 @@ from PyVlAttribute import DoubleAttribute, GroupAttribute, IntAttribute, StringA
 ATTRIBUTES = GroupAttribute(("type", StringAttribute("group")))
 BOX = DoubleAttribute([0.0, 1.0, 0.0, 1.0, 0.0, 1.0])
 
-
-class Of(object):
-    """As an expected result: any object of exactly this type."""
-
-    def __init__(self, kind):
-        self.kind = kind
-
-
 # As an argument: the viewport "v" of the delegate.
 THE_VIEWPORT = object()
-
-
-# ---- Kinds of parameter: which values are refused, and how.
-
-FOREIGN_TEXT = b"/root" if IS_PYTHON_3 else u"/root"
-# Text that no bytes stand for, and text with a zero in it, which no C string can have.
-UNENCODABLE = "\ud800" if IS_PYTHON_3 else u"caf\xe9"
-WITH_ZERO = "a\0b"
-
-NO_TEXT = [(value, TypeError) for value in (1, None, 1.5, [], object())] + [
-    (UNENCODABLE, UnicodeEncodeError), (WITH_ZERO, ValueError if IS_PYTHON_3 else TypeError),
-    (bytearray(b"/root"), TypeError)]
-if IS_PYTHON_3:
-    NO_TEXT.append((FOREIGN_TEXT, TypeError))  # Python 2's parser takes unicode of ASCII
-NO_INT = [(value, TypeError) for value in ("1", None, 1.5, [])] + [
-    (value, OverflowError) for value in (2 ** 31, -2 ** 31 - 1, 2 ** 100)]
-NO_OPTION_ID = [(value, TypeError) for value in ("1", None, 1.5, [])]
-NO_GROUP = [(value, "First argument must be an VlGroupAttribute object")
-            for value in (None, 1, {}, IntAttribute(1), "text")]
-NO_ATTRIBUTE = [(value, "Second argument must be an VlAttribute object")
-                for value in (None, 1, "text", [])]
-NO_LIST_OF_TEXT = [(value, TypeError) for value in (
-    ("/root",), "/root", None, {"/root": 1}, iter(["/root"]), 1, [1], ["/root", None],
-    ["/root", FOREIGN_TEXT], [["/root"]], [bytearray(b"/root")])]
-if IS_PYTHON_3:
-    NO_LIST_OF_TEXT.append((["/root", UNENCODABLE], TypeError))
-NO_CHANNEL = [(value, TypeError) for value in (1, None, FOREIGN_TEXT, [])]
-ANYTHING = []
 
 # ---- The methods: their parameters, good arguments and what these give. The delegate has a
 # component "k" and a viewport "v", and was told of "/root".

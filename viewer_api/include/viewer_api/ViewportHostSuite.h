@@ -226,7 +226,8 @@ typedef struct ViewportHostSuite {
     /* What the viewport's plug-in picks by itself, or else what it shows in the region: a
      * GroupAttribute, id in decimal to registered attribute, in ascending order of ids; empty when
      * nothing is there, also for an empty region or without a picking surface. Null when called
-     * while the plug-in draws the ids of a pick. Deep picking also finds what lies behind.
+     * while the plug-in draws the ids of a pick. Deep picking also finds what lies behind, and
+     * lists it behind what it found before.
      * `*depth` becomes the window depth (0 to 1) for a region of one pixel and is left alone
      * otherwise; `depth` may be null. The window's buffers are cleared until the next draw.
      * [ui-thread] */

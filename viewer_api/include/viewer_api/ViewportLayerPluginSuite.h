@@ -69,7 +69,8 @@ typedef struct ViewportLayerPluginSuite {
     VlAttributeStruct* (*getOption)(void* instance, uint64_t optionId);
 
     /* As ViewportPluginSuite::pickerDraw, for this layer; ids come from
-     * ViewportLayerHostSuite::addPickableObject.
+     * ViewportLayerHostSuite::addPickableObject. After a draw of a layer that uses the picking cache
+     * the region is the whole viewport and nothing is excluded.
      * [gl-current] */
     void (*pickerDraw)(void* instance, int x, int y, int width, int height,
                        VlAttributeStruct* excluded);

@@ -1,0 +1,369 @@
+"""Every method of the types Viewport, ViewportLayer and ViewportCamera with good arguments, and
+with every bad one."""
+
+import unittest
+
+from argumentkinds import (ANYTHING, NO_ATTRIBUTE, NO_FLOAT, NO_INT, NO_MATRIX, NO_OPTION_ID,
+                           NO_TEXT, NO_TRUE_INT, Of)
+from scripted import (CAMERA, IS_PYTHON_3, LAYER, ScriptedTest, VIEWPORT, ViewerAPI, errorOf)
+import ScriptedPlugins
+from PyVlAttribute import GroupAttribute, IntAttribute
+
+IDENTITY = tuple(float(index % 5 == 0) for index in range(16))
+MATRIX = tuple(float(value) for value in range(16))
+GROUP = GroupAttribute(("type", IntAttribute(1)))
+
+# As an argument: the camera "other" of the viewport.
+THE_CAMERA = object()
+# As an expected result: the viewport's delegate.
+THE_DELEGATE = object()
+
+# ---- The methods: their parameters, good arguments and what these give.
+
+OPTION_ROWS = (
+    ("setOption", (NO_OPTION_ID, NO_ATTRIBUTE), (7, IntAttribute(1)), None),
+    ("setOptionByName", (NO_TEXT, NO_ATTRIBUTE), ("o", IntAttribute(1)), None),
+    ("getOption", (NO_OPTION_ID,), (7,), IntAttribute(5)),
+    ("getOptionByName", (NO_TEXT,), ("o",), IntAttribute(5)),
+)
+
+# The viewport has the cameras "active", which is active, and "other", and a layer "l".
+VIEWPORT_ROWS = OPTION_ROWS + (
+    ("getName", (), (), "v"),
+    ("setup", (NO_INT,), (1,), None),
+    ("event", (ANYTHING,), (GROUP,), False),
+    ("draw", (), (), None),
+    ("resize", (NO_INT, NO_INT), (4, 3), None),
+    ("hover", (NO_TRUE_INT, NO_TRUE_INT), (1, 2), None),
+    ("isDirty", (), (), False),
+    ("setDirty", (NO_INT,), (1,), None),
+    ("getActiveCamera", (), (), Of(ViewerAPI.ViewportCamera)),
+    # What is no camera is not refused here: the caller sees to that.
+    ("setActiveCamera", (ANYTHING,), (THE_CAMERA,), None),
+    ("addCamera", (NO_TEXT, NO_TEXT), (CAMERA, "n"), Of(ViewerAPI.ViewportCamera)),
+    ("getCameraByName", (NO_TEXT,), ("other",), Of(ViewerAPI.ViewportCamera)),
+    ("getCameraByIndex", (NO_INT,), (1,), Of(ViewerAPI.ViewportCamera)),
+    ("removeCamera", (NO_TEXT,), ("other",), None),
+    ("removeCameraByIndex", (NO_INT,), (1,), None),
+    ("getNumberOfCameras", (), (), 2),
+    ("getCameraName", (NO_INT,), (1,), "other"),
+    ("setViewFrozen", (NO_INT,), (1,), None),
+    ("isViewFrozen", (), (), False),
+    ("addLayer", (NO_TEXT, NO_TEXT), (LAYER, "n"), Of(ViewerAPI.ViewportLayer)),
+    ("getViewerDelegate", (), (), THE_DELEGATE),
+    ("insertLayer", (NO_TEXT, NO_TEXT, NO_INT), (LAYER, "n", 0), Of(ViewerAPI.ViewportLayer)),
+    ("getLayer", (NO_TEXT,), ("l",), Of(ViewerAPI.ViewportLayer)),
+    ("getLayerByIndex", (NO_INT,), (0,), Of(ViewerAPI.ViewportLayer)),
+    ("removeLayer", (NO_TEXT,), ("l",), None),
+    ("removeLayerByIndex", (NO_INT,), (0,), None),
+    ("getNumberOfLayers", (), (), 1),
+    ("getLayerName", (NO_INT,), (0,), "l"),
+    ("freeze", (), (), None),
+    ("thaw", (), (), None),
+    ("setHorizontalOffset", (NO_FLOAT,), (0.5,), None),
+    ("getHorizontalOffset", (), (), 0.0),
+    ("setVerticalOffset", (NO_FLOAT,), (0.5,), None),
+    ("getVerticalOffset", (), (), 0.0),
+    ("setZoom", (NO_FLOAT,), (0.5,), None),
+    ("getZoom", (), (), 1.0),
+    ("setPanAndZoomActive", (NO_INT,), (1,), None),
+    ("isPanAndZoomActive", (), (), False),
+)
+MANIPULATOR_METHODS = (
+    "activateManipulator", "deactivateManipulator", "deactivateAllManipulators",
+    "getNumberOfActiveManipulators", "getActiveManipulatorByIndex", "getActiveManipulatorTags",
+    "getActiveManipulatorPluginName")
+
+LAYER_ROWS = OPTION_ROWS + (
+    ("setup", (), (), None),
+    ("event", (ANYTHING,), (GROUP,), False),
+    ("draw", (), (), None),
+    ("freeze", (), (), None),
+    ("thaw", (), (), None),
+)
+
+CAMERA_ROWS = OPTION_ROWS + (
+    ("setup", (ANYTHING,), (GROUP,), None),
+    ("asAttribute", (), (), GROUP),
+    ("getCameraTypeID", (), (), 2),
+    ("setViewportDimensions", (NO_INT, NO_INT), (4, 3), None),
+    ("getViewMatrix", (), (), IDENTITY),
+    ("setViewMatrix", (NO_MATRIX,), (MATRIX,), None),
+    ("getProjectionMatrix", (), (), IDENTITY),
+    ("setProjectionMatrix", (NO_MATRIX,), (MATRIX,), None),
+    ("getCenterOfInterest", (), (), 20.0),
+    ("setCenterOfInterest", (NO_FLOAT,), (1.5,), None),
+    ("getFOV", (), (), 45.0),
+    ("setFOV", (NO_FLOAT,), (1.5,), None),
+    ("getOrthographicWidth", (), (), 30.0),
+    ("setOrthographicWidth", (NO_FLOAT,), (1.5,), None),
+    ("getNearFar", (), (), (0.1, 100000.0)),
+    ("setNearFar", (NO_FLOAT, NO_FLOAT), (1.5, 2.5), None),
+    ("getScreenWindow", (), (), (-1.0, 1.0, -1.0, 1.0)),
+    ("setScreenWindow", (NO_FLOAT,) * 4, (1.5, 2.5, 3.5, 4.5), None),
+    ("isInteractionDisabled", (), (), False),
+    ("disableInteraction", (NO_INT,), (1,), None),
+    ("hasLocationPath", (), (), False),
+    ("getLocationPath", (), (), None),
+    ("setLocationPath", (NO_TEXT,), ("/root/cam",), None),
+    ("getOrigin", (), (), (0.0, 0.0, 0.0)),
+    ("getDirection", (), (), (0.0, 0.0, -1.0)),
+    ("getUp", (), (), (0.0, 1.0, 0.0)),
+    ("getLeft", (), (), (-1.0, 0.0, 0.0)),
+    ("setDirty", (NO_INT,), (1,), None),
+)
+
+
+class EveryMethod(object):
+    """The tests of one type, over its rows."""
+
+    rows = ()
+    optional = {}  # how many of the last parameters may be left out
+    parseNothing = ()  # these take whatever they get
+    plugin = None
+
+    def setUp(self):
+        ScriptedTest.setUp(self)
+        self.prepare()
+
+    def tearDown(self):
+        self.viewport = self.target = None
+        ScriptedTest.tearDown(self)
+
+    def prepare(self):
+        self.viewport = self.target = None
+        self.createDelegate()
+        self.viewport = self.createViewport()
+        self.viewport.setActiveCamera(self.viewport.addCamera(CAMERA, "active"))
+        camera = self.viewport.addCamera(CAMERA, "other")
+        layer = self.viewport.addLayer(LAYER, "l")
+        self.target = {VIEWPORT: self.viewport, CAMERA: camera, LAYER: layer}[self.plugin]
+        self.plugins.answers.update({(self.plugin, "getOption"): IntAttribute(5),
+                                     (CAMERA, "asAttribute"): GROUP,
+                                     (CAMERA, "getCameraTypeID"): 2})
+        self.plugins.take()
+
+    def call(self, method, arguments):
+        return getattr(self.target, method)(*[
+            self.viewport.getCameraByName("other") if argument is THE_CAMERA else argument
+            for argument in arguments])
+
+    def state(self):
+        """What a call could have changed."""
+        viewport, camera = self.viewport, self.viewport.getCameraByName("other")
+        return (viewport.isDirty(), viewport.isViewFrozen(), viewport.isPanAndZoomActive(),
+                viewport.getHorizontalOffset(), viewport.getVerticalOffset(), viewport.getZoom(),
+                [viewport.getCameraName(i) for i in range(viewport.getNumberOfCameras())],
+                [viewport.getLayerName(i) for i in range(viewport.getNumberOfLayers())],
+                camera.getViewMatrix(), camera.getProjectionMatrix(),
+                camera.getCenterOfInterest(), camera.getFOV(), camera.getOrthographicWidth(),
+                camera.getNearFar(), camera.getScreenWindow(), camera.isInteractionDisabled(),
+                camera.getLocationPath())
+
+    def assertRefused(self, method, arguments, expected=TypeError):
+        """The call raises this kind, or a TypeError of this text, and does nothing."""
+        before = self.state()
+        error = errorOf(self.call, method, arguments)
+        call = "%s%r: %r" % (method, arguments, error)
+        if isinstance(expected, str):
+            self.assertEqual((TypeError, expected), (type(error), str(error)), call)
+        else:
+            self.assertIs(expected, type(error), call)
+        self.assertEqual(([], before), (self.plugins.take(), self.state()), call)
+
+    def test_everyMethodHasARow(self):
+        offered = [name for name in vars(type(self.target))
+                   if not name.startswith("__") and name not in MANIPULATOR_METHODS]
+        self.assertEqual(sorted(offered), sorted(row[0] for row in self.rows))
+
+    def test_goodArguments(self):
+        for method, _, arguments, expected in self.rows:
+            self.prepare()
+            result = self.call(method, arguments)
+            if isinstance(expected, Of):
+                self.assertIs(expected.kind, type(result), method)
+            elif expected is THE_DELEGATE:
+                self.assertIs(self.delegate, result, method)
+            else:
+                self.assertEqual((type(expected), expected), (type(result), result), method)
+
+    def test_everyBadValueOfEveryParameter(self):
+        for method, parameters, arguments, _ in self.rows:
+            for place, refused in enumerate(parameters):
+                for value, expected in refused:
+                    bad = arguments[:place] + (value,) + arguments[place + 1:]
+                    self.assertRefused(method, bad, expected)
+
+    def test_tooFewArguments(self):
+        for method, parameters, arguments, _ in self.rows:
+            for count in range(len(parameters) - self.optional.get(method, 0)):
+                self.assertRefused(method, arguments[:count])
+
+    def test_tooManyArguments(self):
+        for method, _, arguments, _ in self.rows:
+            if method not in self.parseNothing:
+                self.assertRefused(method, arguments + (None,))
+
+    def test_methodsThatParseNothingTakeAnything(self):
+        for method in self.parseNothing:
+            function = getattr(self.target, method)
+            self.assertEqual(type(function()), type(function(1, None, "x")), method)
+
+    def test_noMethodTakesKeywords(self):
+        before = self.state()
+        for row in self.rows:
+            self.assertRaises(TypeError, getattr(self.target, row[0]), name=1)
+        self.assertEqual(([], before), (self.plugins.take(), self.state()))
+
+    def test_theLimitsOf32BitsAreIntegers(self):
+        for method, parameters, arguments, _ in self.rows:
+            for place, refused in enumerate(parameters):
+                for value in (2 ** 31 - 1, -2 ** 31) if refused is NO_INT else ():
+                    self.prepare()
+                    self.assertIsNone(errorOf(self.call, method, arguments[:place] + (value,) +
+                                              arguments[place + 1:]), method)
+
+
+class ViewportArgumentsTest(EveryMethod, ScriptedTest):
+    rows = VIEWPORT_ROWS
+    optional = {"hover": 2}
+    parseNothing = ("getActiveCamera", "getHorizontalOffset", "getVerticalOffset", "getZoom",
+                    "isPanAndZoomActive")
+    plugin = VIEWPORT
+
+    def test_negativeIndicesGiveNoneAndChangeNothing(self):
+        before = self.state()
+        for method in ("getCameraByIndex", "getCameraName", "getLayerByIndex", "getLayerName",
+                       "removeCameraByIndex", "removeLayerByIndex"):
+            for index in (-1, -2, -2 ** 31):
+                self.assertIsNone(getattr(self.target, method)(index), method)
+        for index in (-1, -2 ** 31):
+            self.assertIsNone(self.target.insertLayer(LAYER, "n", index))
+        self.assertEqual(([], before), (self.plugins.take(), self.state()))
+
+    def test_indicesPastTheEnd(self):
+        for index in (2, 3, 2 ** 31 - 1):
+            self.assertIsNone(self.target.getCameraByIndex(index))
+            self.assertIsNone(self.target.getLayerByIndex(index))
+            self.assertEqual(("", ""), (self.target.getCameraName(index),
+                                        self.target.getLayerName(index)))
+            self.assertIsNone(self.target.removeLayerByIndex(index))
+        self.assertEqual([], self.plugins.take())
+
+    def test_pluginsThatCannotBeLoadedRaiseTheirTexts(self):
+        before = self.state()
+        for method, name, text in (
+                ("addLayer", "Nobody", "Couldn't load ViewportLayer plugin type 'Nobody'."),
+                ("addLayer", "WithoutSuite",
+                 "Error getting ViewportLayer plugin suite for 'WithoutSuite'."),
+                ("addCamera", "Nobody",
+                 "Couldn't load ViewportCamera plugin type 'Nobody'. The API version of the plugin "
+                 "might not match the one currently supported: v2. In that case the plugin needs "
+                 "to be recompiled and linked against this version of Ostrel."),
+                ("addCamera", "WithoutSuite",
+                 "Error getting ViewportCamera plugin suite for 'WithoutSuite'.")):
+            self.assertError(RuntimeError, text, getattr(self.target, method), name, "n")
+        self.assertError(RuntimeError, "Couldn't load ViewportLayer plugin type 'Nobody'.",
+                         self.target.insertLayer, "Nobody", "n", 0)
+        self.assertEqual(before, self.state())
+
+    def test_createThatAnswersNullRaisesItsText(self):
+        self.plugins.answers[LAYER, "create"] = self.plugins.answers[CAMERA, "create"] = False
+        self.assertError(RuntimeError,
+                         "Failed to create ViewportLayer plugin instance for 'ScriptedLayer'.",
+                         self.target.addLayer, LAYER, "n")
+        self.assertError(RuntimeError,
+                         "Failed to create ViewportCamera plugin instance for 'ScriptedCamera'.",
+                         self.target.addCamera, CAMERA, "n")
+
+    def test_numbersBeyondSinglePrecisionAreInfinite(self):
+        for name in ("HorizontalOffset", "VerticalOffset", "Zoom"):
+            for value in (1e300, float("inf")):
+                getattr(self.target, "set" + name)(value)
+                self.assertEqual(float("inf"), getattr(self.target, "get" + name)())
+            getattr(self.target, "set" + name)(float("nan"))
+            value = getattr(self.target, "get" + name)()
+            self.assertNotEqual(value, value)
+
+    def test_namesOfOtherScriptsAndBytes(self):
+        for name in (("\u30d3\u30e5\u30fc", "caf\udce9") if IS_PYTHON_3
+                     else (u"\u30d3\u30e5\u30fc".encode("utf-8"), "caf\xe9")):
+            self.target.addLayer(LAYER, name)
+            self.target.addCamera(CAMERA, name)
+            self.assertIsNotNone(self.target.getLayer(name))
+            self.assertIsNotNone(self.target.getCameraByName(name))
+            self.assertEqual((name, name), (self.target.getLayerName(1),
+                                            self.target.getCameraName(2)))
+            self.target.removeLayer(name)
+            self.target.removeCamera(name)
+        self.assertEqual((1, 2), (self.target.getNumberOfLayers(),
+                                  self.target.getNumberOfCameras()))
+
+    def test_aRemovedCameraIsNoActiveCamera(self):
+        camera = self.target.addCamera(CAMERA, "gone")
+        self.target.removeCamera("gone")
+        self.assertError(RuntimeError, "Underlying C++ camera has been destroyed",
+                         self.target.setActiveCamera, camera)
+
+    def test_whatThePluginThrowsIsARuntimeError(self):
+        self.plugins.answers[VIEWPORT, "draw"] = ValueError("no shader")
+        self.assertError(RuntimeError, "no shader", self.target.draw)
+        self.plugins.answers[VIEWPORT, "draw"] = ScriptedPlugins.OtherError()
+        self.assertError(RuntimeError, "Unknown C++ exception", self.target.draw)
+
+
+class LayerArgumentsTest(EveryMethod, ScriptedTest):
+    rows = LAYER_ROWS
+    plugin = LAYER
+
+
+class CameraArgumentsTest(EveryMethod, ScriptedTest):
+    rows = CAMERA_ROWS
+    plugin = CAMERA
+
+    def test_aMatrixIsAnySequenceOf16Numbers(self):
+        class Number(object):
+            def __float__(self):
+                return 2.5
+
+        class Sequence(object):
+            def __len__(self):
+                return 16
+
+            def __getitem__(self, index):
+                if index >= 16:
+                    raise IndexError(index)
+                return index
+
+        for value, expected in ((list(MATRIX), MATRIX), (Sequence(), MATRIX),
+                                ([Number()] * 16, (2.5,) * 16), ([True] * 16, (1.0,) * 16)):
+            for name in ("ViewMatrix", "ProjectionMatrix"):
+                getattr(self.target, "set" + name)(value)
+                self.assertEqual(expected, getattr(self.target, "get" + name)())
+
+    def test_aMatrixMayHoldWhatIsNoNumber(self):
+        values = (float("inf"), float("-inf"), 1e308) * 5 + (-0.0,)
+        self.target.setViewMatrix(values)
+        self.assertEqual(values, self.target.getViewMatrix())
+        for vector in (self.target.getOrigin(), self.target.getDirection(), self.target.getUp(),
+                       self.target.getLeft()):
+            self.assertEqual(3, len(vector))
+
+    def test_sixteenArgumentsAreNoMatrix(self):
+        self.assertRaises(TypeError, self.target.setViewMatrix, *MATRIX)
+        self.assertRaises(TypeError, self.target.setProjectionMatrix, *MATRIX)
+
+    def test_dirtyBitsOfAllKindsAreOne(self):
+        self.assertEqual(ViewerAPI.CameraDirtyBits_AllDirty, ViewerAPI.CameraDirtyBits_DirtyParams)
+        self.assertEqual((0, 1), (ViewerAPI.CameraDirtyBits_Clean,
+                                  ViewerAPI.CameraDirtyBits_AllDirty))
+
+    def test_aWidthThatIsNoNumberIsStored(self):
+        self.target.setOrthographicWidth(float("nan"))
+        width = self.target.getOrthographicWidth()
+        self.assertNotEqual(width, width)
+        self.assertEqual([(CAMERA, "setDirty", 1)], self.plugins.take())
+
+
+if __name__ == "__main__":
+    unittest.main()
