@@ -138,7 +138,7 @@ uint64_t VlViewportPicker::addPickableObject(VlAttribute::Attribute object) {
 }
 
 VlAttribute::GroupAttribute VlViewportPicker::pick(const PixelRegion& region, float* depthOut) {
-    if (!isBound_ || region.width <= 0 || region.height <= 0)
+    if (!hasFramebuffer_ || !isBound_ || region.width <= 0 || region.height <= 0)
         return {};
     // GL counts rows from the bottom.
     const auto flippedY =

@@ -205,6 +205,7 @@ TEST_F(ViewportPicker, cleanupWhileBoundStillRestoresWhatWasBound) {
     gl.boundFramebuffer = 9;
     picker.bind();
     picker.cleanup();
+    EXPECT_FALSE(picker.pick({0, 0, 1, 1}, nullptr).isValid()) << "the window is bound now";
     picker.unbind();
     EXPECT_EQ(gl.boundFramebuffer, 9u);
     journal.take();
