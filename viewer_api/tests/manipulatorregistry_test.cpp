@@ -202,8 +202,7 @@ TEST_F(ManipulatorRegistry, aDotInALocationsNameIsPartOfTheName) {
 
 TEST_F(ManipulatorRegistry, liveValuesAreSeen) {
     populate({{"/root/a", location("camera")}});
-    // As a manipulator's value is put on top.
-    delegate->locationTree.setAttributes("/root/a", location("polymesh"));
+    delegate->setManipulatedAttribute("/root/a", "type", StringAttribute("polymesh"), false);
     EXPECT_EQ(textOf(compatible({"/root/a"})), "{Move={label=\"Move\"}}");
 }
 
