@@ -24,6 +24,13 @@ def parseSize(text):
     return tuple(int(number) for number in match.groups())
 
 
+def parseRegion(text):
+    match = re.match(r"^(\d{1,5}),(\d{1,5})(?:,([1-9]\d{0,4}),([1-9]\d{0,4}))?$", text)
+    if not match:
+        raise argparse.ArgumentTypeError("\"%s\" is not X,Y or X,Y,WIDTH,HEIGHT" % text)
+    return tuple(int(number or 1) for number in match.groups())
+
+
 def parseArguments(arguments):
     parser = argparse.ArgumentParser(prog="view", description=DESCRIPTION, epilog=EPILOG)
     parser.add_argument("scenes", metavar="SCENE", nargs="*",
@@ -34,9 +41,21 @@ def parseArguments(arguments):
                         help="of the picture or window, in pixels (default: 1280x720)")
     parser.add_argument("--frame", metavar="N", type=float, default=0.0,
                         help="show animated models at this frame (default: 0)")
+    parser.add_argument("--pick", metavar="X,Y[,W,H]", type=parseRegion,
+                        help="print the locations that this pixel, or region, of the picture shows, "
+                        "a line each; pixels count from the top left")
+    parser.add_argument("--deep", action="store_true",
+                        help="with --pick: also the locations hidden behind those")
     parser.add_argument("--python", metavar="2.7|3", help="the interpreter that runs this")
     parsed = parser.parse_args(arguments)
-    if not parsed.output and not os.environ.get("DISPLAY"):
+    if parsed.deep and not parsed.pick:
+        parser.error("--deep goes with --pick")
+    if parsed.pick:
+        x, y, width, height = parsed.pick
+        if x + width > parsed.size[0] or y + height > parsed.size[1]:
+            parser.error("--pick %d,%d,%d,%d reaches beyond the picture of %dx%d"
+                         % (parsed.pick + parsed.size))
+    elif not parsed.output and not os.environ.get("DISPLAY"):
         parsed.output = "view.png"
     return parsed
 
@@ -88,7 +107,11 @@ def writePicture(session, options, failures):
     if session.getBounds() is None and failures.told:
         return  # a picture of nothing would pass for one of the models
     view.frame()
-    view.savePicture(options.output)
+    if options.output:
+        view.savePicture(options.output)
+    if options.pick:
+        for path in view.pick(*options.pick, deep=options.deep):
+            print(path)
 
 
 def openWindow(session, options, failures):
@@ -116,7 +139,7 @@ def main(arguments):
         PyVlLogging.setLevel("error")
         with ostrel.Session() as session:
             loadScenes(session, options)
-            if options.output:
+            if options.output or options.pick:
                 writePicture(session, options, failures)
             else:
                 openWindow(session, options, failures)

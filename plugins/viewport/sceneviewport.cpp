@@ -7,7 +7,10 @@
 #include "viewer_api/plugin/OptionIds.h"
 #include "viewer_api/plugin/ViewportLayerHost.h"
 
-#include "VlAttribute/IntAttribute.h"
+#include "VlAttribute/StringAttribute.h"
+
+#include <string>
+#include <vector>
 
 namespace Bundled {
 
@@ -37,7 +40,9 @@ public:
 } // namespace
 
 SceneViewport::SceneViewport(ViewerPlugin::ViewportHost viewportHost)
-    : ViewportPlugin(viewportHost), draftId(ViewerPlugin::optionId("draft")) {}
+    : ViewportPlugin(viewportHost), draftId(ViewerPlugin::optionId("draft")),
+      pickRegionId(ViewerPlugin::optionId("pickRegion")),
+      pickedId(ViewerPlugin::optionId("picked")) {}
 
 void SceneViewport::cleanup() {
     target.reset();
@@ -111,15 +116,41 @@ void SceneViewport::pickerDraw(const ViewerPlugin::PickRegion& region,
 }
 
 void SceneViewport::setOption(std::uint64_t optionId, const Attribute& value) {
-    const bool wanted = VlAttribute::IntAttribute(value).getValue(0) != 0;
-    if (optionId == draftId && wanted != draft) {
+    const VlAttribute::IntAttribute numbers(value);
+    if (optionId == pickRegionId) {
+        pickRegion = numbers;
+    } else if (const bool wanted = numbers.getValue(0) != 0;
+               optionId == draftId && wanted != draft) {
         draft = wanted;
         host.setDirty(true);
     }
 }
 
 VlAttribute::Attribute SceneViewport::getOption(std::uint64_t optionId) {
-    return optionId == draftId ? VlAttribute::IntAttribute(draft ? 1 : 0) : Attribute();
+    if (optionId == draftId) {
+        return VlAttribute::IntAttribute(draft ? 1 : 0);
+    }
+    if (optionId == pickRegionId) {
+        return pickRegion;
+    }
+    return optionId == pickedId ? pick() : Attribute();
+}
+
+VlAttribute::Attribute SceneViewport::pick() {
+    const auto region = pickRegion.getNearestSample(0.0f);
+    std::vector<std::string> paths;
+    if (region.size() == 5) {
+        const GroupAttribute picked =
+            host.getPickedObjects({region[0], region[1], region[2], region[3]}, region[4] != 0);
+        for (std::int64_t i = 0; i < picked.getNumberOfChildren(); ++i) {
+            // What other layers let pick need not be a location.
+            if (const VlAttribute::StringAttribute path{picked.getChildByIndex(i)}) {
+                paths.push_back(path.getValue());
+            }
+        }
+        host.setDirty(true);
+    }
+    return VlAttribute::StringAttribute(paths);
 }
 
 void SceneViewport::resize(int width, int height) {

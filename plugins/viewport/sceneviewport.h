@@ -5,6 +5,8 @@
 #include "gl/shaderprogram.h"
 #include "viewer_api/plugin/ViewportPlugin.h"
 
+#include "VlAttribute/IntAttribute.h"
+
 namespace Bundled {
 
 /// "SceneViewport": a picture of a soft gradient and, over it, the viewport's layers in order.
@@ -16,6 +18,11 @@ namespace Bundled {
 ///
 /// Option "draft" (int, 0): pictures come sooner, with one sample a pixel and simple light; for
 /// while something moves.
+///
+/// Option "pickRegion" (int: x, y, width, height in pixels from the top left, and whether to look
+/// behind what is seen): where "picked" looks. Option "picked" (read only): the paths of the
+/// locations there, a StringAttribute, found when it is read. As after every pick, the window wants
+/// a new picture.
 class SceneViewport final : public ViewerPlugin::ViewportPlugin {
 public:
     explicit SceneViewport(ViewerPlugin::ViewportHost viewportHost);
@@ -34,14 +41,18 @@ public:
     [[nodiscard]] bool isBeingPicked() const noexcept { return beingPicked; }
 
 private:
+    Attribute pick();
     void drawFine();
     void drawDraft();
     void drawBackground();
     void drawLayers();
 
     const std::uint64_t draftId;
+    const std::uint64_t pickRegionId;
+    const std::uint64_t pickedId;
     bool draft = false;
     bool beingPicked = false;
+    VlAttribute::IntAttribute pickRegion;
     RenderTarget target;
     DraftTarget draftTarget;
     ShaderProgram background;

@@ -31,6 +31,15 @@ class ViewTest(unittest.TestCase):
         _, errors = process.communicate()
         return process.returncode, errors.decode("utf-8").splitlines()
 
+    def picks(self, *arguments):
+        """The lines that a run prints which must succeed."""
+        environment = dict(os.environ)
+        environment.pop("DISPLAY", None)
+        output = subprocess.check_output(
+            [sys.executable, VIEW, "--size", SIZE] + list(arguments), cwd=self.folder,
+            env=environment)
+        return output.decode("utf-8").splitlines()
+
     def picture(self, *arguments):
         """The picture of a run that must succeed without a word."""
         result = self.view("--output", self.output, "--size", SIZE, *arguments)
@@ -153,9 +162,35 @@ class ViewTest(unittest.TestCase):
         status, lines = self.view(DUCK, "--output", self.output, OSTREL_PLUGINS=self.folder)
         self.assertEqual((status, lines), (1, ["view: no plug-ins in " + self.folder]))
 
+    def testPickPrintsTheLocationsHit(self):
+        middle = self.picks(DUCK, "--pick", "160,90")
+        self.assertEqual(len(middle), 1, middle)
+        self.assertTrue(middle[0].startswith("/root/duck_dae/"), middle)
+        self.assertEqual(self.picks(DUCK, "--pick", "0,0"), [])
+        self.assertEqual(self.picks(DUCK, "--pick", "0,0,320,180"), middle)
+        self.assertEqual(os.listdir(self.folder), [], "no picture was asked for")
+
+    def testDeepPickPrintsWhatIsHiddenToo(self):
+        def quad(name, z):
+            corners = "".join("v %d %d %g\n" % (x, y, z)
+                              for x, y in ((-1, -1), (1, -1), (1, 1), (-1, 1)))
+            return self.path(name, (corners + "f 1 2 3 4\n").encode("ascii"))
+
+        front, back = quad("front.obj", 0.1), quad("back.obj", -0.1)
+        hit = self.picks(front, back, "--pick", "160,90")
+        self.assertEqual([path.split("/")[2] for path in hit], ["front_obj"])
+        hit = self.picks(front, back, "--pick", "160,90", "--deep")
+        self.assertEqual([path.split("/")[2] for path in hit], ["back_obj", "front_obj"])
+
+    def testPickWritesAPictureWhenAskedTo(self):
+        self.picks(DUCK, "--pick", "160,90", "--output", self.output)
+        self.checkShowsSomething(Picture(self.output))
+
     def testArgumentsAreChecked(self):
         for arguments in (["--size", "0x5"], ["--size", "20"], ["--size", "99999x1"],
-                          ["--frame", "x"], ["--unknown"], ["--output"]):
+                          ["--frame", "x"], ["--unknown"], ["--output"], ["--pick", "1"],
+                          ["--pick", "1,2,3"], ["--pick", "1,2,0,3"], ["--pick", "-1,2"],
+                          ["--pick", "1280,0"], ["--pick", "1270,0,11,1"], ["--deep"]):
             status, lines = self.view(DUCK, *arguments)
             self.assertEqual(status, 2, arguments)
             self.assertTrue(lines[-1].startswith("view: error: "), lines)
@@ -164,7 +199,8 @@ class ViewTest(unittest.TestCase):
         process = subprocess.Popen([sys.executable, VIEW, "--help"], stdout=subprocess.PIPE)
         text = process.communicate()[0].decode("utf-8")
         self.assertEqual(process.returncode, 0)
-        for option in ("SCENE", "--output", "--size", "--frame", "--python"):
+        for option in ("SCENE", "--output", "--size", "--frame", "--pick", "--deep",
+                       "--python"):
             self.assertTrue(option in text, option)
 
 

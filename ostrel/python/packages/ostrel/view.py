@@ -2,6 +2,7 @@
 from __future__ import division
 
 import PyWindowSystem
+from PyVlAttribute import IntAttribute
 
 from ostrel.orbit import Orbit
 
@@ -61,6 +62,13 @@ class View(object):
         """Draws what the delegate knows by now."""
         self.viewport.draw()
         self.viewport.setDirty(False)
+
+    def pick(self, x, y, width=1, height=1, deep=False):
+        """The paths of the locations that a region of the picture shows, sorted; with deep also of
+        those hidden behind them. In pixels, from the top left."""
+        self.viewport.setOptionByName(
+            "pickRegion", IntAttribute([x, y, width, height, 1 if deep else 0]))
+        return sorted(set(self.viewport.getOptionByName("picked").getNearestSample(0.0)))
 
     def readPixels(self):
         """Draws, and gives (width, height, bytes): RGBA, top row first. Off-screen views only."""
