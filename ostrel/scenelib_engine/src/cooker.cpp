@@ -80,7 +80,7 @@ void Cooker::storeReads(GraphOp& op, CookNode& node, CookOutcome& outcome) {
         node.clear(CookNode::kInputCount);
     }
     if (node.argSet != 0) {
-        for (CookNode* above = &node; above && !above->has(CookNode::kArgsBelow);
+        for (CookNode* above = node.parent; above && !above->has(CookNode::kArgsBelow);
              above = above->parent) {
             above->set(CookNode::kArgsBelow);
         }

@@ -62,7 +62,7 @@ public:
     }
 
     static constexpr std::uint16_t kDirty = 0x10;      ///< is to be cooked again
-    static constexpr std::uint16_t kArgsBelow = 0x20;  ///< it or something below read arguments
+    static constexpr std::uint16_t kArgsBelow = 0x20;  ///< something below it read arguments
     static constexpr std::uint16_t kReads = 0x40;      ///< has entries in its op's read registry
     static constexpr std::uint16_t kInputCount = 0x80; ///< read the number of inputs
     static constexpr std::uint16_t kRemoved = 0x100;   ///< no longer listed; waits for its end

@@ -248,13 +248,15 @@ void Recooking::markWhere(GraphOp& op, CookNode& node, bool argReadersOnly,
     CookBlock* block = node.getKind() == CookNode::Kind::Location ? node.getBlock() : nullptr;
     for (std::size_t i = 0; block && i < block->size(); ++i) {
         CookNode& child = block->child(i);
-        if (!child.isCooked() || (argReadersOnly && !child.has(CookNode::kArgsBelow))) {
+        if (!child.isCooked()) {
             continue;
         }
         if (isAffected(child)) {
             markDirty(op, child);
         }
-        markWhere(op, child, argReadersOnly, isAffected);
+        if (!argReadersOnly || child.has(CookNode::kArgsBelow)) {
+            markWhere(op, child, argReadersOnly, isAffected);
+        }
     }
 }
 
