@@ -331,5 +331,142 @@ TEST_F(GeneratedLocations, switchingOneKindLeavesTheOtherAlone) {
     EXPECT_TRUE(hasBox("/root/a"));
 }
 
+// ---- Proxy geometry
+
+class GeneratedProxies : public GeneratedLocations {
+protected:
+    /// A leaf with a box and a proxy that an op loads.
+    GroupAttribute proxied(const char* what) {
+        return GroupBuilder()
+            .update(bounded(1))
+            .set("proxies.viewer.load.opType", StringAttribute("Load"))
+            .set("proxies.viewer.load.opArgs.what", StringAttribute(what))
+            .build();
+    }
+    GroupAttribute fileProxied() {
+        return GroupBuilder()
+            .update(bounded(1))
+            .set("proxies.viewer", StringAttribute("a.obj"))
+            .build();
+    }
+    void finish(int clientNumber) {
+        const GroupAttribute scene = GroupBuilder()
+                                         .set("a.name", StringAttribute("proxy"))
+                                         .set("c.child.a.name", StringAttribute("child"))
+                                         .build();
+        runtime->independent().client(clientNumber).report("/root", {{"staticScene", scene}});
+    }
+    bool hasProxy(const std::string& path) {
+        return delegate->getAttributes(path + "/__VlOst_proxy", kVlViewerDelegatePrimary).isValid();
+    }
+    Lines proxyEvents() {
+        Lines lines = plugin.takeEventLines();
+        std::erase_if(lines, [](const std::string& line) {
+            return line.find("/__VlOst_proxy") == std::string::npos;
+        });
+        return lines;
+    }
+};
+
+const char* const kNewProxy = " proxy attributesChanged hiddenChanged leafChanged handled=0";
+
+TEST_F(GeneratedProxies, aProxyReachesPluginsWithAllBelowItOnceItIsCooked) {
+    client(kPrimaryClient).report("/root", proxied("x"));
+    pump();
+    EXPECT_TRUE(hasBox("/root"));
+    EXPECT_FALSE(hasProxy("/root"));
+    EXPECT_TRUE(delegate->isProcessing());
+    finish(1);
+    pump();
+    EXPECT_THAT(proxyEvents(), ElementsAre(std::string("/root/__VlOst_proxy") + kNewProxy,
+                                           std::string("/root/__VlOst_proxy/child") + kNewProxy));
+    EXPECT_FALSE(delegate->isProcessing());
+}
+
+TEST_F(GeneratedProxies, aProxyIsWantedAlsoWhereTheLocationHasPoints) {
+    client(kPrimaryClient)
+        .report("/root", GroupBuilder()
+                             .update(proxied("x"))
+                             .set("geometry.point.P", VlAttribute::FloatAttribute({1, 2, 3}, 3))
+                             .build());
+    pump();
+    finish(1);
+    pump();
+    EXPECT_FALSE(hasBox("/root"));
+    EXPECT_TRUE(hasProxy("/root"));
+}
+
+TEST_F(GeneratedProxies, oneRemovalTakesTheWholeProxyAway) {
+    client(kPrimaryClient).report("/root", proxied("x"));
+    pump();
+    finish(1);
+    pump();
+    plugin.takeEventLines();
+    delegate->setProxyGeometryEnabled(false);
+    pump();
+    EXPECT_THAT(plugin.takeEventLines(),
+                ElementsAre("/root/__VlOst_proxy proxy removed handled=0"));
+    delegate->setProxyGeometryEnabled(true);
+    pump();
+    EXPECT_TRUE(hasProxy("/root"));
+    EXPECT_TRUE(delegate->getAttributes("/root/__VlOst_proxy/child", 0).isValid());
+}
+
+TEST_F(GeneratedProxies, theSystemArgsOfTheApplicationReachTheCooks) {
+    client(kPrimaryClient).report("/root", proxied("x"));
+    delegate->setSystemArgs(
+        GroupBuilder().set("timeSlice.currentTime", VlAttribute::FloatAttribute(12.0F)).build());
+    pump();
+    EXPECT_THAT(runtime->independent().takeCommands(),
+                Contains("setOpArgs op1 Load {system={timeSlice={currentTime=12}} what=\"x\"}"));
+}
+
+TEST_F(GeneratedProxies, aProxyThatCannotBeLoadedReachesPluginsAsAWarning) {
+    client(kPrimaryClient).report("/root", fileProxied());
+    pump();
+    EXPECT_EQ(textOf(delegate->getAttributes("/root/__VlOst_proxy", 0)),
+              "{type=\"warning\" warningMessage=\"Unable to produce proxy\"}");
+}
+
+TEST_F(GeneratedProxies, aListenersErrorLeavesThePumpAndTheBoxesCome) {
+    client(kPrimaryClient).report("/root", fileProxied());
+    channels.onFire = [](const std::string& name) -> Attribute {
+        if (name == "getViewerProxyLoaderOp")
+            throw std::runtime_error("listener");
+        return {};
+    };
+    EXPECT_THROW(pump(), std::runtime_error);
+    pump();
+    EXPECT_TRUE(hasBox("/root"));
+    EXPECT_FALSE(hasProxy("/root"));
+}
+
+TEST_F(GeneratedProxies, aListenerMayPump) {
+    client(kPrimaryClient).report("/root", fileProxied());
+    channels.onFire = [this](const std::string& name) -> Attribute {
+        if (name != "getViewerProxyLoaderOp")
+            return {};
+        client(kPrimaryClient).reportGone("/root");
+        pump();
+        return GroupAttribute{{"opType", StringAttribute("Load")}};
+    };
+    pump();
+    EXPECT_FALSE(hasBox("/root"));
+    finish(1);
+    pump();
+    EXPECT_FALSE(hasProxy("/root"));
+    EXPECT_FALSE(delegate->isProcessing());
+}
+
+TEST_F(GeneratedProxies, flushCachesDropsWhatCooks) {
+    client(kPrimaryClient).report("/root", proxied("x"));
+    pump();
+    runtime->independent().takeCalls();
+    delegate->flushCaches();
+    EXPECT_THAT(runtime->independent().takeCalls(),
+                ElementsAre("releaseClient client1", "flushCaches"));
+    EXPECT_FALSE(delegate->isProcessing());
+}
+
 } // namespace
 } // namespace ViewerAPI::test
