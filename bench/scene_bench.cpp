@@ -6,6 +6,11 @@
 // edit-one    one leaf's transform is changed in the op graph, until the plug-in has read its new
 //             world matrix
 // hide-group  a set of 1,000 leaves is hidden, and shown again
+// extent      the box around the whole scene is computed, and again after a leaf has moved
+// select      10,000 leaves are selected
+// drag        one of 1,000 manipulated values is set on a leaf, until the plug-in has read the
+// leaf's
+//             new world matrix; the last of them is final
 
 #include "measure.h"
 
@@ -149,6 +154,22 @@ public:
         delegate_->processLocationEvents();
     }
 
+    /// Of everything; 6 numbers.
+    DoubleAttribute extent() {
+        const char* paths[] = {"/root"};
+        return delegate_->computeMergedExtent(paths, 1, "");
+    }
+    void select(const std::vector<const char*>& paths) {
+        delegate_->setSelectedLocations(paths.data(), static_cast<std::uint32_t>(paths.size()));
+    }
+    /// As a manipulator does it.
+    void drag(double x, bool isFinal) {
+        if (!delegate_->setManipulatedAttribute(kEditedLeaf, "xform.translate",
+                                                DoubleAttribute({x, 0.0, 0.0}, 3), isFinal)) {
+            throw std::runtime_error("the leaf can't be manipulated");
+        }
+    }
+
     [[nodiscard]] long getNumberOfLocations() const { return numberOfLocations_; }
 
     double pumpMs = 0.0; ///< spent in the pump, without waiting for the engine
@@ -166,6 +187,46 @@ private:
     int viewed_ = 0;
     std::unique_ptr<VlViewerDelegateHostStruct> delegate_;
 };
+
+void measureQuestions(Session& session, long leaves, bench::Sample& sample) {
+    DoubleAttribute extent;
+    sample.set("extent", "first_ms", bench::timeMs([&] { extent = session.extent(); }));
+    if (extent.getNearestSample(0.0F).size() != 6) {
+        throw std::runtime_error("the scene has no extent");
+    }
+    session.edit(2000.0);
+    session.pumpUntil("lastX", 2000.0);
+    sample.set("extent", "after_edit_ms", bench::timeMs([&] { extent = session.extent(); }));
+
+    std::vector<std::string> paths;
+    std::vector<const char*> pointers;
+    for (long leaf = 0; leaf < std::min(10000L, leaves); ++leaf) {
+        paths.push_back("/root/set_" + std::to_string(leaf / kLeavesInSet) + "/group_" +
+                        std::to_string(leaf % kLeavesInSet / kLeavesInGroup) + "/leaf_" +
+                        std::to_string(leaf % kLeavesInGroup));
+    }
+    for (const std::string& path : paths) {
+        pointers.push_back(path.c_str());
+    }
+    std::vector<double> selections;
+    for (int i = 0; i < 7; ++i) {
+        selections.push_back(bench::timeMs([&] { session.select(pointers); }));
+    }
+    sample.set("select", "median_ms", bench::median(selections));
+}
+
+void measureDrag(Session& session, bench::Sample& sample) {
+    constexpr int kValues = 1000;
+    std::vector<double> times;
+    for (int i = 1; i <= kValues; ++i) {
+        times.push_back(bench::timeMs([&] { session.drag(3000.0 + i, i == kValues); }));
+        if (session.read("lastX") != 3000.0 + i) {
+            throw std::runtime_error("the plug-in does not know a value that was set");
+        }
+    }
+    sample.set("drag", "median_ms", bench::median(times));
+    sample.set("drag", "worst_ms", *std::max_element(times.begin(), times.end()));
+}
 
 void measureScene(long leaves, bench::Sample& sample) {
     Session session(leaves);
@@ -209,6 +270,9 @@ void measureScene(long leaves, bench::Sample& sample) {
         }
     }
     sample.set("hide-group", "median_ms", bench::median(hides));
+
+    measureQuestions(session, leaves, sample);
+    measureDrag(session, sample);
 }
 
 } // namespace

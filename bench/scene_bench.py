@@ -131,6 +131,23 @@ class Bench(object):
                 times.append(clock() - start)
         self.show("python-hide-group", "median_ms", median(times) * 1e3)
 
+    def readAttributes(self):
+        """getAttributes of every leaf of a set, again and again for a second."""
+        paths = [
+            "%s/leaf_%d" % (group, leaf)
+            for group in list(parentsOfLeaves(LEAVES_IN_SET))[2:]
+            for leaf in range(LEAVES_IN_GROUP)
+        ]
+        getAttributes = self.delegate.getAttributes
+        reads = 0
+        start = clock()
+        while clock() - start < 1.0:
+            for path in paths:
+                if getAttributes(path) is None:
+                    raise SystemExit("no attributes of " + path)
+            reads += len(paths)
+        self.show("python-attributes", "reads_per_second", reads / (clock() - start))
+
 
 def main(arguments):
     sizes = [int(size) for size in arguments] or [10000, 100000, 1000000]
@@ -140,6 +157,7 @@ def main(arguments):
     bench.populate()
     bench.editOne()
     bench.hideGroup()
+    bench.readAttributes()
     return 0
 
 
