@@ -1,5 +1,7 @@
 """A session with the real engine and the bundled plug-ins: from ops to pixels."""
 import os
+import shutil
+import tempfile
 import unittest
 
 import ostrel
@@ -150,6 +152,60 @@ class SessionTest(unittest.TestCase):
         self.assertEqual(self.session.getTime(), 0)
         self.session.setTime(12)
         self.assertEqual(self.session.getTime(), 12)
+
+    def proxied(self, *proxies):
+        return GroupAttribute(*[("proxies." + name, value) for name, value in proxies])
+
+    def testAProxyOfOpsIsShownBelowItsLocation(self):
+        viewer = GroupAttribute(("load.opType", StringAttribute("Scene.Literal")),
+                                ("load.opArgs", literal("b/c", square())))
+        self.add("a", self.proxied(("viewer", viewer)))
+        self.assertTrue(self.session.pump(timeout=60))
+        get = self.session.delegate.getAttributes
+        self.assertEqual(get("/root/a/__VlOst_proxy/b/c"), square())
+        self.session.delegate.setProxyGeometryEnabled(False)
+        self.assertTrue(self.session.pump(timeout=60))
+        self.assertTrue(get("/root/a/__VlOst_proxy") is None)
+
+    def testAProxyFileIsImported(self):
+        folder = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, folder)
+        path = os.path.join(folder, "box.obj")
+        with open(path, "w") as model:
+            model.write("v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n")
+        self.add("a", self.proxied(("viewer", StringAttribute(path))))
+        self.assertTrue(self.session.pump(timeout=60))
+        self.assertEqual(self.session.getErrors(), [])
+        root = self.session.delegate.getAttributes("/root/a/__VlOst_proxy/box_obj")
+        self.assertTrue(root is not None)
+        self.assertEqual(self.session.getBounds(), (0, 1, 0, 1, 0, 0))
+
+    def testAProxyFileThatIsNotThereIsAnError(self):
+        self.add("a", self.proxied(("viewer", StringAttribute("no such file.obj"))))
+        self.assertTrue(self.session.pump(timeout=60))
+        (path, message), = self.session.getErrors()
+        self.assertTrue(path.startswith("/root/a/__VlOst_proxy"), path)
+        self.assertTrue("no such file.obj" in message, message)
+
+    def testProxiesFollowTheFrame(self):
+        asked = []
+
+        def answer(question):
+            asked.append(question.getChildByName("frameTime").getValue(-1.0))
+
+        self.session.delegate.registerCallback("getViewerProxyLoaderOp", answer)
+        self.add("a", self.proxied(("viewer", StringAttribute("a.obj"))))
+        self.add("b", self.proxied(("viewer", StringAttribute("b.obj")),
+                                   ("static", IntAttribute(1))))
+        self.session.pump(timeout=60)
+        self.assertEqual(sorted(asked), [0.0, 1.0])
+        del asked[:]
+        self.session.setTime(7)
+        self.session.pump(timeout=60)
+        self.assertEqual(asked, [7.0])
+        warning = self.session.delegate.getAttributes("/root/a/__VlOst_proxy")
+        self.assertEqual(warning.getChildByName("warningMessage").getValue(""),
+                         "Unable to produce proxy")
 
 
 class PluginsTest(unittest.TestCase):

@@ -11,10 +11,13 @@ import ViewerAPI
 from ostrel.edithistory import EditHistory
 from ostrel.orbit import usableBounds
 from ostrel.plugins import loadPlugins
+from ostrel.proxies import LOADER_CHANNEL, proxyLoaderOp
 from ostrel.view import View
 
 #: The longest time between two looks at a scene that is being cooked, in seconds.
 _PUMP_PERIOD = 0.02
+#: The same, in seconds, for what cooks apart from that scene: proxies.
+_PROXY_PERIOD = 0.001
 
 
 class Session(object):
@@ -49,6 +52,8 @@ class Session(object):
         self.delegate.setup()
         self.delegate.addComponent("LocationExpander", "expander")
         self._errors = self.delegate.addComponent("ErrorCollector", "errors")
+        self.delegate.registerCallback(LOADER_CHANNEL, proxyLoaderOp)
+        self.delegate.setSystemArgs(self._systemArgs())
         self.delegate.setViewOp(self._edit)
 
     def __enter__(self):
@@ -112,8 +117,9 @@ class Session(object):
         PyScenelib.setOpInputs(self._merge, self._inputs)
 
     def setTime(self, frame):
-        """Shows the models at this frame."""
+        """Shows the models, and proxies, at this frame."""
         self._time = float(frame)
+        self.delegate.setSystemArgs(self._systemArgs())
         transaction = PyScenelib.Transaction()
         for op, args in self._imports:
             transaction.setOpArgs(op, "Geometry.Import", self._timed(args))
@@ -124,8 +130,10 @@ class Session(object):
         return self._time
 
     def _timed(self, args):
-        builder = GroupBuilder().update(args)
-        return builder.set("system.timeSlice.currentTime", FloatAttribute(self._time)).build()
+        return GroupBuilder().update(args).set("system", self._systemArgs()).build()
+
+    def _systemArgs(self):
+        return GroupAttribute(("timeSlice.currentTime", FloatAttribute(self._time)))
 
     # Edits.
 
@@ -231,7 +239,8 @@ class Session(object):
                 return False
             if timeout is not None and elapsed >= timeout:
                 return False
-            PyScenelib.waitUntilIdle(_PUMP_PERIOD)
+            if PyScenelib.waitUntilIdle(_PUMP_PERIOD):
+                time.sleep(_PROXY_PERIOD)
 
     def getErrors(self):
         """What failed: a list of (location path, message)."""
