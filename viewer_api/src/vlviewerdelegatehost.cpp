@@ -144,10 +144,12 @@ void VlViewerDelegateHostStruct::processLocationEvents() {
     if (!manipulationFreeze.isFrozen() && !isHandlingEvents_)
         fetchAndHandleEvents();
     flushLocationChanges(true);
+    // What plug-ins change while they are told, such as a location that one opens on hearing of it,
+    // reaches the factories before they make anything of what it was.
+    flushLocationChanges(true);
     applyFactoryProducts();
-    // The factories pass over what they generated themselves. What plug-ins changed while they were
-    // told, such as a location that one opened on hearing of it, is collected here as well, and the
-    // factories would never hear of it otherwise.
+    // And what plug-ins change on hearing of that second news. The factories pass over what they
+    // generated themselves, which goes out here too.
     flushLocationChanges(true);
 }
 

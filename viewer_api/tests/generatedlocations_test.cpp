@@ -142,11 +142,19 @@ TEST_F(GeneratedLocations, boxesComeBackWithTheirLocationsWhenAnAncestorIsReopen
     EXPECT_TRUE(hasBox("/root/b"));
 }
 
-TEST_F(GeneratedLocations, whatAPluginOpensOnHearingOfItLosesItsBoxInTheNextPump) {
+TEST_F(GeneratedLocations, whatAPluginOpensOnHearingOfItNeverHasABox) {
     client(kPrimaryClient).report("/root", bounded(1), {"a"});
     onceAt("/root", [this] { open("/root"); });
     pump();
-    EXPECT_TRUE(delegate->isProcessing());
+    EXPECT_THAT(boxEvents(), IsEmpty());
+    EXPECT_FALSE(delegate->isProcessing());
+}
+
+TEST_F(GeneratedLocations, whatAPluginOpensOnHearingOfItsBoxLosesItInTheNextPump) {
+    client(kPrimaryClient).report("/root", bounded(1), {"a"});
+    onceAt("/root/__VlOst_bbox", [this] { open("/root"); });
+    pump();
+    EXPECT_TRUE(hasBox("/root"));
     pump();
     EXPECT_FALSE(hasBox("/root"));
     EXPECT_FALSE(delegate->isProcessing());
