@@ -7,6 +7,8 @@
  * for the caller; one passed in stays the caller's. Booleans go in as any int (non-zero: true) and
  * come out as 0 or 1. Pixel coordinates have their origin at the top left of the window, with y
  * downwards.
+ *
+ * The entries from activateManipulator to getActiveManipulator are null so far.
  */
 #pragma once
 
@@ -229,7 +231,8 @@ typedef struct ViewportHostSuite {
      * while the plug-in draws the ids of a pick. Deep picking also finds what lies behind, and
      * lists it behind what it found before.
      * `*depth` becomes the window depth (0 to 1) for a region of one pixel and is left alone
-     * otherwise; `depth` may be null. The window's buffers are cleared until the next draw.
+     * otherwise; `depth` may be null. The window's buffers are cleared until the next draw, unless
+     * the plug-in picked by itself.
      * [ui-thread] */
     VlAttributeStruct* (*getPickedObjects)(VlViewportHandle host, int x, int y, int width,
                                            int height, int deepPicking, float* depth);

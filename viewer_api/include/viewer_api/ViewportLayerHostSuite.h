@@ -39,7 +39,8 @@ typedef struct ViewportLayerHostSuite {
     uint64_t (*addPickableObject)(VlViewportLayerHandle host, VlAttributeStruct* object);
 
     /* As ViewportHostSuite::getPickedObjects, of this layer alone. With a picking surface of its
-     * own, and unless deep picking is asked for, it reads the image of the last draw.
+     * own, and unless deep picking is asked for, it reads the image of the last draw and leaves the
+     * window's buffers alone.
      * [ui-thread] */
     VlAttributeStruct* (*getPickedObjects)(VlViewportLayerHandle host, int x, int y, int width,
                                            int height, int deepPicking, float* depth);

@@ -51,11 +51,12 @@ typedef struct ViewportLayerPluginSuite {
      * [gl-current] */
     void (*hover)(void* instance, int isHovering, int x, int y);
 
-    /* The user interface asks the layer to hold its picture. The host has no call for it.
+    /* The layer is not visible for a while: whatever goes on behind its picture may rest. Only the
+     * user interface calls this: a viewport's freeze does not reach its layers.
      * [ui-thread] */
     void (*freeze)(void* instance);
 
-    /* Ends what freeze began. The host has no call for it.
+    /* The layer is visible again.
      * [ui-thread] */
     void (*thaw)(void* instance);
 
@@ -69,8 +70,8 @@ typedef struct ViewportLayerPluginSuite {
     VlAttributeStruct* (*getOption)(void* instance, uint64_t optionId);
 
     /* As ViewportPluginSuite::pickerDraw, for this layer; ids come from
-     * ViewportLayerHostSuite::addPickableObject. After a draw of a layer that uses the picking cache
-     * the region is the whole viewport and nothing is excluded.
+     * ViewportLayerHostSuite::addPickableObject. After a draw of a layer that uses the picking
+     * cache the region is the whole viewport and nothing is excluded.
      * [gl-current] */
     void (*pickerDraw)(void* instance, int x, int y, int width, int height,
                        VlAttributeStruct* excluded);

@@ -61,11 +61,12 @@ typedef struct ViewportPluginSuite {
      * [ui-thread] */
     VlAttributeStruct* (*getOption)(void* instance, uint64_t optionId);
 
-    /* The user interface asks the viewport to hold its picture.
+    /* The viewer is not visible for a while: whatever goes on behind the picture may rest. Has
+     * nothing to do with ViewportHostSuite::setViewFrozen.
      * [ui-thread] */
     void (*freeze)(void* instance);
 
-    /* Ends what freeze began.
+    /* The viewer is visible again.
      * [ui-thread] */
     void (*thaw)(void* instance);
 
