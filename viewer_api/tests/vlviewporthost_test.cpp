@@ -5,6 +5,7 @@
 #include "VlAttribute/IntAttribute.h"
 #include "viewer_api/ViewportPluginSuite.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace ViewerAPI::test {
@@ -101,6 +102,22 @@ TEST_F(VlViewportHost, createRunsDuringConstructionWithTheHostAndItsStoredSuite)
     EXPECT_EQ(plugins.instance("viewport2").host, other.get());
     EXPECT_NE(suite, nullptr);
     EXPECT_EQ(suite, other->pluginSuite);
+}
+
+// Its own instance is not there yet, so it can't be asked for a picture or a pick.
+TEST_F(VlViewportHost, createThatReadsMatricesTooEarlyFindsTheIdentity) {
+    const Imath::M44d identity;
+    const auto isIdentity = [&](const double* matrix) {
+        return std::equal(matrix, matrix + 16, identity.getValue());
+    };
+    plugins.hooks["viewport2.create"] = [&](ViewportPlugins::Instance& instance) {
+        const auto* const unmade = static_cast<VlViewportHostStruct*>(instance.host);
+        EXPECT_EQ(unmade->pluginHandle, nullptr);
+        EXPECT_TRUE(isIdentity(unmade->getViewMatrix()));
+        EXPECT_TRUE(isIdentity(unmade->getProjectionMatrix()));
+    };
+    makeViewport("other");
+    EXPECT_EQ(journal.take().front(), "viewport2.create");
 }
 
 TEST_F(VlViewportHost, setupJoinsTheContextThenCallsThePluginThenTheLayersInOrder) {
