@@ -12,10 +12,10 @@ namespace ViewerAPI {
 /// The picking entries of a Viewport or ViewportLayer plug-in, which are the same in both tables.
 struct PickingPlugin {
     /// From the host object of either kind.
-    template <class HostObject>
-    explicit PickingPlugin(const HostObject& object)
-        : instance(object.pluginHandle), pickerDrawEntry(object.pluginSuite->pickerDraw),
-          customPickEntry(object.pluginSuite->customPick) {}
+    template <class Host>
+    explicit PickingPlugin(const Host& host)
+        : instance(host.pluginHandle), pickerDrawEntry(host.pluginSuite->pickerDraw),
+          customPickEntry(host.pluginSuite->customPick) {}
 
     /// Has the plug-in draw ids into what is bound, leaving out the excluded objects.
     void pickerDraw(const PixelRegion& region, const VlAttribute::GroupAttribute& excluded) const;

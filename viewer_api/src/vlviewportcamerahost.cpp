@@ -81,19 +81,19 @@ void VlViewportCameraHostStruct::updatePanZoomProjection() {
 
 void VlViewportCameraHostStruct::setCenterOfInterest(double distance) {
     centerOfInterest = distance;
-    setDirty(1);
+    setDirty(CameraDirtyBits_DirtyParams);
 }
 
 void VlViewportCameraHostStruct::setFOV(double degrees) {
     fov = degrees;
-    setDirty(1);
+    setDirty(CameraDirtyBits_DirtyParams);
 }
 
 void VlViewportCameraHostStruct::setOrthographicWidth(double width) {
     if (width == 0.0)
         return;
     orthographicWidth = width;
-    setDirty(1);
+    setDirty(CameraDirtyBits_DirtyParams);
 }
 
 void VlViewportCameraHostStruct::getNearFar(double& nearOut, double& farOut) const {
@@ -104,7 +104,7 @@ void VlViewportCameraHostStruct::getNearFar(double& nearOut, double& farOut) con
 void VlViewportCameraHostStruct::setNearFar(double nearPlane, double farPlane) {
     near = nearPlane;
     far = farPlane;
-    setDirty(1);
+    setDirty(CameraDirtyBits_DirtyParams);
 }
 
 void VlViewportCameraHostStruct::getScreenWindow(double& left, double& right, double& bottom,
@@ -121,7 +121,7 @@ void VlViewportCameraHostStruct::setScreenWindow(double left, double right, doub
     screenWindowRight = right;
     screenWindowBottom = bottom;
     screenWindowTop = top;
-    setDirty(1);
+    setDirty(CameraDirtyBits_DirtyParams);
 }
 
 Imath::V3d VlViewportCameraHostStruct::getOrigin() const {

@@ -40,7 +40,7 @@ struct VlViewportCameraHostStruct : public HostObject {
     void setProjectionMatrix(const double* matrix);
 
     /// Distance from the camera to its centre of interest. The setters from here to
-    /// `setScreenWindow` tell the plug-in by `setDirty(1)`.
+    /// `setScreenWindow` tell the plug-in by `setDirty(CameraDirtyBits_DirtyParams)`.
     [[nodiscard]] double getCenterOfInterest() const { return centerOfInterest; }
     void setCenterOfInterest(double distance);
     [[nodiscard]] double getFOV() const { return fov; }
@@ -75,10 +75,6 @@ struct VlViewportCameraHostStruct : public HostObject {
     /// Tells the plug-in what changed, as CameraDirtyBits.
     void setDirty(int dirtyBits);
 
-    /// Applies the viewport's pan and zoom to the projection, whether they are active or not. For
-    /// the viewport, which calls it when the camera becomes active and when a value changes.
-    void updatePanZoomProjection();
-
     VlViewportHostStruct* viewport; ///< borrowed; null once the viewport has ended
     const ViewportCameraPluginSuite* pluginSuite = nullptr;
     void* pluginHandle = nullptr;
@@ -100,6 +96,10 @@ struct VlViewportCameraHostStruct : public HostObject {
 
 private:
     friend struct VlViewportHostStruct;
+
+    // Applies the viewport's pan and zoom to the projection, whether they are active or not. The
+    // viewport calls it when the camera becomes active and when a value changes.
+    void updatePanZoomProjection();
 
     // The camera outlives its viewport, which takes itself out of it.
     void leaveViewport();
