@@ -77,8 +77,11 @@ struct VlViewportHostStruct : public HostObject {
     /// Pan and zoom act on the projection of the active camera while they are active. The values
     /// are stored as they come. Only the active camera is brought up to date.
     void setHorizontalOffset(float offset);
+    [[nodiscard]] float getHorizontalOffset() const { return horizontalOffset; }
     void setVerticalOffset(float offset);
+    [[nodiscard]] float getVerticalOffset() const { return verticalOffset; }
     void setZoom(float factor);
+    [[nodiscard]] float getZoom() const { return zoom; }
     void setPanAndZoomActive(bool isActive);
 
     // ---- Layers. Names need not be unique; a name finds the first layer that bears it.

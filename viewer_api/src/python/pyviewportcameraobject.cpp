@@ -39,6 +39,7 @@ PluginOptions PyViewportCameraObject::pluginOptions() const {
 namespace {
 
 using Record = PyViewportCameraObject;
+using Host = VlViewportCameraHostStruct;
 
 // Matrices cross as one flat sequence of 16 numbers, row after row. The parentheses make a setter
 // take that one sequence; a result of several values is a tuple by itself.
@@ -54,8 +55,25 @@ bool parseMatrix(PyObject* args, double* m) {
                             m + 8, m + 9, m + 10, m + 11, m + 12, m + 13, m + 14, m + 15) != 0;
 }
 
-PyObject* newVector(const Imath::V3d& v) {
-    return Py_BuildValue("ddd", v.x, v.y, v.z);
+template <double (Host::*Get)() const>
+PyObject* getDouble(Record& self) {
+    return PyFloat_FromDouble((self.host->*Get)());
+}
+
+template <void (Host::*Set)(double)>
+PyObject* setDouble(Record& self, PyObject* args) {
+    double value = 0.0;
+    if (!PyArg_ParseTuple(args, "d", &value)) {
+        return nullptr;
+    }
+    (self.host->*Set)(value);
+    return returnNone();
+}
+
+template <Imath::V3d (Host::*Get)() const>
+PyObject* getVector(Record& self) {
+    const Imath::V3d vector = (self.host->*Get)();
+    return Py_BuildValue("ddd", vector.x, vector.y, vector.z);
 }
 
 PyObject* setup(Record& self, PyObject* args) {
@@ -110,45 +128,6 @@ PyObject* setProjectionMatrix(Record& self, PyObject* args) {
         return nullptr;
     }
     self.host->setProjectionMatrix(matrix);
-    return returnNone();
-}
-
-PyObject* getCenterOfInterest(Record& self) {
-    return PyFloat_FromDouble(self.host->getCenterOfInterest());
-}
-
-PyObject* setCenterOfInterest(Record& self, PyObject* args) {
-    double distance = 0.0;
-    if (!PyArg_ParseTuple(args, "d", &distance)) {
-        return nullptr;
-    }
-    self.host->setCenterOfInterest(distance);
-    return returnNone();
-}
-
-PyObject* getFOV(Record& self) {
-    return PyFloat_FromDouble(self.host->getFOV());
-}
-
-PyObject* setFOV(Record& self, PyObject* args) {
-    double degrees = 0.0;
-    if (!PyArg_ParseTuple(args, "d", &degrees)) {
-        return nullptr;
-    }
-    self.host->setFOV(degrees);
-    return returnNone();
-}
-
-PyObject* getOrthographicWidth(Record& self) {
-    return PyFloat_FromDouble(self.host->getOrthographicWidth());
-}
-
-PyObject* setOrthographicWidth(Record& self, PyObject* args) {
-    double width = 0.0;
-    if (!PyArg_ParseTuple(args, "d", &width)) {
-        return nullptr;
-    }
-    self.host->setOrthographicWidth(width);
     return returnNone();
 }
 
@@ -223,22 +202,6 @@ PyObject* setLocationPath(Record& self, PyObject* args) {
     return returnNone();
 }
 
-PyObject* getOrigin(Record& self) {
-    return newVector(self.host->getOrigin());
-}
-
-PyObject* getDirection(Record& self) {
-    return newVector(self.host->getDirection());
-}
-
-PyObject* getUp(Record& self) {
-    return newVector(self.host->getUp());
-}
-
-PyObject* getLeft(Record& self) {
-    return newVector(self.host->getLeft());
-}
-
 PyObject* setDirty(Record& self, PyObject* args) {
     int dirtyBits = 0;
     if (!PyArg_ParseTuple(args, "i", &dirtyBits)) {
@@ -261,12 +224,16 @@ PyMethodDef methods[] = {
     method<&setViewMatrix>("setViewMatrix", docs::camera::setViewMatrix),
     method<&getProjectionMatrix>("getProjectionMatrix", docs::camera::getProjectionMatrix),
     method<&setProjectionMatrix>("setProjectionMatrix", docs::camera::setProjectionMatrix),
-    method<&getCenterOfInterest>("getCenterOfInterest", docs::camera::getCenterOfInterest),
-    method<&setCenterOfInterest>("setCenterOfInterest", docs::camera::setCenterOfInterest),
-    method<&getFOV>("getFOV", docs::camera::getFOV),
-    method<&setFOV>("setFOV", docs::camera::setFOV),
-    method<&getOrthographicWidth>("getOrthographicWidth", docs::camera::getOrthographicWidth),
-    method<&setOrthographicWidth>("setOrthographicWidth", docs::camera::setOrthographicWidth),
+    method<&getDouble<&Host::getCenterOfInterest>>("getCenterOfInterest",
+                                                   docs::camera::getCenterOfInterest),
+    method<&setDouble<&Host::setCenterOfInterest>>("setCenterOfInterest",
+                                                   docs::camera::setCenterOfInterest),
+    method<&getDouble<&Host::getFOV>>("getFOV", docs::camera::getFOV),
+    method<&setDouble<&Host::setFOV>>("setFOV", docs::camera::setFOV),
+    method<&getDouble<&Host::getOrthographicWidth>>("getOrthographicWidth",
+                                                    docs::camera::getOrthographicWidth),
+    method<&setDouble<&Host::setOrthographicWidth>>("setOrthographicWidth",
+                                                    docs::camera::setOrthographicWidth),
     method<&getNearFar>("getNearFar", docs::camera::getNearFar),
     method<&setNearFar>("setNearFar", docs::camera::setNearFar),
     method<&getScreenWindow>("getScreenWindow", docs::camera::getScreenWindow),
@@ -276,10 +243,10 @@ PyMethodDef methods[] = {
     method<&hasLocationPath>("hasLocationPath", docs::camera::hasLocationPath),
     method<&getLocationPath>("getLocationPath", docs::camera::getLocationPath),
     method<&setLocationPath>("setLocationPath", docs::camera::setLocationPath),
-    method<&getOrigin>("getOrigin", docs::camera::getOrigin),
-    method<&getDirection>("getDirection", docs::camera::getDirection),
-    method<&getUp>("getUp", docs::camera::getUp),
-    method<&getLeft>("getLeft", docs::camera::getLeft),
+    method<&getVector<&Host::getOrigin>>("getOrigin", docs::camera::getOrigin),
+    method<&getVector<&Host::getDirection>>("getDirection", docs::camera::getDirection),
+    method<&getVector<&Host::getUp>>("getUp", docs::camera::getUp),
+    method<&getVector<&Host::getLeft>>("getLeft", docs::camera::getLeft),
     method<&setDirty>("setDirty", docs::camera::setDirty),
     {nullptr, nullptr, 0, nullptr},
 };
@@ -310,13 +277,13 @@ struct Constant {
 };
 
 constexpr Constant kConstants[] = {
-    {"kVlViewportCameraTypeUnknown", 0},
-    {"kVlViewportCameraTypePerspective", 1},
-    {"kVlViewportCameraTypeOrthographic", 2},
-    {"kVlViewportCameraTypeSpherical", 3},
-    {"CameraDirtyBits_Clean", 0},
-    {"CameraDirtyBits_DirtyParams", 1},
-    {"CameraDirtyBits_AllDirty", 1}, // parameters are all there is
+    {"kVlViewportCameraTypeUnknown", kVlViewportCameraTypeUnknown},
+    {"kVlViewportCameraTypePerspective", kVlViewportCameraTypePerspective},
+    {"kVlViewportCameraTypeOrthographic", kVlViewportCameraTypeOrthographic},
+    {"kVlViewportCameraTypeSpherical", kVlViewportCameraTypeSpherical},
+    {"CameraDirtyBits_Clean", CameraDirtyBits_Clean},
+    {"CameraDirtyBits_DirtyParams", CameraDirtyBits_DirtyParams},
+    {"CameraDirtyBits_AllDirty", CameraDirtyBits_AllDirty},
 };
 
 } // namespace

@@ -56,6 +56,7 @@ PluginOptions PyViewportObject::pluginOptions() const {
 namespace {
 
 using Record = PyViewportObject;
+using Host = VlViewportHostStruct;
 
 PyObject* cameraOrNone(VlViewportCameraHostStruct* camera) {
     return camera ? wrapCamera(camera) : returnNone();
@@ -329,52 +330,28 @@ PyObject* getLayerName(Record& self, PyObject* args) {
 }
 
 PyObject* freeze(Record& self) {
-    self.host->pluginSuite->freeze(self.host->pluginHandle);
+    self.host->freeze();
     return returnNone();
 }
 
 PyObject* thaw(Record& self) {
-    self.host->pluginSuite->thaw(self.host->pluginHandle);
+    self.host->thaw();
     return returnNone();
 }
 
-PyObject* setHorizontalOffset(Record& self, PyObject* args) {
-    float offset = 0.0f;
-    if (!PyArg_ParseTuple(args, "f", &offset)) {
+template <void (Host::*Set)(float)>
+PyObject* setFloat(Record& self, PyObject* args) {
+    float value = 0.0f;
+    if (!PyArg_ParseTuple(args, "f", &value)) {
         return nullptr;
     }
-    self.host->setHorizontalOffset(offset);
+    (self.host->*Set)(value);
     return returnNone();
 }
 
-PyObject* getHorizontalOffset(Record& self, PyObject* /*ignored*/) {
-    return PyFloat_FromDouble(static_cast<double>(self.host->horizontalOffset));
-}
-
-PyObject* setVerticalOffset(Record& self, PyObject* args) {
-    float offset = 0.0f;
-    if (!PyArg_ParseTuple(args, "f", &offset)) {
-        return nullptr;
-    }
-    self.host->setVerticalOffset(offset);
-    return returnNone();
-}
-
-PyObject* getVerticalOffset(Record& self, PyObject* /*ignored*/) {
-    return PyFloat_FromDouble(static_cast<double>(self.host->verticalOffset));
-}
-
-PyObject* setZoom(Record& self, PyObject* args) {
-    float factor = 1.0f;
-    if (!PyArg_ParseTuple(args, "f", &factor)) {
-        return nullptr;
-    }
-    self.host->setZoom(factor);
-    return returnNone();
-}
-
-PyObject* getZoom(Record& self, PyObject* /*ignored*/) {
-    return PyFloat_FromDouble(static_cast<double>(self.host->zoom));
+template <float (Host::*Get)() const>
+PyObject* getFloat(Record& self, PyObject* /*ignored*/) {
+    return PyFloat_FromDouble(static_cast<double>((self.host->*Get)()));
 }
 
 PyObject* setPanAndZoomActive(Record& self, PyObject* args) {
@@ -425,12 +402,16 @@ PyMethodDef methods[] = {
     method<&getLayerName>("getLayerName", docs::viewport::getLayerName),
     method<&freeze>("freeze", docs::viewport::freeze),
     method<&thaw>("thaw", docs::viewport::thaw),
-    method<&setHorizontalOffset>("setHorizontalOffset", docs::viewport::setHorizontalOffset),
-    method<&getHorizontalOffset>("getHorizontalOffset", docs::viewport::getHorizontalOffset),
-    method<&setVerticalOffset>("setVerticalOffset", docs::viewport::setVerticalOffset),
-    method<&getVerticalOffset>("getVerticalOffset", docs::viewport::getVerticalOffset),
-    method<&setZoom>("setZoom", docs::viewport::setZoom),
-    method<&getZoom>("getZoom", docs::viewport::getZoom),
+    method<&setFloat<&Host::setHorizontalOffset>>("setHorizontalOffset",
+                                                  docs::viewport::setHorizontalOffset),
+    method<&getFloat<&Host::getHorizontalOffset>>("getHorizontalOffset",
+                                                  docs::viewport::getHorizontalOffset),
+    method<&setFloat<&Host::setVerticalOffset>>("setVerticalOffset",
+                                                docs::viewport::setVerticalOffset),
+    method<&getFloat<&Host::getVerticalOffset>>("getVerticalOffset",
+                                                docs::viewport::getVerticalOffset),
+    method<&setFloat<&Host::setZoom>>("setZoom", docs::viewport::setZoom),
+    method<&getFloat<&Host::getZoom>>("getZoom", docs::viewport::getZoom),
     method<&setPanAndZoomActive>("setPanAndZoomActive", docs::viewport::setPanAndZoomActive),
     method<&isPanAndZoomActive>("isPanAndZoomActive", docs::viewport::isPanAndZoomActive),
     {nullptr, nullptr, 0, nullptr},
