@@ -90,10 +90,12 @@ TEST_F(ViewportPicking, setupMakesTheSurfaceBeforeThePluginIsSetUpAndResizeBefor
     uint32_t atResize = 0, atSetup = 0;
     onEntry("viewport2.resize", [&] { atResize = other->picker->framebuffer; });
     onEntry("viewport2.setup", [&] { atSetup = other->picker->framebuffer; });
-    other->resize(3, 3);
+    other->resize(3, 2);
     EXPECT_EQ(atResize, 4u);
+    journal.take();
     other->setup(8);
     EXPECT_EQ(atSetup, 7u);
+    EXPECT_THAT(journal.take(), testing::Contains("glRenderbufferStorage RENDERBUFFER RGBA 3 2"));
 }
 
 TEST_F(ViewportPicking, setupAfterCleanupReplacesTheSurface) {
@@ -112,8 +114,10 @@ TEST_F(ViewportPicking, endOfAViewportDeletesNoGLObjects) {
 TEST_F(ViewportPicking, layerWithACacheSetsUpItsSurfaceBeforeItsPlugin) {
     uint32_t atSetup = 0;
     onEntry("layer1.setup", [&] { atSetup = viewport->layers[0]->picker->framebuffer; });
-    auto* layer = addCachedLayer();
+    plugins.answers["layer1.usesPickingCache"] = 1;
+    auto* layer = viewport->addLayer("Recording", "a");
     EXPECT_EQ(atSetup, 4u);
+    EXPECT_THAT(journal.take(), testing::Contains("glRenderbufferStorage RENDERBUFFER RGBA 8 4"));
     onEntry("layer1.cleanup", [&] { journal.add("(plug-in)"); });
     layer->cleanup();
     EXPECT_EQ(journal.take(), (Lines{"glBindFramebuffer FRAMEBUFFER 0", "glDeleteRenderbuffers 5",
