@@ -1,5 +1,6 @@
 #include "livevalues.h"
 
+#include "callboth.h"
 #include "manipulatorbridge.h"
 #include "vlviewerdelegatehost.h"
 
@@ -45,12 +46,20 @@ bool LiveValues::setAttribute(const std::string& path, const std::string& name,
     // Shown also when the application refuses it or fails: what it cooks next tells.
     delegate_.bridge->setValue(path, name, value, isFinal);
     const bool isSetInPrimary = setPrimary(path, name, value);
-    const bool isSetInLookThrough = setLookThrough(path, name, value);
-    if (!isSetInPrimary && !isSetInLookThrough)
+    const GroupAttribute merged = setLookThrough(path, name, value);
+    if (!isSetInPrimary && !merged.isValid())
         return false;
-    delegate_.manipulationFreeze.onValueSet(isFinal);
-    if (!isManipulated(path))
-        delegate_.flushLocationChanges(true);
+    // The value stands whatever a listener makes of it, so it is guarded and told in any case.
+    callBoth(
+        [&] {
+            if (merged.isValid())
+                delegate_.lookThrough.onAttributesMerged(path, merged);
+        },
+        [&] {
+            delegate_.manipulationFreeze.onValueSet(isFinal);
+            if (!isManipulated(path))
+                delegate_.flushLocationChanges(true);
+        });
     return true;
 }
 
@@ -70,22 +79,19 @@ bool LiveValues::setPrimary(const std::string& path, const std::string& name,
     return true;
 }
 
-bool LiveValues::setLookThrough(const std::string& path, const std::string& name,
-                                const Attribute& value) {
+GroupAttribute LiveValues::setLookThrough(const std::string& path, const std::string& name,
+                                          const Attribute& value) {
     auto entry = lookThroughLiveAttributes.find(path);
     if (entry == lookThroughLiveAttributes.end()) {
         // An entry that went while its merged attributes stayed begins on top of them: what was
         // shown last goes on showing until the look-through client tells otherwise.
         GroupAttribute base = delegate_.getAttributes(path, kVlViewerDelegateLookThrough);
         if (!base.isValid())
-            return false;
+            return {};
         entry = lookThroughLiveAttributes.try_emplace(path, LiveEntry{std::move(base), {}}).first;
     }
     entry->second.overrides[name] = value;
-    const GroupAttribute merged = entry->second.merge();
-    lookThroughMergedAttributes[path] = merged;
-    delegate_.lookThrough.onAttributesMerged(path, merged);
-    return true;
+    return lookThroughMergedAttributes[path] = entry->second.merge();
 }
 
 void LiveValues::openGroup(const std::string& path) {
@@ -97,15 +103,12 @@ void LiveValues::closeGroup(const std::string& path) {
     delegate_.bridge->closeManipulationGroup(path);
     if (!isManipulated(path))
         return;
+    const auto tell = [&] {
+        callBoth([&] { delegate_.lookThrough.releaseDeferred(path); },
+                 [&] { delegate_.flushLocationChanges(true); });
+    };
     // Open to the end: a value that is set while the news goes out waits for the next flush.
-    try {
-        delegate_.lookThrough.releaseDeferred(path);
-        delegate_.flushLocationChanges(true);
-    } catch (...) {
-        manipulatedLocations.erase(path);
-        throw;
-    }
-    manipulatedLocations.erase(path);
+    callBoth(tell, [&] { manipulatedLocations.erase(path); });
 }
 
 const LiveEntry* LiveValues::findEntry(const std::string& path, int sceneView) const {

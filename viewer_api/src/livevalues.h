@@ -48,14 +48,16 @@ public:
     /// Passes a value on to the application and puts it on top of the location in both views, or
     /// in the one that knows the location. False when the value is null or neither view knows the
     /// location; the freeze is then as it was. Throws std::runtime_error for a name that no
-    /// attribute can have, before anybody hears of the value.
+    /// attribute can have, before anybody hears of the value. What a listener of the look-through
+    /// raises comes out when the value is guarded by the freeze and plug-ins have heard of it.
     bool setAttribute(const std::string& path, const std::string& name,
                       const VlAttribute::Attribute& value, bool isFinal);
 
     /// While a location's group is open, values set on it are not flushed one by one. Groups don't
     /// nest: the first close ends them all.
     void openGroup(const std::string& path);
-    /// Sends what the group held back. The group ends also when a listener or a plug-in fails.
+    /// Sends what the group held back: to the listeners of the look-through, then to plug-ins,
+    /// which hear also when a listener fails. The group ends also when either fails.
     void closeGroup(const std::string& path);
     [[nodiscard]] bool isManipulated(const std::string& path) const {
         return manipulatedLocations.contains(path);
@@ -82,8 +84,9 @@ public:
 private:
     bool setPrimary(const std::string& path, const std::string& name,
                     const VlAttribute::Attribute& value);
-    bool setLookThrough(const std::string& path, const std::string& name,
-                        const VlAttribute::Attribute& value);
+    /// What the view shows now; null when it doesn't know the location.
+    VlAttribute::GroupAttribute setLookThrough(const std::string& path, const std::string& name,
+                                               const VlAttribute::Attribute& value);
     void forgetCurrent(LiveAttributes& live, const VlScenelib::Client& client);
 
     VlViewerDelegateHostStruct& delegate_;

@@ -1,5 +1,6 @@
 #include "vlviewerdelegatehost.h"
 
+#include "callboth.h"
 #include "manipulatorbridge.h"
 #include "manipulatorregistry.h"
 #include "plugininstance.h"
@@ -169,13 +170,8 @@ void VlViewerDelegateHostStruct::applyFactoryProducts() {
                 locationTree.deleteLocation(product.path);
         }
     };
-    try {
-        factories.collectProducts(products);
-    } catch (...) {
-        apply(); // the factories count these as delivered
-        throw;
-    }
-    apply();
+    // The factories count as delivered what they gave before one failed.
+    callBoth([&] { factories.collectProducts(products); }, apply);
 }
 
 void VlViewerDelegateHostStruct::fetchAndHandleEvents() {

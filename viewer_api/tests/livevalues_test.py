@@ -259,7 +259,7 @@ class GroupTest(LiveTest):
         self.assertEqual(["bridge", "__LOOKTHROUGH_LOCATION_COOKED", "locationEvent"], order)
         del component
 
-    def test_aListenerThatRaisesDuringACloseLeavesTheGroupClosed(self):
+    def test_aListenerThatRaisesDuringACloseLeavesTheGroupClosedAndItsValuesTold(self):
         path = "/root/a"
         self.delegate.setLookThroughLocation(self.delegate.addViewport(VIEWPORT, "v"), path)
         ScriptedScene.report(self.firstClient + 3, path, named("camera"))
@@ -274,10 +274,10 @@ class GroupTest(LiveTest):
         error = errorOf(self.call, "closeManipulationGroup /root/a")
         self.assertIs(RuntimeError, type(error))
         self.assertIn("ValueError('x'", str(error))
+        self.assertEqual(["/root/a"], self.takeEvents())
         self.delegate.unregisterAllCallbacks()
-        self.clearLog()
         self.set(value=2)
-        self.assertEqual(["/root/a"], self.takeEvents(), "what the close did not send included")
+        self.assertEqual(["/root/a"], self.takeEvents(), "at once, as outside of a group")
 
 
 class DeliveryTest(LiveTest):
@@ -429,6 +429,24 @@ class ChannelOrderTest(LiveTest):
         self.assertEqual(["/root/a"], self.takeEvents())
         self.assertEqual(merged, self.delegate.getAttributes(
             path, ViewerAPI.kVlViewerDelegateLookThrough))
+
+    def test_aListenerThatRaisesFromAValueLeavesItGuardedAndTold(self):
+        path = "/root/a"
+        self.delegate.setLookThroughLocation(self.delegate.addViewport(VIEWPORT, "v"), path)
+        ScriptedScene.report(self.firstClient + 3, path, named("camera"))
+        self.delegate.processLocationEvents()
+        self.clearLog()
+
+        def refuse(_):
+            raise ValueError("x")
+
+        self.delegate.registerCallback("__LOOKTHROUGH_LOCATION_COOKED", refuse)
+        error = errorOf(self.set)
+        self.assertIs(RuntimeError, type(error))
+        self.assertIn("ValueError('x'", str(error))
+        self.assertTrue(self.delegate.isFrozenDueToManipulation())
+        self.assertEqual(X, self.live())
+        self.assertEqual([path], self.takeEvents())
 
 
 if __name__ == "__main__":

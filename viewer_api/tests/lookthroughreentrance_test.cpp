@@ -6,6 +6,8 @@
 
 #include <functional>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace ViewerAPI::test {
@@ -13,6 +15,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using VlAttribute::IntAttribute;
 
 class LookThroughReentrance : public LookThroughTest {
 protected:
@@ -186,6 +189,69 @@ TEST_F(LookThroughReentrance, aLookThroughHasEndedAlsoWhenItsListenerRaises) {
     takeFired();
     cook(kCamera);
     EXPECT_THAT(takeFired(), IsEmpty());
+}
+
+TEST_F(LookThroughReentrance, aValueIsGuardedAndPluginsHearOfItAlsoWhenItsListenerRaises) {
+    populate({{kCamera, named("cam")}});
+    resolve(left, kCamera);
+    for (const bool isFinal : {false, true}) {
+        SCOPED_TRACE(isFinal);
+        clock.advanceMs(10);
+        plugin.events.clear();
+        raiseAtNext("COOKED");
+        EXPECT_THROW(
+            delegate->setManipulatedAttribute(kCamera, "isFinal", IntAttribute(isFinal), isFinal),
+            std::runtime_error);
+        const std::string shown = isFinal ? "{name=\"cam\" isFinal=1}" : "{name=\"cam\" isFinal=0}";
+        EXPECT_EQ(textOf(delegate->getAttributes(kCamera, kVlViewerDelegatePrimary)), shown);
+        EXPECT_EQ(textOf(delegate->getAttributes(kCamera, kVlViewerDelegateLookThrough)), shown);
+        ASSERT_EQ(plugin.events.size(), 1U);
+        EXPECT_EQ(textOf(plugin.events[0].attributes), shown);
+        EXPECT_EQ(delegate->manipulationFreeze.freezeState,
+                  isFinal ? FreezeState::Settling : FreezeState::Manipulating);
+    }
+    EXPECT_EQ(delegate->manipulationFreeze.freezeStart, clock.now);
+}
+
+TEST_F(LookThroughReentrance, aValueInAnOpenGroupWaitsForTheCloseAlsoWhenAListenerBelowRaises) {
+    populate({{"/root/a", named("a")}});
+    client(kLookThroughClient).cache("/root/a", named("a"));
+    resolve(left, "/root/a/camera");
+    delegate->openManipulationGroup("/root/a");
+    raiseAtNext("COOKED");
+    EXPECT_THROW(setLive("/root/a", 40), std::runtime_error);
+    EXPECT_TRUE(delegate->isFrozenDueToManipulation());
+    EXPECT_THAT(plugin.events, IsEmpty());
+    delegate->closeManipulationGroup("/root/a");
+    EXPECT_EQ(plugin.events.size(), 1U);
+}
+
+TEST_F(LookThroughReentrance, whereListenerAndPluginBothRaiseThePluginsErrorComesOut) {
+    populate({{kCamera, named("cam")}});
+    resolve(left, kCamera);
+    raiseAtNext("COOKED");
+    plugin.onCall = [](std::string_view, std::string_view) { throw std::runtime_error("plug-in"); };
+    try {
+        setLive(kCamera, 40);
+        FAIL() << "does not throw";
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "plug-in");
+    }
+    EXPECT_TRUE(delegate->isFrozenDueToManipulation());
+    EXPECT_FALSE(delegate->isInCall());
+}
+
+TEST_F(LookThroughReentrance, pluginsHearOfAGroupsValuesAlsoWhenAListenerRaisesAtItsClose) {
+    populate({{kCamera, named("cam")}});
+    resolve(left, kCamera);
+    delegate->openManipulationGroup(kCamera);
+    setLive(kCamera, 40);
+    EXPECT_THAT(plugin.events, IsEmpty());
+    raiseAtNext("COOKED");
+    EXPECT_THROW(delegate->closeManipulationGroup(kCamera), std::runtime_error);
+    ASSERT_EQ(plugin.events.size(), 1U);
+    EXPECT_EQ(textOf(plugin.events[0].attributes), "{name=\"cam\" fov=40}");
+    EXPECT_FALSE(delegate->liveValues.isManipulated(kCamera));
 }
 
 TEST_F(LookThroughReentrance, aGroupEndsAlsoWhenAListenerRaisesAtItsClose) {
