@@ -167,6 +167,16 @@ class EditedTest(unittest.TestCase):
         self.bridge.closeManipulationGroup("/root/b")
         self.assertEqual(self.take(), [([("/root/b", "x", 1)], ["/root/a"], None)])
 
+    def testLocationsWhoseEditorFailsShowTheScenesValueAgain(self):
+        def fail(_):
+            raise ValueError("no")
+
+        self.editor.isLocationEditable = fail
+        self.assertRaises(ValueError, self.bridge.setValue, "/root/a", "x", ONE, 1)
+        self.editor.cooked = 1
+        self.assertEqual(self.bridge.getManipulationCommitId(), 1)
+        self.assertEqual(self.take(), [([], ["/root/a"], None)])
+
     def testNodesAreEditableAsTheEditorSays(self):
         self.editor.locked.add("node")
         self.assertFalse(self.bridge.isNodeEditable("node"))

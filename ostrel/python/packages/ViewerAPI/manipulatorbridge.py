@@ -87,10 +87,11 @@ class ManipulatorBridge(object):
         editor = self._editor()
         if editor is None:
             return True
+        # Before the editor is asked: what it fails to answer for has to go from the viewer too.
         self._shown.add(locationPath)
+        self._isDue = self._isDue or bool(isFinal)
         isTaken = editor.isLocationEditable(locationPath)
         if isFinal:
-            self._isDue = True
             if isTaken:
                 self._edits.append((locationPath, attributeName, attribute))
             if locationPath not in self._openGroups:
