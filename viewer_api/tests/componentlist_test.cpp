@@ -106,7 +106,7 @@ TEST_F(ComponentListTest, anInsertedComponentMayRemoveItselfFromItsSetup) {
     EXPECT_THAT(log.take(), ElementsAre("A create", "A setup", "A cleanup", "A destroy"));
 }
 
-TEST_F(ComponentListTest, findsTheFirstOfAName) {
+TEST_F(ComponentListTest, ofTwoComponentsWithOneNameTheEarlierIsFoundAndRemoved) {
     VlViewerDelegateComponentHostStruct* const first = delegate->addComponent("A", "same");
     VlViewerDelegateComponentHostStruct* const second = delegate->addComponent("B", "same");
     EXPECT_EQ(delegate->getComponent("same"), first);

@@ -274,6 +274,12 @@ class CallTest(ScriptedTest):
             self.assertEqual(commit, self.call("getManipulationCommitId"))
         self.assertEqual("", self.takePrinted())
 
+    def test_commitIdsAreReadAs32SignedBits(self):
+        for answer, commit in ((2 ** 31, -2 ** 31), (2 ** 32 - 1, -1), (2 ** 32 + 5, 5)):
+            self.bridge.answers["getManipulationCommitId"] = answer
+            self.assertEqual(commit, self.call("getManipulationCommitId"))
+        self.assertEqual("", self.takePrinted())
+
     @unittest.skipIf(IS_PYTHON_3, "Python 3 has no long")
     def test_aLongCommitIdIsReadTheSameAsAnInt(self):
         for commit in (-1, 0, 7):
