@@ -1,13 +1,14 @@
 #include "camera/scenecamera.h"
 
 #include "VlAttribute/DoubleAttribute.h"
-#include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
-#include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
+#include "camera/camerapose.h"
+#include "camera/tomatrix.h"
+#include "scene/number.h"
+#include "viewer_api/plugin/ViewerDelegateHost.h"
 #include "viewer_api/plugin/ViewportHost.h"
 
-#include <optional>
 #include <span>
 
 namespace Bundled {
@@ -18,20 +19,8 @@ using VlAttribute::DoubleAttribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::StringAttribute;
 
-/// The first number of a child, of whichever numeric kind.
-std::optional<double> number(const GroupAttribute& group, const char* name) {
-    const VlAttribute::Attribute child = group.getChildByName(name);
-    if (const DoubleAttribute doubles{child}; doubles.getNumberOfValues() > 0) {
-        return doubles.getValue(0.0);
-    }
-    if (const VlAttribute::FloatAttribute floats{child}; floats.getNumberOfValues() > 0) {
-        return static_cast<double>(floats.getValue(0.0f));
-    }
-    if (const VlAttribute::IntAttribute ints{child}; ints.getNumberOfValues() > 0) {
-        return static_cast<double>(ints.getValue(0));
-    }
-    return std::nullopt;
-}
+/// How wide a light shines that has no cone, in degrees.
+constexpr double kLightCone = 60.0;
 
 } // namespace
 
@@ -52,16 +41,22 @@ void SceneCamera::setViewportDimensions(int newWidth, int newHeight) {
 
 void SceneCamera::setup(const GroupAttribute& camera) {
     ++settling;
+    const StringAttribute path{camera.getChildByName("locationPath")};
+    if (path.isValid()) {
+        host.setLocationPath(path.getValue());
+    }
     const DoubleAttribute view{camera.getChildByName("viewMatrix")};
     if (const auto values = view.getNearestSample(0.0f); values.size() == 16) {
         host.setViewMatrix(values.first<16>());
-    }
-    if (const StringAttribute path{camera.getChildByName("locationPath")}; path.isValid()) {
-        host.setLocationPath(path.getValue());
+    } else if (path.isValid() && host.hasLocationPath()) {
+        goToLocation();
     }
     const GroupAttribute geometry{camera.getChildByName("geometry")};
+    const GroupAttribute light{camera.getChildByName("light")};
     if (const auto fov = number(geometry, "fov")) {
         host.setFOV(*fov);
+    } else if (light.isValid()) {
+        host.setFOV(number(light, "coneAngle").value_or(kLightCone));
     }
     if (const auto orthographicWidth = number(geometry, "orthographicWidth")) {
         host.setOrthographicWidth(*orthographicWidth);
@@ -81,6 +76,19 @@ void SceneCamera::setup(const GroupAttribute& camera) {
     host.setScreenWindow(window);
     --settling;
     updateProjection();
+}
+
+void SceneCamera::goToLocation() {
+    const ViewerPlugin::ViewportHost viewport(host.getViewport().host);
+    const ViewerPlugin::ViewerDelegateHost delegate(viewport.getViewerDelegate().host);
+    const DoubleAttribute xform =
+        delegate.getWorldXform(host.getLocationPath(), kVlViewerDelegateLookThrough);
+    const auto values = xform.getNearestSample(0.0f);
+    if (values.size() != 16) {
+        return;
+    }
+    const Imath::M44d view = CameraPose::rigid(toMatrix(values.first<16>())).inverse();
+    host.setViewMatrix(ViewerPlugin::ViewportCameraHost::MatrixView(view.getValue(), 16));
 }
 
 GroupAttribute SceneCamera::asAttribute() {

@@ -12,6 +12,11 @@ namespace Bundled {
 /// in a camera location: `projection` ("perspective" or "orthographic"), `fov`, `near`, `far`,
 /// `orthographicWidth`, `centerOfInterest`, and `left`, `right`, `bottom`, `top` of the screen
 /// window. Numbers are doubles; floats and ints are read as well.
+///
+/// A group with a `locationPath` and no `viewMatrix` puts the camera where that location stands in
+/// the delegate's look-through view: so the attributes of a camera location and its path make a
+/// camera of it. Likewise those of a light, which shines down -z: a `light` group in place of a
+/// `geometry.fov` gives the field of view, its `coneAngle`, or 60 degrees.
 class SceneCamera : public ViewerPlugin::ViewportCameraPlugin {
 public:
     void setViewportDimensions(int width, int height) override;
@@ -27,6 +32,7 @@ protected:
 private:
     [[nodiscard]] Lens getLens() const;
     void updateProjection();
+    void goToLocation();
 
     const VlViewportCameraType type;
     int width = 0;

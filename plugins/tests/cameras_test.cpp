@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
 #include <string>
 
 // The camera plug-ins in a host that keeps a camera's parameters.
@@ -158,6 +159,59 @@ TEST_F(Cameras, setupSetsOneProjectionForAllParameters) {
     const int before = camera.projectionsSet;
     setup(camera, data);
     EXPECT_EQ(camera.projectionsSet, before + 1);
+}
+
+/// Cameras that a location drives.
+class CamerasOfLocations : public Cameras {
+protected:
+    CamerasOfLocations() { viewport.delegate = &delegate; }
+    static GroupAttribute at(const std::string& path, const char* group,
+                             const GroupAttribute& content) {
+        return {{"locationPath", StringAttribute(path)}, {group, content}};
+    }
+
+    FakeDelegate delegate;
+};
+
+TEST_F(CamerasOfLocations, standWhereTheLocationStandsWithoutItsScale) {
+    const double scaled[] = {0, 0, -3, 0, 0, 2, 0, 0, 5, 0, 0, 0, 7, 8, 9, 1};
+    delegate.worldXform = DoubleAttribute(scaled, 4);
+    FakeCamera& camera = add("PerspectiveCamera");
+    setup(camera, at("/root/cam", "geometry", {{"fov", DoubleAttribute(20.0)}}));
+    EXPECT_EQ(camera.locationPath, "/root/cam");
+    EXPECT_EQ(camera.fov, 20.0);
+    const Imath::M44d expected(0, 0, -1, 0, 0, 1, 0, 0, 1, 0, 0, 0, 7, 8, 9, 1);
+    EXPECT_TRUE(camera.view.inverse().equalWithAbsError(expected, 1e-12));
+}
+
+TEST_F(CamerasOfLocations, stayWhereTheyAreWhileTheLocationHasNoTransform) {
+    FakeCamera& camera = add("PerspectiveCamera");
+    camera.view.setTranslation(Imath::V3d(1, 2, 3));
+    const Imath::M44d before = camera.view;
+    setup(camera, {{"locationPath", StringAttribute("/root/cam")}});
+    EXPECT_EQ(camera.view, before);
+}
+
+TEST_F(CamerasOfLocations, standByTheirOwnMatrixWhereTheGroupHasOne) {
+    delegate.worldXform = DoubleAttribute(
+        std::span<const double>(Imath::M44d().setTranslation(Imath::V3d(9)).getValue(), 16), 4);
+    FakeCamera& camera = add("PerspectiveCamera");
+    const GroupAttribute data = asAttribute(camera);
+    camera.view.setTranslation(Imath::V3d(1, 2, 3));
+    setup(camera, data);
+    EXPECT_EQ(camera.view, Imath::M44d());
+}
+
+TEST_F(CamerasOfLocations, seeOfALightWhatItsConeLights) {
+    FakeCamera& camera = add("PerspectiveCamera");
+    setup(camera, at("/root/light", "light", {{"coneAngle", FloatAttribute(33.0f)}}));
+    EXPECT_EQ(camera.fov, 33.0);
+    setup(camera, at("/root/light", "light", {{"kind", StringAttribute("point")}}));
+    EXPECT_EQ(camera.fov, 60.0);
+    setup(camera, {{"locationPath", StringAttribute("/root/light")},
+                   {"light", GroupAttribute{{"coneAngle", FloatAttribute(33.0f)}}},
+                   {"geometry", GroupAttribute{{"fov", DoubleAttribute(12.0)}}}});
+    EXPECT_EQ(camera.fov, 12.0);
 }
 
 } // namespace

@@ -1,14 +1,20 @@
 #include "viewport/sceneviewport.h"
 
+#include "delegate/scenedelegate.h"
 #include "gl/drawstate.h"
+#include "gl/renderer.h"
 #include "gl/shaders.h"
 #include "viewer_api/ViewportCameraPluginSuite.h"
 #include "viewer_api/ViewportLayerPluginSuite.h"
 #include "viewer_api/plugin/OptionIds.h"
+#include "viewer_api/plugin/ViewportEvent.h"
 #include "viewer_api/plugin/ViewportLayerHost.h"
+#include "viewport/depthfitting.h"
+#include "viewport/picks.h"
 
 #include "VlAttribute/StringAttribute.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -28,6 +34,24 @@ private:
     GLint bound = 0;
 };
 
+/// Lets drawing be cut down to parts of the window, and ends that.
+class ScissorGuard {
+public:
+    ScissorGuard() {
+        glGetIntegerv(GL_SCISSOR_BOX, box);
+        glEnable(GL_SCISSOR_TEST);
+    }
+    ScissorGuard(const ScissorGuard&) = delete;
+    ScissorGuard& operator=(const ScissorGuard&) = delete;
+    ~ScissorGuard() {
+        glDisable(GL_SCISSOR_TEST);
+        glScissor(box[0], box[1], box[2], box[3]);
+    }
+
+private:
+    GLint box[4] = {};
+};
+
 /// Ends the driver's encoding, also when a layer throws.
 class SRGBGuard {
 public:
@@ -41,8 +65,13 @@ public:
 
 SceneViewport::SceneViewport(ViewerPlugin::ViewportHost viewportHost)
     : ViewportPlugin(viewportHost), draftId(ViewerPlugin::optionId("draft")),
+      softwareRendererId(ViewerPlugin::optionId("isSoftwareRenderer")),
       pickRegionId(ViewerPlugin::optionId("pickRegion")),
-      pickedId(ViewerPlugin::optionId("picked")) {}
+      pickedId(ViewerPlugin::optionId("picked")), interaction(viewportHost) {}
+
+void SceneViewport::setup() {
+    softwareRenderer = isGLReady() && isSoftwareRenderer();
+}
 
 void SceneViewport::cleanup() {
     target.reset();
@@ -55,11 +84,42 @@ void SceneViewport::draw() {
     if (!isGLReady()) {
         return;
     }
+    fitDepth();
     const FramebufferGuard guard;
     if (draft) {
         drawDraft();
     } else {
         drawFine();
+    }
+    if (const auto rectangle = interaction.getRectangle()) {
+        drawRectangle(*rectangle);
+    }
+}
+
+bool SceneViewport::event(const GroupAttribute& event) {
+    // A layer may remove others while it is asked.
+    for (std::uint32_t i = host.getNumberOfLayers(); i-- > 0;) {
+        const ViewerPlugin::Triple layer = host.getLayerByIndex(i);
+        if (layer && ViewerPlugin::ViewportLayerHost(layer.host).event(event)) {
+            return true;
+        }
+    }
+    const auto parsed = ViewerPlugin::ViewportEvent::parse(event);
+    return parsed && interaction.event(*parsed);
+}
+
+void SceneViewport::hover(bool isHovering, int x, int y) {
+    for (std::uint32_t i = host.getNumberOfLayers(); i-- > 0;) {
+        if (const ViewerPlugin::Triple layer = host.getLayerByIndex(i)) {
+            ViewerPlugin::ViewportLayerHost(layer.host).hover(isHovering, x, y);
+        }
+    }
+}
+
+void SceneViewport::fitDepth() const {
+    if (auto* delegate = ViewerPlugin::pluginCast<SceneDelegate>(host.getViewerDelegate())) {
+        delegate->getMirror().update();
+        fitDepthRange(host, delegate->getMirror().getBounds());
     }
 }
 
@@ -107,11 +167,27 @@ void SceneViewport::pickerDraw(const ViewerPlugin::PickRegion& region,
         bool& flag;
     };
     const Guard guard(beingPicked);
+    fitDepth();
     for (std::uint32_t i = 0; i < host.getNumberOfLayers(); ++i) {
         const ViewerPlugin::Triple layer = host.getLayerByIndex(i);
         static_cast<const ViewportLayerPluginSuite*>(layer.suite)
             ->pickerDraw(layer.instance, region.x, region.y, region.width, region.height,
                          excluded.getHandle());
+    }
+}
+
+void SceneViewport::drawRectangle(const ViewerPlugin::PickRegion& region) const {
+    const ScissorGuard scissor;
+    glClearColor(1.0f, 0.75f, 0.3f, 1.0f);
+    const int bottom = host.getHeight() - region.y - region.height;
+    const ViewerPlugin::PickRegion sides[] = {
+        {region.x, bottom, region.width, 1},
+        {region.x, bottom + region.height - 1, region.width, 1},
+        {region.x, bottom, 1, region.height},
+        {region.x + region.width - 1, bottom, 1, region.height}};
+    for (const ViewerPlugin::PickRegion& side : sides) {
+        glScissor(side.x, side.y, std::max(0, side.width), std::max(0, side.height));
+        glClear(GL_COLOR_BUFFER_BIT);
     }
 }
 
@@ -130,25 +206,20 @@ VlAttribute::Attribute SceneViewport::getOption(std::uint64_t optionId) {
     if (optionId == draftId) {
         return VlAttribute::IntAttribute(draft ? 1 : 0);
     }
+    if (optionId == softwareRendererId) {
+        return VlAttribute::IntAttribute(softwareRenderer ? 1 : 0);
+    }
     if (optionId == pickRegionId) {
         return pickRegion;
     }
     return optionId == pickedId ? pick() : Attribute();
 }
 
-VlAttribute::Attribute SceneViewport::pick() {
+VlAttribute::Attribute SceneViewport::pick() const {
     const auto region = pickRegion.getNearestSample(0.0f);
     std::vector<std::string> paths;
     if (region.size() == 5) {
-        const GroupAttribute picked =
-            host.getPickedObjects({region[0], region[1], region[2], region[3]}, region[4] != 0);
-        for (std::int64_t i = 0; i < picked.getNumberOfChildren(); ++i) {
-            // What other layers let pick need not be a location.
-            if (const VlAttribute::StringAttribute path{picked.getChildByIndex(i)}) {
-                paths.push_back(path.getValue());
-            }
-        }
-        host.setDirty(true);
+        paths = pickLocations(host, {region[0], region[1], region[2], region[3]}, region[4] != 0);
     }
     return VlAttribute::StringAttribute(paths);
 }

@@ -4,6 +4,7 @@
 #include "gl/rendertarget.h"
 #include "gl/shaderprogram.h"
 #include "viewer_api/plugin/ViewportPlugin.h"
+#include "viewport/interaction.h"
 
 #include "VlAttribute/IntAttribute.h"
 
@@ -16,6 +17,16 @@ namespace Bundled {
 ///
 /// A pick of the viewport asks the layers in their order.
 ///
+/// Events (docs/events.md) go to the layers, last to first, until one takes them, and then to what
+/// `Interaction` does with them. Hovering goes to all layers.
+///
+/// Before each picture and pick the active camera's projection gets a range of depth that fits the
+/// scene, so that nothing of any size is cut off. A location that drives the camera may name its
+/// own `geometry.near` and `geometry.far`, which hold.
+///
+/// Option "isSoftwareRenderer" (int, read only): pictures are computed on the processor, so drafts
+/// are worth while; 0 before setup.
+///
 /// Option "draft" (int, 0): pictures come sooner, with one sample a pixel and simple light; for
 /// while something moves.
 ///
@@ -27,9 +38,12 @@ class SceneViewport final : public ViewerPlugin::ViewportPlugin {
 public:
     explicit SceneViewport(ViewerPlugin::ViewportHost viewportHost);
 
+    void setup() override;
     void cleanup() override;
+    bool event(const GroupAttribute& event) override;
     void draw() override;
     void resize(int width, int height) override;
+    void hover(bool isHovering, int x, int y) override;
     void pickerDraw(const ViewerPlugin::PickRegion& region,
                     const GroupAttribute& excluded) override;
     void setOption(std::uint64_t optionId, const Attribute& value) override;
@@ -41,22 +55,27 @@ public:
     [[nodiscard]] bool isBeingPicked() const noexcept { return beingPicked; }
 
 private:
-    Attribute pick();
+    [[nodiscard]] Attribute pick() const;
     void drawFine();
     void drawDraft();
     void drawBackground();
     void drawLayers();
+    void drawRectangle(const ViewerPlugin::PickRegion& region) const;
+    void fitDepth() const;
 
     const std::uint64_t draftId;
+    const std::uint64_t softwareRendererId;
     const std::uint64_t pickRegionId;
     const std::uint64_t pickedId;
     bool draft = false;
+    bool softwareRenderer = false;
     bool beingPicked = false;
     VlAttribute::IntAttribute pickRegion;
     RenderTarget target;
     DraftTarget draftTarget;
     ShaderProgram background;
     GLVertexArray corners;
+    Interaction interaction;
 };
 
 } // namespace Bundled

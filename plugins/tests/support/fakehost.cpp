@@ -1,5 +1,6 @@
 #include "support/fakehost.h"
 
+#include "VlAttribute/StringAttribute.h"
 #include "viewer_api/OptionIdGeneratorHostSuite.h"
 #include "viewer_api/ViewerDelegateComponentHostSuite.h"
 #include "viewer_api/ViewerDelegateHostSuite.h"
@@ -10,6 +11,7 @@
 #include <dlfcn.h>
 
 #include <cstring>
+#include <span>
 #include <stdexcept>
 
 namespace {
@@ -48,6 +50,32 @@ ViewerDelegateHostSuite makeDelegateSuite() {
                                   const void** table) {
         writeTriple(at(delegateOf(host).viewports, index), viewport, instance, table);
     };
+    suite.getSelectedLocations = [](void* host) {
+        return VlAttribute::StringAttribute(delegateOf(host).selection).detach();
+    };
+    suite.selectLocations = [](void* host, const char** paths, std::uint32_t count) {
+        delegateOf(host).selection.assign(paths, paths + count);
+        ++delegateOf(host).selectionsTold;
+    };
+    suite.computeMergedExtent = [](void* host, const char** paths, std::uint32_t count,
+                                   const char*) {
+        FakeDelegate& delegate = delegateOf(host);
+        delegate.extentPaths.assign(paths, paths + count);
+        return delegate.extent.empty()
+                   ? nullptr
+                   : VlAttribute::DoubleAttribute(std::span<const double>(delegate.extent))
+                         .detach();
+    };
+    suite.getAttributes = [](void* host, const char*, int view) {
+        return view == kVlViewerDelegateLookThrough
+                   ? delegateOf(host).attributes.getRetainedHandle()
+                   : nullptr;
+    };
+    suite.getWorldXform = [](void* host, const char*, int view) {
+        return view == kVlViewerDelegateLookThrough
+                   ? delegateOf(host).worldXform.getRetainedHandle()
+                   : nullptr;
+    };
     return suite;
 }
 
@@ -76,6 +104,11 @@ ViewportHostSuite makeViewportSuite() {
                                const void** table) {
         writeTriple(at(viewportOf(host).layers, index), layer, instance, table);
     };
+    suite.getPickedObjects = [](void* host, int x, int y, int width, int height, int, float*) {
+        FakeViewport& viewport = viewportOf(host);
+        viewport.pickedRegion = {x, y, width, height};
+        return viewport.picked.getRetainedHandle();
+    };
     suite.getViewMatrix = [](void* host) -> const double* {
         FakeViewport& viewport = viewportOf(host);
         return viewport.activeCamera ? viewport.activeCamera->view.getValue()
@@ -95,6 +128,14 @@ ViewportLayerHostSuite makeLayerSuite() {
         writeTriple(layerOf(host).viewport, viewport, instance, table);
     };
     suite.draw = [](void* host) { layerOf(host).suite->draw(layerOf(host).instance); };
+    suite.event = [](void* host, VlAttributeStruct* event) {
+        const FakeLayer& layer = layerOf(host);
+        return layer.suite->event(layer.instance,
+                                  VlAttribute::Attribute::CreateAndRetain(event).detach());
+    };
+    suite.hover = [](void* host, int isHovering, int x, int y) {
+        layerOf(host).suite->hover(layerOf(host).instance, isHovering, x, y);
+    };
     return suite;
 }
 
@@ -158,6 +199,10 @@ ViewportCameraHostSuite makeCameraSuite() {
     suite.getViewport = [](void* host, void** viewport, void** instance, const void** table) {
         writeTriple(cameraOf(host).viewport, viewport, instance, table);
     };
+    suite.isInteractionDisabled = [](void* host) -> int {
+        return cameraOf(host).interactionDisabled;
+    };
+    suite.hasLocationPath = [](void* host) -> int { return !cameraOf(host).locationPath.empty(); };
     suite.getLocationPath = [](void* host) { return cameraOf(host).locationPath.c_str(); };
     suite.setLocationPath = [](void* host, const char* path) {
         cameraOf(host).locationPath = path;

@@ -6,8 +6,12 @@
 #include "viewer_api/ViewportPluginSuite.h"
 #include "viewer_api/VlPlugin.h"
 
+#include "VlAttribute/DoubleAttribute.h"
+#include "VlAttribute/GroupAttribute.h"
+
 #include <Imath/ImathMatrix.h>
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,6 +23,14 @@ struct FakeViewport;
 
 struct FakeDelegate {
     std::vector<FakeViewport*> viewports;
+    /// What the application keeps, and what it answers for the extent of any locations.
+    std::vector<std::string> selection;
+    int selectionsTold = 0;
+    std::vector<double> extent;
+    std::vector<std::string> extentPaths;
+    /// Of every location in the look-through view.
+    VlAttribute::GroupAttribute attributes;
+    VlAttribute::DoubleAttribute worldXform;
     const ViewerDelegatePluginSuite* suite = nullptr;
     void* instance = nullptr;
 };
@@ -45,6 +57,7 @@ struct FakeCamera {
     double bottom = -1.0;
     double top = 1.0;
     std::string locationPath;
+    bool interactionDisabled = false;
     int projectionsSet = 0;
 
     /// As the host does after every change of a parameter.
@@ -58,6 +71,9 @@ struct FakeViewport {
     int width = 0;
     int height = 0;
     bool dirty = false;
+    /// What picks find, and the last region that was picked: x, y, width, height.
+    VlAttribute::GroupAttribute picked;
+    std::array<int, 4> pickedRegion{};
     std::vector<std::unique_ptr<FakeLayer>> layers;
     std::vector<std::unique_ptr<FakeCamera>> cameras;
     FakeCamera* activeCamera = nullptr;

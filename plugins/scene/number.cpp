@@ -1,0 +1,23 @@
+#include "scene/number.h"
+
+#include "VlAttribute/DoubleAttribute.h"
+#include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/IntAttribute.h"
+
+namespace Bundled {
+
+std::optional<double> number(const VlAttribute::GroupAttribute& group, const char* name) {
+    const VlAttribute::Attribute child = group.getChildByName(name);
+    if (const VlAttribute::DoubleAttribute doubles{child}; doubles.getNumberOfValues() > 0) {
+        return doubles.getValue(0.0);
+    }
+    if (const VlAttribute::FloatAttribute floats{child}; floats.getNumberOfValues() > 0) {
+        return static_cast<double>(floats.getValue(0.0f));
+    }
+    if (const VlAttribute::IntAttribute ints{child}; ints.getNumberOfValues() > 0) {
+        return static_cast<double>(ints.getValue(0));
+    }
+    return std::nullopt;
+}
+
+} // namespace Bundled
