@@ -1,52 +1,10 @@
-"""What the mouse does to a view: the part that the window toolkits share."""
+"""What the window toolkits share: when to look for changes, and when to draw."""
+import time
 
-#: Degrees of orbit for a drag over the height of the window.
-_ORBIT = 180.0
-#: Zoom factor of a drag over the height of the window, and of one notch of the wheel.
-_DRAG_ZOOM = 8.0
-_WHEEL_ZOOM = 1.15
+from PyVlAttribute import IntAttribute
 
-ORBIT, PAN, ZOOM = "orbit", "pan", "zoom"
-
-
-class Interaction(object):
-    """Turns drags, in pixels with y down, into moves of the view's camera."""
-
-    def __init__(self, view):
-        self._view = view
-        self._mode = None
-        self._last = (0, 0)
-
-    def press(self, mode, x, y):
-        """A button went down; mode is ORBIT, PAN or ZOOM."""
-        self._mode = mode
-        self._last = (x, y)
-
-    def release(self):
-        """The button went up."""
-        self._mode = None
-
-    def move(self, x, y):
-        """The mouse is at a new place. Does nothing between release and press."""
-        if self._mode is None:
-            return
-        height = float(max(1, self._view.height))
-        right = (x - self._last[0]) / height
-        down = (y - self._last[1]) / height
-        self._last = (x, y)
-        orbit = self._view.orbit
-        if self._mode == ORBIT:
-            orbit.orbit(-right * _ORBIT, down * _ORBIT)
-        elif self._mode == PAN:
-            orbit.pan(-right, down, self._view.camera.getFOV())
-        else:
-            orbit.zoom(_DRAG_ZOOM ** (right - down))
-        self._view.updateCamera()
-
-    def wheel(self, notches):
-        """The wheel turned; positive is away from the user, which comes nearer."""
-        self._view.orbit.zoom(_WHEEL_ZOOM ** notches)
-        self._view.updateCamera()
+#: How long nothing has to change before a draft gives way to a fine picture, in seconds.
+_CALM = 0.2
 
 
 class Pump(object):
@@ -59,13 +17,9 @@ class Pump(object):
     def __init__(self, session, view, loaded):
         self._session = session
         self._view = view
+        self._painter = Painter(view)
         self._loaded = loaded
         self._isLoaded = False
-        self._start = self._place()
-
-    def _place(self):
-        orbit = self._view.orbit
-        return orbit.target, orbit.distance, orbit.yaw, orbit.pitch
 
     def tick(self):
         """Fetches what is cooked, and draws when something changed."""
@@ -73,8 +27,30 @@ class Pump(object):
         delegate.processLocationEvents()
         if not self._isLoaded and not delegate.isProcessing():
             self._isLoaded = True
-            if self._place() == self._start:
+            if not self._view.isMovedByUser():
                 self._view.frame()
             self._loaded()
-        if self._view.viewport.isDirty():
+        self._painter.tick()
+
+
+class Painter(object):
+    """Draws a view when it is dirty. Where pictures take the processor long it draws drafts while
+    something moves, and a fine picture when it has come to rest."""
+
+    def __init__(self, view, clock=time.time):
+        self._view = view
+        self._clock = clock
+        self._lastDraft = None
+
+    def tick(self):
+        """Call regularly."""
+        viewport = self._view.viewport
+        if viewport.isDirty():
+            if viewport.getOptionByName("isSoftwareRenderer").getValue():
+                viewport.setOptionByName("draft", IntAttribute(1))
+                self._lastDraft = self._clock()
+            self._view.draw()
+        elif self._lastDraft is not None and self._clock() - self._lastDraft >= _CALM:
+            self._lastDraft = None
+            viewport.setOptionByName("draft", IntAttribute(0))
             self._view.draw()

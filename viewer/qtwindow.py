@@ -5,33 +5,55 @@ import sys
 from PySide2.QtCore import Qt, QTimer
 from PySide2.QtWidgets import QApplication, QWidget
 
-from interaction import ORBIT, PAN, ZOOM, Interaction, Pump
+from interaction import Pump
+from ostrel import events
 
 _TICK_MS = 16
+
+_BUTTONS = ((Qt.LeftButton, "left"), (Qt.MiddleButton, "middle"), (Qt.RightButton, "right"))
+_MODIFIERS = ((Qt.ShiftModifier, "shift"), (Qt.ControlModifier, "control"), (Qt.AltModifier, "alt"))
+_KEYS = dict((getattr(Qt, "Key_" + name), name) for name in (
+    "Escape", "Return", "Tab", "Backspace", "Delete", "Insert", "Home", "End", "PageUp", "PageDown",
+    "Left", "Right", "Up", "Down", "Space", "Shift", "Control", "Alt"))
+_KEYS.update((getattr(Qt, "Key_F%d" % number), "F%d" % number) for number in range(1, 13))
+
+
+def _names(flags, table):
+    return [name for flag, name in table if flags & flag]
+
+
+def _keyName(event):
+    """As docs/events.md has them; "" for other keys."""
+    key = event.key()
+    if key in _KEYS:
+        return _KEYS[key]
+    return chr(key).lower() if 0x20 < key < 0x7f else ""
 
 
 class ViewWidget(QWidget):
     """A native window that the viewer draws into."""
 
-    def __init__(self, session, size, title, loaded):
+    def __init__(self, session, size, title, loaded, cameraPath=None):
         super(ViewWidget, self).__init__()
         self.setAttribute(Qt.WA_NativeWindow)
         # The viewer paints the whole window itself: Qt must not, and must not flicker.
         self.setAttribute(Qt.WA_PaintOnScreen)
         self.setAttribute(Qt.WA_OpaquePaintEvent)
         self.setAttribute(Qt.WA_NoSystemBackground)
+        self.setMouseTracking(True)
         self.setWindowTitle(title)
         self.resize(*size)
         self._session = session
         self._loaded = loaded
+        self._cameraPath = cameraPath
         self._view = None
 
     def start(self):
         """Begins to show the scene; the widget must be visible."""
         width, height = self._pixels()
         self._view = self._session.addView(int(self.winId()), width, height)
-        self._interaction = Interaction(self._view)
-        self._pump = Pump(self._session, self._view, self._loaded)
+        self._view.lookThrough(self._cameraPath)
+        self._pump = Pump(self._session, self._view, lambda: self._loaded(self._view))
         self._timer = QTimer(self)
         self._timer.timeout.connect(self._pump.tick)
         self._timer.start(_TICK_MS)
@@ -39,6 +61,13 @@ class ViewWidget(QWidget):
     def _pixels(self):
         ratio = self.devicePixelRatioF()
         return max(1, int(self.width() * ratio)), max(1, int(self.height() * ratio))
+
+    def _place(self, position):
+        ratio = self.devicePixelRatioF()
+        return int(position.x() * ratio), int(position.y() * ratio)
+
+    def _send(self, event):
+        return self._view is not None and self._view.viewport.event(event)
 
     def paintEngine(self):
         return None
@@ -56,28 +85,37 @@ class ViewWidget(QWidget):
             self._timer.stop()
             self._view = None
 
-    def mousePressEvent(self, event):
-        if not self._view:
-            return
-        if event.button() == Qt.RightButton:
-            mode = ZOOM
-        elif event.button() == Qt.MiddleButton or event.modifiers() & Qt.ShiftModifier:
-            mode = PAN
-        else:
-            mode = ORBIT
-        self._interaction.press(mode, event.x(), event.y())
+    def _button(self, event, build):
+        for name in _names(event.button(), _BUTTONS):
+            x, y = self._place(event.pos())
+            self._send(build(x, y, name, _names(event.buttons(), _BUTTONS),
+                             _names(event.modifiers(), _MODIFIERS)))
 
-    def mouseMoveEvent(self, event):
-        if self._view:
-            self._interaction.move(event.x(), event.y())
+    def mousePressEvent(self, event):
+        self._button(event, events.mousePress)
+
+    def mouseDoubleClickEvent(self, event):
+        self._button(event, events.mousePress)
 
     def mouseReleaseEvent(self, event):
+        self._button(event, events.mouseRelease)
+
+    def mouseMoveEvent(self, event):
+        x, y = self._place(event.pos())
+        buttons = _names(event.buttons(), _BUTTONS)
+        self._send(events.mouseMove(x, y, buttons, _names(event.modifiers(), _MODIFIERS)))
+        if self._view and not buttons:
+            self._view.viewport.hover(x, y)
+
+    def leaveEvent(self, event):
         if self._view:
-            self._interaction.release()
+            self._view.viewport.hover()
 
     def wheelEvent(self, event):
-        if self._view:
-            self._interaction.wheel(event.angleDelta().y() / 120.0)
+        x, y = self._place(event.position())
+        self._send(events.wheel(x, y, event.angleDelta().y() / 120.0,
+                                _names(event.buttons(), _BUTTONS),
+                                _names(event.modifiers(), _MODIFIERS)))
 
     def keyPressEvent(self, event):
         if event.modifiers() & Qt.ControlModifier and event.key() in (Qt.Key_Z, Qt.Key_Y):
@@ -85,21 +123,27 @@ class ViewWidget(QWidget):
                 self._session.redo()
             else:
                 self._session.undo()
-        elif self._view and event.key() == Qt.Key_F:
-            self._view.frame()
-        elif event.key() in (Qt.Key_Escape, Qt.Key_Q):
+        elif not self._sendKey(event, events.keyPress) and event.key() in (Qt.Key_Escape,
+                                                                          Qt.Key_Q):
             self.close()
 
+    def keyReleaseEvent(self, event):
+        self._sendKey(event, events.keyRelease)
 
-def run(session, size, title, loaded):
-    """Shows the session's scene in a window until the user closes it. `loaded` is called once the
-    whole scene is there. Raises RuntimeError when no window can be shown."""
+    def _sendKey(self, event, build):
+        name = _keyName(event)
+        return bool(name) and self._send(build(name, _names(event.modifiers(), _MODIFIERS)))
+
+
+def run(session, size, title, loaded, cameraPath=None):
+    """Shows the session's scene in a window until the user closes it. `loaded` is called with the
+    view once the whole scene is there. Raises RuntimeError when no window can be shown."""
     application = QApplication.instance() or QApplication(sys.argv[:1])
     if application.platformName() != "xcb":
         raise RuntimeError("the window needs an X11 display, not \"%s\""
                            % application.platformName())
     signal.signal(signal.SIGINT, signal.SIG_DFL)
-    widget = ViewWidget(session, size, title, loaded)
+    widget = ViewWidget(session, size, title, loaded, cameraPath)
     widget.show()
     application.processEvents()
     widget.start()

@@ -4,50 +4,98 @@ try:
 except ImportError:
     import Tkinter as tkinter
 
-from interaction import ORBIT, PAN, ZOOM, Interaction, Pump
+from interaction import Pump
+from ostrel import events
 
 _TICK_MS = 16
-_SHIFT = 0x1
+
+_BUTTONS = ((0x100, "left"), (0x200, "middle"), (0x400, "right"))
+_MODIFIERS = ((0x1, "shift"), (0x4, "control"), (0x8, "alt"))
+_KEYS = {
+    "Prior": "PageUp", "Next": "PageDown", "BackSpace": "Backspace", "space": "Space",
+    "Shift_L": "Shift", "Shift_R": "Shift", "Control_L": "Control", "Control_R": "Control",
+    "Alt_L": "Alt", "Alt_R": "Alt", "ISO_Left_Tab": "Tab",
+}
+
+
+def _names(state, table):
+    return [name for bit, name in table if state & bit]
+
+
+def _keyName(event):
+    """As docs/events.md has them; "" for other keys."""
+    symbol = event.keysym
+    if symbol in _KEYS:
+        return _KEYS[symbol]
+    if len(symbol) == 1:
+        return symbol.lower()
+    if len(event.char) == 1 and " " < event.char <= "~":
+        return str(event.char)  # Tk calls "+" "plus"
+    return symbol if len(symbol) < 20 else ""
 
 
 class ViewWindow(object):
     """A window with a frame that the viewer draws into."""
 
-    def __init__(self, session, size, title, loaded):
+    def __init__(self, session, size, title, loaded, cameraPath=None):
         self._root = tkinter.Tk()
         self._root.title(title)
         # No background: Tk would paint it over the picture at every change of size.
         self._frame = tkinter.Frame(self._root, width=size[0], height=size[1], background="")
         self._frame.pack(fill="both", expand=True)
         self._root.update()
-        view = session.addView(self._frame.winfo_id(), self._frame.winfo_width(),
-                               self._frame.winfo_height())
-        self._view = view
-        self._interaction = Interaction(view)
-        self._pump = Pump(session, view, loaded)
+        self._view = session.addView(self._frame.winfo_id(), self._frame.winfo_width(),
+                                     self._frame.winfo_height())
+        self._view.lookThrough(cameraPath)
+        self._pump = Pump(session, self._view, lambda: loaded(self._view))
         self._bindEvents()
         self._root.bind("<Control-z>", lambda event: session.undo())
         for key in ("<Control-Shift-Z>", "<Control-y>"):
             self._root.bind(key, lambda event: session.redo())
 
     def _bindEvents(self):
-        frame, interaction = self._frame, self._interaction
+        frame = self._frame
         frame.bind("<Configure>", lambda event: self._view.resize(event.width, event.height))
         frame.bind("<Expose>", lambda event: self._view.draw())
-        frame.bind("<ButtonPress-1>", lambda event: interaction.press(
-            PAN if event.state & _SHIFT else ORBIT, event.x, event.y))
-        frame.bind("<ButtonPress-2>", lambda event: interaction.press(PAN, event.x, event.y))
-        frame.bind("<ButtonPress-3>", lambda event: interaction.press(ZOOM, event.x, event.y))
-        for button in "123":
-            frame.bind("<B%s-Motion>" % button,
-                       lambda event: interaction.move(event.x, event.y))
-            frame.bind("<ButtonRelease-%s>" % button, lambda event: interaction.release())
+        for number, (bit, name) in enumerate(_BUTTONS, 1):
+            frame.bind("<ButtonPress-%d>" % number, self._button(events.mousePress, bit, name, bit))
+            frame.bind("<ButtonRelease-%d>" % number,
+                       self._button(events.mouseRelease, bit, name, 0))
+        frame.bind("<Motion>", self._move)
+        frame.bind("<Leave>", lambda event: self._view.viewport.hover())
         # The wheel's notches are buttons on X11.
-        frame.bind("<Button-4>", lambda event: interaction.wheel(1))
-        frame.bind("<Button-5>", lambda event: interaction.wheel(-1))
-        self._root.bind("<KeyPress-f>", lambda event: self._view.frame())
-        for key in ("<KeyPress-q>", "<Escape>"):
-            self._root.bind(key, lambda event: self._root.quit())
+        frame.bind("<Button-4>", lambda event: self._wheel(event, 1))
+        frame.bind("<Button-5>", lambda event: self._wheel(event, -1))
+        self._root.bind("<KeyPress>", self._keyPress)
+        self._root.bind("<KeyRelease>", lambda event: self._sendKey(event, events.keyRelease))
+
+    def _send(self, event):
+        return self._view.viewport.event(event)
+
+    def _button(self, build, bit, name, after):
+        # Tk tells the buttons that were held before the event.
+        def handle(event):
+            self._send(build(event.x, event.y, name, _names(event.state & ~bit | after, _BUTTONS),
+                             _names(event.state, _MODIFIERS)))
+        return handle
+
+    def _move(self, event):
+        buttons = _names(event.state, _BUTTONS)
+        self._send(events.mouseMove(event.x, event.y, buttons, _names(event.state, _MODIFIERS)))
+        if not buttons:
+            self._view.viewport.hover(event.x, event.y)
+
+    def _wheel(self, event, notches):
+        self._send(events.wheel(event.x, event.y, notches, _names(event.state, _BUTTONS),
+                                _names(event.state, _MODIFIERS)))
+
+    def _sendKey(self, event, build):
+        name = _keyName(event)
+        return bool(name) and self._send(build(name, _names(event.state, _MODIFIERS)))
+
+    def _keyPress(self, event):
+        if not self._sendKey(event, events.keyPress) and event.keysym in ("q", "Escape"):
+            self._root.quit()
 
     def _tick(self):
         self._pump.tick()
@@ -60,11 +108,11 @@ class ViewWindow(object):
         self._root.mainloop()
 
 
-def run(session, size, title, loaded):
-    """Shows the session's scene in a window until the user closes it. `loaded` is called once the
-    whole scene is there. Raises RuntimeError when no window can be shown."""
+def run(session, size, title, loaded, cameraPath=None):
+    """Shows the session's scene in a window until the user closes it. `loaded` is called with the
+    view once the whole scene is there. Raises RuntimeError when no window can be shown."""
     try:
-        window = ViewWindow(session, size, title, loaded)
+        window = ViewWindow(session, size, title, loaded, cameraPath)
     except tkinter.TclError as error:
         raise RuntimeError("the window can't be shown: %s" % error)
     window.run()

@@ -11,10 +11,11 @@ import sys
 
 DESCRIPTION = """Shows models: in a window, or as a picture."""
 EPILOG = """With a display a window opens: drag to orbit, drag with the middle button or with shift to
-pan, turn the wheel or drag with the right button to zoom, press F to frame everything, Ctrl+Z to
-undo an edit, Ctrl+Shift+Z or Ctrl+Y to redo it. Without a display, or with --output, a picture is
-written. A model that can't be read is reported on a line of its own and the others still show; the
-exit status is then 1."""
+pan, turn the wheel or drag with the right button to come nearer. Click to select, with shift to add,
+with control to toggle; drag with control to select what is in a rectangle. Press F to frame the
+selection, or everything, Ctrl+Z to undo an edit, Ctrl+Shift+Z or Ctrl+Y to redo it. Without a
+display, or with --output, a picture is written. A model that can't be read is reported on a line of
+its own and the others still show; the exit status is then 1."""
 
 
 def parseSize(text):
@@ -41,6 +42,8 @@ def parseArguments(arguments):
                         help="of the picture or window, in pixels (default: 1280x720)")
     parser.add_argument("--frame", metavar="N", type=float, default=0.0,
                         help="show animated models at this frame (default: 0)")
+    parser.add_argument("--camera", metavar="PATH",
+                        help="look through this location, a camera or a light, \"/root/...\"")
     parser.add_argument("--pick", metavar="X,Y[,W,H]", type=parseRegion,
                         help="print the locations that this pixel, or region, of the picture shows, "
                         "a line each; pixels count from the top left")
@@ -76,6 +79,13 @@ class Failures(object):
         for path, message in session.getErrors():
             self.tell(message or "%s: unknown error" % path)
 
+    def tellMissingCamera(self, view, camera):
+        """Whether that camera is missing."""
+        isMissing = camera is not None and view.getLookThrough() != camera
+        if isMissing:
+            self.tell("%s: no such location" % camera)
+        return isMissing
+
 
 def loadScenes(session, options):
     import defaultscene
@@ -100,12 +110,15 @@ def writePicture(session, options, failures):
             sys.stderr.flush()
 
     view = session.addOffscreenView(*options.size)
+    view.lookThrough(options.camera)
     session.pump(progress)
     if shown:
         print("\r" + " " * 30 + "\r", end="", file=sys.stderr)
     failures.tellErrors(session)
     if session.getBounds() is None and failures.told:
         return  # a picture of nothing would pass for one of the models
+    if failures.tellMissingCamera(view, options.camera):
+        return  # nor would that be the picture that was asked for
     view.frame()
     if options.output:
         view.savePicture(options.output)
@@ -119,8 +132,12 @@ def openWindow(session, options, failures):
         import qtwindow as window
     except ImportError:
         import tkwindow as window
-    window.run(session, options.size, title(options.scenes),
-               lambda: failures.tellErrors(session))
+
+    def loaded(view):
+        failures.tellErrors(session)
+        failures.tellMissingCamera(view, options.camera)
+
+    window.run(session, options.size, title(options.scenes), loaded, options.camera)
 
 
 def title(scenes):

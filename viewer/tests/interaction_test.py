@@ -1,45 +1,54 @@
-"""What the mouse does to a view, and how a window keeps up with its scene."""
+"""How a window keeps up with its scene, and when it draws drafts."""
 import os
 import sys
 import unittest
 
 sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 
-from interaction import ORBIT, PAN, ZOOM, Interaction, Pump  # noqa: E402
-from ostrel import Orbit  # noqa: E402
+from PyVlAttribute import IntAttribute  # noqa: E402
 
-
-class FakeCamera(object):
-    def getFOV(self):
-        return 90.0
+from interaction import Painter, Pump  # noqa: E402
 
 
 class FakeViewport(object):
-    dirty = False
+    def __init__(self, isSoftware=0):
+        self.dirty = False
+        self.options = {"isSoftwareRenderer": IntAttribute(isSoftware), "draft": IntAttribute(0)}
 
     def isDirty(self):
         return self.dirty
 
+    def getOptionByName(self, name):
+        return self.options[name]
+
+    def setOptionByName(self, name, value):
+        if self.options[name] != value:
+            self.options[name] = value
+            self.dirty = True
+
 
 class FakeView(object):
-    """A view of height 100 that counts what is asked of it."""
+    """A view that notes what is asked of it."""
 
-    def __init__(self):
-        self.height = 100
-        self.orbit = Orbit(distance=10.0, yaw=0.0, pitch=0.0)
-        self.camera = FakeCamera()
-        self.viewport = FakeViewport()
+    def __init__(self, isSoftware=0):
+        self.viewport = FakeViewport(isSoftware)
         self.calls = []
+        self.moved = False
 
-    def updateCamera(self):
-        self.calls.append("updateCamera")
+    def isMovedByUser(self):
+        return self.moved
 
     def frame(self):
         self.calls.append("frame")
 
     def draw(self):
-        self.calls.append("draw")
+        isDraft = self.viewport.options["draft"].getValue()
+        self.calls.append("draft" if isDraft else "fine")
         self.viewport.dirty = False
+
+    def takeCalls(self):
+        calls, self.calls = self.calls, []
+        return calls
 
 
 class FakeDelegate(object):
@@ -56,54 +65,6 @@ class FakeDelegate(object):
 class FakeSession(object):
     def __init__(self):
         self.delegate = FakeDelegate()
-
-
-class InteractionTest(unittest.TestCase):
-    def setUp(self):
-        self.view = FakeView()
-        self.interaction = Interaction(self.view)
-
-    def drag(self, mode, x, y):
-        self.interaction.press(mode, 50, 50)
-        self.interaction.move(50 + x, 50 + y)
-        self.interaction.release()
-
-    def testDraggingOrbitsSoThatTheSceneFollowsTheMouse(self):
-        self.drag(ORBIT, 25, 0)
-        self.assertAlmostEqual(self.view.orbit.yaw, 315)  # the camera goes left, the scene right
-        self.drag(ORBIT, 0, 25)
-        self.assertAlmostEqual(self.view.orbit.pitch, 45)  # the camera goes up, the scene down
-
-    def testDraggingPansSoThatWhatIsUnderTheMouseStaysThere(self):
-        self.drag(PAN, 50, 0)
-        self.assertAlmostEqual(self.view.orbit.target[0], -10)  # half a picture of height 20
-        self.drag(PAN, 0, 50)
-        self.assertAlmostEqual(self.view.orbit.target[1], 10)
-
-    def testDraggingRightOrUpComesNearerAndBackAgainGoesBack(self):
-        self.drag(ZOOM, 100, 0)
-        self.assertAlmostEqual(self.view.orbit.distance, 10 / 8.0)
-        self.drag(ZOOM, 0, 100)
-        self.assertAlmostEqual(self.view.orbit.distance, 10)
-
-    def testWheelZoomsByNotches(self):
-        self.interaction.wheel(2)
-        self.assertTrue(self.view.orbit.distance < 10)
-        self.interaction.wheel(-2)
-        self.assertAlmostEqual(self.view.orbit.distance, 10)
-
-    def testMovesWithoutAButtonDoNothing(self):
-        self.interaction.move(80, 80)
-        self.drag(ORBIT, 0, 0)
-        self.view.calls = []
-        self.interaction.move(90, 90)
-        self.assertEqual(self.view.calls, [])
-
-    def testEveryMoveCounts(self):
-        self.interaction.press(ORBIT, 0, 0)
-        for x in range(1, 26):
-            self.interaction.move(x, 0)
-        self.assertAlmostEqual(self.view.orbit.yaw, 315)
 
 
 class PumpTest(unittest.TestCase):
@@ -126,7 +87,7 @@ class PumpTest(unittest.TestCase):
         self.assertEqual(self.session.delegate.pumped, 4)
 
     def testDoesNotFrameOverTheUsersOwnView(self):
-        self.view.orbit.orbit(10, 0)
+        self.view.moved = True
         self.session.delegate.processing = False
         self.pump.tick()
         self.assertEqual((self.view.calls, self.loads), ([], [1]))
@@ -136,7 +97,41 @@ class PumpTest(unittest.TestCase):
         self.view.viewport.dirty = True
         self.pump.tick()
         self.pump.tick()
-        self.assertEqual(self.view.calls, ["draw"])
+        self.assertEqual(self.view.calls, ["fine"])
+
+
+class PainterTest(unittest.TestCase):
+    def start(self, isSoftware):
+        self.now = 0.0
+        self.view = FakeView(isSoftware)
+        self.painter = Painter(self.view, lambda: self.now)
+
+    def tick(self, now, dirty=False):
+        self.now = now
+        self.view.viewport.dirty = self.view.viewport.dirty or dirty
+        self.painter.tick()
+        return self.view.takeCalls()
+
+    def testOnAProcessorMotionIsDrawnInDraftsAndRestFinely(self):
+        self.start(1)
+        self.assertEqual(self.tick(0.0, dirty=True), ["draft"])
+        self.assertEqual(self.tick(0.1), [])
+        self.assertEqual(self.tick(0.15, dirty=True), ["draft"])
+        self.assertEqual(self.tick(0.3), [], "0.15 s are no rest")
+        self.assertEqual(self.tick(0.36), ["fine"])
+        self.assertEqual(self.tick(5.0), [])
+
+    def testMotionAfterRestIsDrawnInDraftsAgain(self):
+        self.start(1)
+        self.tick(0.0, dirty=True)
+        self.tick(1.0)
+        self.assertEqual(self.tick(2.0, dirty=True), ["draft"])
+        self.assertEqual(self.tick(2.3), ["fine"])
+
+    def testOnAGraphicsCardEverythingIsDrawnFinely(self):
+        self.start(0)
+        self.assertEqual(self.tick(0.0, dirty=True), ["fine"])
+        self.assertEqual(self.tick(1.0), [])
 
 
 if __name__ == "__main__":

@@ -19,8 +19,9 @@ class Session(object):
     def undo(self): self.calls.append("undo")
     def redo(self): self.calls.append("redo")
     def addView(self, *arguments): return self
-    orbit = property(lambda self: self)
-    target = distance = yaw = pitch = None
+    def lookThrough(self, path): pass
+    def event(self, group): return False
+    viewport = property(lambda self: self)
 session = Session()
 """ % VIEWER
 QT = COMMON + """

@@ -111,7 +111,24 @@ class ViewTest(unittest.TestCase):
                     for frame in (10, 25, 50))
         self.assertTrue(later > 0.005)
 
+    def testCameraOfTheSceneIsLookedThrough(self):
+        through = self.picture(DUCK, "--camera", "/root/duck_dae/camera1")
+        self.checkShowsSomething(through)
+        self.assertTrue(through.difference(self.picture(DUCK)) > 0.01)
+
     # What goes wrong.
+
+    def testMissingCamera(self):
+        for camera in ("/root/duck_dae/camera7", "/root/nowhere"):
+            status, lines = self.view(DUCK, "--camera", camera, "--output", self.output)
+            self.assertEqual((status, lines), (1, ["view: %s: no such location" % camera]))
+            self.assertFalse(os.path.exists(self.output))
+
+    def testCameraThatIsNoPath(self):
+        status, lines = self.view(DUCK, "--camera", "camera1", "--output", self.output)
+        self.assertEqual(status, 1)
+        self.assertEqual(len(lines), 1, lines)
+        self.assertTrue("camera1" in lines[0], lines)
 
     def testMissingFile(self):
         self.checkFails(os.path.join(self.folder, "missing.dae"), "No such file")
@@ -199,7 +216,7 @@ class ViewTest(unittest.TestCase):
         process = subprocess.Popen([sys.executable, VIEW, "--help"], stdout=subprocess.PIPE)
         text = process.communicate()[0].decode("utf-8")
         self.assertEqual(process.returncode, 0)
-        for option in ("SCENE", "--output", "--size", "--frame", "--pick", "--deep",
+        for option in ("SCENE", "--output", "--size", "--frame", "--camera", "--pick", "--deep",
                        "--python"):
             self.assertTrue(option in text, option)
 

@@ -25,11 +25,11 @@ def usableBounds(bounds):
 
 
 class Orbit(object):
-    """A camera that looks at a target from a distance.
+    """A camera that looks at a target from a distance: how scripts place one. What the user does
+    with the mouse is the viewport's own.
 
     yaw     degrees around the y axis; 0 looks along -z, positive values go round to the right
     pitch   degrees above the horizon, within -89 and 89
-    radius  size of what is looked at: how far the near and far planes reach
     """
 
     #: How much of the picture what is framed fills, at most.
@@ -37,12 +37,11 @@ class Orbit(object):
     #: How far the camera stays away from what is framed, by its radius.
     CLEARANCE = 0.25
 
-    def __init__(self, target=(0.0, 0.0, 0.0), distance=20.0, yaw=35.0, pitch=22.0, radius=10.0):
+    def __init__(self, target=(0.0, 0.0, 0.0), distance=20.0, yaw=35.0, pitch=22.0):
         self.target = tuple(target)
         self.distance = distance
         self.yaw = yaw
         self.pitch = pitch
-        self.radius = radius
 
     def axes(self):
         """The camera's right, up and back axes in world space: unit vectors."""
@@ -75,17 +74,17 @@ class Orbit(object):
         bounds = usableBounds(bounds)
         self.target = tuple((bounds[i] + bounds[i + 1]) / 2 for i in (0, 2, 4))
         halves = [(bounds[i + 1] - bounds[i]) / 2 for i in (0, 2, 4)]
-        self.radius = math.sqrt(_dot(halves, halves))
-        if self.radius == 0.0:
-            self.radius = max(1e-3, 1e-3 * max(abs(value) for value in self.target))
-            halves = [self.radius] * 3
+        radius = math.sqrt(_dot(halves, halves))
+        if radius == 0.0:
+            radius = max(1e-3, 1e-3 * max(abs(value) for value in self.target))
+            halves = [radius] * 3
         right, up, back = self.axes()
         slope = math.tan(math.radians(fov) / 2) * self.FILL
         # Each side of the picture is a plane through the camera that no corner may cross. Opposite
         # sides together give the smallest distance, and where between them the camera stands. It
         # keeps clear of the nearest corner, which a wide angle would let it touch.
         self.distance = (sum(halves[i] * abs(back[i]) for i in range(3))
-                         + self.CLEARANCE * self.radius)
+                         + self.CLEARANCE * radius)
         for axis, steepness in ((right, slope * aspect), (up, slope)):
             sides = []
             for sign in (1, -1):
@@ -101,27 +100,22 @@ class Orbit(object):
         self.yaw = (self.yaw + yaw) % 360.0
         self.pitch = min(89.0, max(-89.0, self.pitch + pitch))
 
-    def zoom(self, factor):
-        """Comes nearer by a factor above 1, goes back by one below."""
-        self.distance = min(1e12, max(self.radius * 1e-3, self.distance / factor))
-
-    def pan(self, right, up, fov=45.0):
-        """Moves target and camera; the numbers are in heights of the picture."""
-        height = 2 * self.distance * math.tan(math.radians(fov) / 2)
-        rightAxis, upAxis, _ = self.axes()
-        self.target = tuple(self.target[i] + height * (right * rightAxis[i] + up * upAxis[i])
-                            for i in range(3))
-
-    def nearFar(self):
-        """The planes between which everything framed, and the ground far around it, is drawn."""
-        near = max(self.distance * 1e-2, (self.distance - self.radius) / 2)
-        return near, max(self.distance + 40 * self.radius, near * 2)
-
     def apply(self, camera, aspect=1.0):
         """Puts a ViewportCamera there."""
         camera.setViewMatrix(self.viewMatrix())
         camera.setCenterOfInterest(self.distance)
-        camera.setNearFar(*self.nearFar())
         if camera.getCameraTypeID() != _PERSPECTIVE:
             height = 2 * self.distance * math.tan(math.radians(camera.getFOV()) / 2)
             camera.setOrthographicWidth(height * aspect)
+
+    def follow(self, camera, aspect=1.0):
+        """Stands where a ViewportCamera is, but for what an orbit can't do: lean to a side."""
+        back = [-value for value in camera.getDirection()]
+        self.distance = camera.getCenterOfInterest()
+        if camera.getCameraTypeID() != _PERSPECTIVE:
+            slope = math.tan(math.radians(camera.getFOV()) / 2)
+            self.distance = camera.getOrthographicWidth() / (2 * slope * aspect)
+        self.target = tuple(value - camera.getCenterOfInterest() * back[i]
+                            for i, value in enumerate(camera.getOrigin()))
+        self.yaw = math.degrees(math.atan2(back[0], back[2])) % 360.0
+        self.pitch = min(89.0, max(-89.0, math.degrees(math.asin(min(1.0, max(-1.0, back[1]))))))

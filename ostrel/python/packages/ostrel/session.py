@@ -1,13 +1,16 @@
 """A scene and a viewer delegate that shows it."""
+import math
 import os
 import re
 import time
+import weakref
 
 import PyScenelib
 import PyWindowSystem
 from PyVlAttribute import FloatAttribute, GroupAttribute, GroupBuilder, StringAttribute
 
 import ViewerAPI
+from ostrel import lookthrough
 from ostrel.edithistory import EditHistory
 from ostrel.orbit import usableBounds
 from ostrel.plugins import loadPlugins
@@ -47,6 +50,8 @@ class Session(object):
         self._stepCommit = None  # the last commit, while it is the last step's
         self.lockedNodes = set()
         self._windowIds = []
+        self._views = weakref.WeakValueDictionary()
+        self._selection = []
         ViewerAPI.setEditor(self._edit, self)
         self.delegate = ViewerAPI.CreateViewerDelegate(delegatePlugin)
         self.delegate.setup()
@@ -55,6 +60,10 @@ class Session(object):
         self.delegate.registerCallback(LOADER_CHANNEL, proxyLoaderOp)
         self.delegate.setSystemArgs(self._systemArgs())
         self.delegate.setViewOp(self._edit)
+        self.delegate.setSelectionCallbacks(
+            lambda paths: self.select(paths.getNearestSample(0.0)),
+            lambda _: StringAttribute(self._selection))
+        lookthrough.register(self.delegate, self._views.get)
 
     def __enter__(self):
         return self
@@ -221,6 +230,20 @@ class Session(object):
                 return self.isNodeEditable(owner.getValue(""))
         return True
 
+    # The selection.
+
+    def select(self, locationPaths):
+        """Selects these locations and no others; they need not exist. Clicks in a view do so as
+        well."""
+        locationPaths = list(locationPaths)
+        StringAttribute(locationPaths)  # raises TypeError, before anything has changed
+        self._selection = locationPaths
+        self.delegate.setSelectedLocations(locationPaths)
+
+    def getSelection(self):
+        """The selected locations, a list of paths."""
+        return list(self._selection)
+
     # The viewer.
 
     def pump(self, progress=None, timeout=None):
@@ -255,9 +278,16 @@ class Session(object):
             return None
         return usableBounds(bounds)
 
+    def getExtent(self):
+        """The length of the diagonal of all that the viewer knows; of a box of size 2 without any."""
+        bounds = usableBounds(self.getBounds())
+        return math.sqrt(sum((bounds[i + 1] - bounds[i]) ** 2 for i in (0, 2, 4))) or 1.0
+
     def addView(self, windowId, width, height, name="main", cameraPlugin="PerspectiveCamera"):
         """A View in a native window of this size in pixels; names of views are unique."""
-        return View(self, windowId, width, height, name, cameraPlugin)
+        view = View(self, windowId, width, height, name, cameraPlugin)
+        self._views[name] = view
+        return view
 
     def addOffscreenView(self, width, height, name="picture", cameraPlugin="PerspectiveCamera"):
         """A View of this size in pixels that shows on no screen, for pictures."""

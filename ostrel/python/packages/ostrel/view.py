@@ -4,6 +4,7 @@ from __future__ import division
 import PyWindowSystem
 from PyVlAttribute import IntAttribute
 
+from ostrel.lookthrough import cameraData, cameraPlugin
 from ostrel.orbit import Orbit
 
 #: The vertical angle of the picture, in degrees: a little tele, as things are photographed.
@@ -14,8 +15,8 @@ class View(object):
     """A viewport that shows a session's scene. Made by Session.addView and addOffscreenView.
 
     viewport  the ViewerAPI.Viewport
-    camera    its ViewerAPI.ViewportCamera
-    orbit     where the camera stands; call updateCamera() after changing it
+    camera    its own ViewerAPI.ViewportCamera, which the user moves; see also lookThrough()
+    orbit     where a script wants that camera; call updateCamera() after changing it
     """
 
     def __init__(self, session, windowId, width, height, name, cameraPlugin):
@@ -31,6 +32,10 @@ class View(object):
         self.camera = self.viewport.addCamera(cameraPlugin, "main")
         self.viewport.setActiveCamera(self.camera)
         self.camera.setFOV(_FOV)
+        self._placed = None  # the view matrix that the orbit gave last
+        self._locationPlugin = None
+        self._locationPath = ""
+        self.updateCamera()
         self.resize(width, height)
 
     @property
@@ -44,19 +49,66 @@ class View(object):
         if self._windowId < 0:
             PyWindowSystem.resizeOffscreen(self._windowId, width, height)
         self.viewport.resize(width, height)
-        self.updateCamera()
+        self.viewport.setDirty(True)
 
     def frame(self, bounds=None):
         """Brings the scene, or the given bounds, into the picture without turning the camera."""
         if bounds is None:
             bounds = self._session.getBounds()
+        if self.isMovedByUser():
+            self.orbit.follow(self.camera, self.aspect)
         self.orbit.frame(bounds, self.camera.getFOV(), self.aspect)
         self.updateCamera()
 
     def updateCamera(self):
         """Puts the camera where the orbit is."""
         self.orbit.apply(self.camera, self.aspect)
+        self._placed = self.camera.getViewMatrix()
         self.viewport.setDirty(True)
+
+    def isMovedByUser(self):
+        """Whether the camera is not where the orbit put it last."""
+        return self.camera.getViewMatrix() != self._placed
+
+    def lookThrough(self, path):
+        """Looks through a camera or a light, and follows its changes; None ends that.
+
+        Takes effect in a pump(), once the location is cooked; it need not be open, nor exist yet.
+        The user can't move that camera; the view's own waits where it is. Raises RuntimeError for
+        a path that does not begin with "/", and looks through nothing then.
+        """
+        try:
+            self._session.delegate.setLookThroughLocation(self.viewport, path or "")
+        except RuntimeError:
+            self.showFreely()
+            raise
+
+    def getLookThrough(self):
+        """The path that the picture is seen through, or None."""
+        return self._locationPath or None
+
+    def showThrough(self, path, attributes):
+        """The delegate's answer to lookThrough(): this is what it looks through now."""
+        plugin = cameraPlugin(attributes)
+        if self._locationPlugin != plugin or self._locationPath != path:
+            # A camera of its own for each location: none keeps what the one before had.
+            camera = self.viewport.addCamera(plugin, "location")
+            camera.disableInteraction(True)
+            self.viewport.setActiveCamera(camera)
+            self._locationPlugin, self._locationPath = plugin, path
+            if plugin == "OrthographicCamera":
+                # Lights have no width.
+                camera.setOrthographicWidth(self._session.getExtent())
+        self.viewport.getActiveCamera().setup(cameraData(path, attributes))
+        self.viewport.setDirty(True)
+
+    def showFreely(self):
+        """The delegate's answer to lookThrough(): there is nothing to look through."""
+        if self._locationPlugin:
+            self._locationPlugin, self._locationPath = None, ""
+            self.viewport.setActiveCamera(self.camera)
+            self.viewport.removeCamera("location")
+            self.viewport.setDirty(True)
 
     def draw(self):
         """Draws what the delegate knows by now."""
