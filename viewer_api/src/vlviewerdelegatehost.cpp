@@ -10,6 +10,7 @@
 #include "scenetransforms.h"
 #include "steadyclock.h"
 #include "vlviewerdelegatecomponenthost.h"
+#include "vlviewporthost.h"
 #include "workingsetextraction.h"
 
 #include "VlAttribute/IntAttribute.h"
@@ -196,12 +197,23 @@ void VlViewerDelegateHostStruct::handlePrimaryEvents(std::vector<LocationEvent>&
         const LocationData& data = event.getLocationData();
         if (!data.doesLocationExist()) {
             locationTree.deleteLocation(path);
+            tellManipulators(path, getAttributes(path, kVlViewerDelegatePrimary));
             continue;
         }
         WorkingSetState workingSet;
-        GroupAttribute attributes = extractWorkingSetState(data.getAttrs(), workingSet);
+        const GroupAttribute attributes = extractWorkingSetState(data.getAttrs(), workingSet);
         const bool isLeaf = data.getPotentialChildren().getNumberOfValues() == 0;
-        locationTree.cook(path, std::move(attributes), workingSet, false, isLeaf);
+        locationTree.cook(path, attributes, workingSet, false, isLeaf);
+        tellManipulators(path, attributes);
+    }
+}
+
+void VlViewerDelegateHostStruct::tellManipulators(const std::string& path,
+                                                  const GroupAttribute& attributes) {
+    const std::vector<VlViewportHostStruct*> snapshot = viewports.viewports;
+    for (VlViewportHostStruct* const viewport : snapshot) {
+        if (viewports.contains(viewport))
+            viewport->onLocationChanged(path, attributes);
     }
 }
 

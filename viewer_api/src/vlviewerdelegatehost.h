@@ -264,6 +264,7 @@ private:
     void endPlugins();
     void fetchAndHandleEvents();
     void handlePrimaryEvents(std::vector<VlScenelib::LocationEvent>& events);
+    void tellManipulators(const std::string& path, const VlAttribute::GroupAttribute& attributes);
     void handleSourceEvents(std::vector<VlScenelib::LocationEvent>& events);
     void handleLookThroughEvents(std::vector<VlScenelib::LocationEvent>& events);
     void applyFactoryProducts();

@@ -38,6 +38,7 @@ VlViewportHostStruct::VlViewportHostStruct(const std::string& pluginName, const 
         // The create entry may have added some before it failed.
         endLife();
         endLayers();
+        endManipulators();
         leaveCameras();
         throw;
     }
@@ -47,6 +48,7 @@ VlViewportHostStruct::~VlViewportHostStruct() {
     endLife();
     makeGLContextCurrent();
     endLayers();
+    endManipulators();
     SharedGLContext::releaseDeviceContext(windowId, deviceContext);
     deviceContext = nullptr;
     destroyPluginInstance(pluginSuite, pluginHandle);

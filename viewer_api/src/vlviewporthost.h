@@ -16,10 +16,15 @@
 struct ViewportPluginSuite;
 struct VlAttributeStruct;
 
+namespace VlAttribute {
+class StringAttribute;
+} // namespace VlAttribute
+
 namespace ViewerAPI {
 
 class VlViewportPicker;
 struct PixelRegion;
+struct VlManipulatorHostStruct;
 struct VlViewerDelegateHostStruct;
 struct VlViewportCameraHostStruct;
 struct VlViewportLayerHostStruct;
@@ -41,8 +46,9 @@ struct VlViewportHostStruct : public HostObject {
     /// adds the viewport to the delegate, which then owns it.
     VlViewportHostStruct(const std::string& pluginName, const std::string& name,
                          VlViewerDelegateHostStruct* viewerDelegate);
-    /// Ends layers last to first without running their `cleanup`, releases the device context,
-    /// calls the plug-in's `destroy`. The cameras and their plug-in instances stay alive.
+    /// Ends layers last to first without running their `cleanup`, then the manipulators, releases
+    /// the device context, calls the plug-in's `destroy`. The cameras and their plug-in instances
+    /// stay alive.
     ~VlViewportHostStruct() override;
 
     /// Joins the shared context with the window and sets up plug-in and layers, also when that
@@ -145,6 +151,24 @@ struct VlViewportHostStruct : public HostObject {
     void enableCapability(uint32_t capability);
     void disableCapability(uint32_t capability);
 
+    // ---- Manipulators: at most one of each plug-in. `signal` tells the user interface of the
+    // change by the channel "__ACTIVE_MANIPULATORS_CHANGED".
+
+    /// Does nothing when one of this plug-in is active. Throws when the plug-in can't be loaded,
+    /// and then nothing has changed. Null for no paths.
+    void activateManipulator(const std::string& pluginName,
+                             const VlAttribute::StringAttribute& locationPaths, bool signal);
+    void deactivateManipulator(const std::string& pluginName, bool signal);
+    void deactivateAllManipulators(bool signal);
+    [[nodiscard]] uint32_t getNumberOfActiveManipulators() const;
+    /// In order of activation.
+    [[nodiscard]] VlManipulatorHostStruct* getActiveManipulatorByIndex(uint32_t index) const;
+    [[nodiscard]] VlManipulatorHostStruct*
+    getActiveManipulator(const std::string& pluginName) const;
+    /// For the delegate: a location has these attributes now, or, with null, is gone. Asks for a
+    /// picture when a manipulator edits other locations than before.
+    void onLocationChanged(const std::string& path, const VlAttribute::GroupAttribute& attributes);
+
     // ---- Picking. The region is in window coordinates, with the origin at the top left.
 
     /// Registers what the plug-in is about to draw by the id that this answers: the colour to draw
@@ -167,8 +191,9 @@ struct VlViewportHostStruct : public HostObject {
     bool isDirty = false;       ///< a redraw is wanted; only `setDirty(false)` clears it
     Imath::M44d fallbackViewMatrix;
     Imath::M44d fallbackProjectionMatrix;
-    std::vector<VlViewportLayerHostStruct*> layers; ///< owned
-    std::vector<std::string> layerNames;            ///< parallel to `layers`
+    std::vector<VlViewportLayerHostStruct*> layers;           ///< owned
+    std::vector<std::string> layerNames;                      ///< parallel to `layers`
+    std::vector<VlManipulatorHostStruct*> activeManipulators; ///< owned, in order of activation
     std::map<std::string, uint32_t> cameraIndexByName;
     std::vector<VlViewportCameraHostStruct*> cameras; ///< ended only by their removal
     int32_t windowId = 0;
@@ -188,6 +213,8 @@ private:
 
     void endLayers();
     void leaveCameras();
+    void endManipulators();
+    void signalActiveManipulatorsChanged(const std::string& manipulatorName);
     void walkLayers(const LayerOperation& operation);
     VlViewportLayerHostStruct* placeLayer(const std::string& pluginName,
                                           const std::string& layerName, size_t index);

@@ -2,6 +2,7 @@
 #include "binding.h"
 #include "channeldispatch.h"
 #include "pymanipulatorbridge.h"
+#include "pymanipulatorobject.h"
 #include "pyviewerdelegatecomponentobject.h"
 #include "pyviewerdelegateobject.h"
 #include "pyviewportcameraobject.h"
@@ -96,6 +97,7 @@ PyObject* start() {
     }
     PyModule_AddIntConstant(module, "kViewportLayerPluginVersion",
                             VL_VIEWPORT_LAYER_PLUGIN_API_VERSION);
+    registerManipulatorType(module);
     registerViewerDelegateType(module);
     registerViewerDelegateComponentType(module);
     registerViewportType(module);

@@ -4,6 +4,7 @@
 #include "optiondocs.h"
 #include "pyviewportcameraobject.h"
 #include "pyviewportlayerobject.h"
+#include "pyviewportmanipulators.h"
 #include "textargument.h"
 #include "viewportdocs.h"
 #include "vlviewerdelegatehost.h"
@@ -400,6 +401,18 @@ PyMethodDef methods[] = {
     method<&removeLayerByIndex>("removeLayerByIndex", docs::viewport::removeLayerByIndex),
     method<&getNumberOfLayers>("getNumberOfLayers", docs::viewport::getNumberOfLayers),
     method<&getLayerName>("getLayerName", docs::viewport::getLayerName),
+    method<&activateManipulator>("activateManipulator", docs::viewport::activateManipulator),
+    method<&deactivateManipulator>("deactivateManipulator", docs::viewport::deactivateManipulator),
+    method<&deactivateAllManipulators>("deactivateAllManipulators",
+                                       docs::viewport::deactivateAllManipulators),
+    method<&getNumberOfActiveManipulators>("getNumberOfActiveManipulators",
+                                           docs::viewport::getNumberOfActiveManipulators),
+    method<&getActiveManipulatorByIndex>("getActiveManipulatorByIndex",
+                                         docs::viewport::getActiveManipulatorByIndex),
+    method<&getActiveManipulatorTags>("getActiveManipulatorTags",
+                                      docs::viewport::getActiveManipulatorTags),
+    method<&getActiveManipulatorPluginName>("getActiveManipulatorPluginName",
+                                            docs::viewport::getActiveManipulatorPluginName),
     method<&freeze>("freeze", docs::viewport::freeze),
     method<&thaw>("thaw", docs::viewport::thaw),
     method<&setFloat<&Host::setHorizontalOffset>>("setHorizontalOffset",

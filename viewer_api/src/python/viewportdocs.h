@@ -168,4 +168,43 @@ inline constexpr char setPanAndZoomActive[] =
 inline constexpr char isPanAndZoomActive[] = "isPanAndZoomActive()\n\n"
                                              "Returns whether offsets and zoom apply to the view.";
 
+inline constexpr char activateManipulator[] =
+    "activateManipulator(str pluginName, list(str) locationPaths, bool signal)\n\n"
+    "Activates a Manipulator with the given plugin name for the specified locations. This will "
+    "instantiate a Manipulator plugin on this Viewport that manipulates those locations. After "
+    "this the manipulator will be ready to be drawn and interacted with, which can either be "
+    "implemented directly on the Viewport or in a ViewportLayer dedicated to manipulators. Only "
+    "one Manipulator instance of the given type can be active at once. The bool 'signal' argument "
+    "specifies if this should trigger the Python callback that signals a change in the list of "
+    "active manipulators.";
+
+inline constexpr char deactivateManipulator[] =
+    "deactivateManipulator(str pluginName, bool signal)\n\n"
+    "Deactivates a Manipulator with the given plugin name that has been previously activated in "
+    "this Viewport. The bool 'signal' argument specifies if this should trigger the Python "
+    "callback that signals a change in the list of active manipulators.";
+
+inline constexpr char deactivateAllManipulators[] =
+    "deactivateAllManipulators(bool signal)\n\n"
+    "Deactivates all active Manipulators of this Viewport. The bool 'signal' argument specifies "
+    "if this should trigger the Python callback that signals a change in the list of active "
+    "manipulators.";
+
+inline constexpr char getNumberOfActiveManipulators[] =
+    "getNumberOfActiveManipulators() -> int\n\n"
+    "Returns how many Manipulators are active in this Viewport.";
+
+inline constexpr char getActiveManipulatorByIndex[] =
+    "getActiveManipulatorByIndex(int index) -> Manipulator\n\n"
+    "Returns an active Manipulator, in order of activation, or None if there is none with this "
+    "index.";
+
+inline constexpr char getActiveManipulatorTags[] =
+    "getActiveManipulatorTags(int) -> GroupAttribute\n\n"
+    "Returns the tags of the active Manipulator with this index, or None if there is none.";
+
+inline constexpr char getActiveManipulatorPluginName[] =
+    "getActiveManipulatorPluginName(int) -> str\n\n"
+    "Returns the plugin name of the active Manipulator with this index, or None if there is none.";
+
 } // namespace ViewerAPI::docs::viewport

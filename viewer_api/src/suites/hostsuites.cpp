@@ -1,5 +1,7 @@
 #include "hostsuites.h"
 
+#include "manipulatorhandlehostsuite.h"
+#include "manipulatorhostsuite.h"
 #include "optionidgeneratorhostsuite.h"
 #include "viewerdelegatecomponenthostsuite.h"
 #include "viewerdelegatehostsuite.h"
@@ -13,6 +15,8 @@ namespace ViewerAPI {
 
 void registerHostSuites() {
     using VlPluginSystem::addHostSuite;
+    addHostSuite(getManipulatorHandleHostSuite(), "ManipulatorHandleHost", 1);
+    addHostSuite(getManipulatorHostSuite(), "ManipulatorHost", 2);
     addHostSuite(getOptionIdGeneratorHostSuite(), "OptionIdGeneratorHost", 1);
     addHostSuite(getViewerDelegateComponentHostSuite(), "ViewerDelegateComponentHost", 2);
     // Both versions stay available, so that plug-ins built against either load.

@@ -10,6 +10,9 @@ void writeTriple(Host* object, void** host, void** instance, const void** suite)
     if constexpr (requires { object->pluginHandle; }) {
         *instance = object ? object->pluginHandle : nullptr;
         *suite = object ? object->pluginSuite : nullptr;
+    } else if constexpr (requires { object->pluginInstance; }) {
+        *instance = object ? object->pluginInstance : nullptr;
+        *suite = object ? object->pluginSuite : nullptr;
     } else {
         *instance = object ? object->instance : nullptr;
         *suite = object ? object->suite : nullptr;

@@ -1,11 +1,14 @@
 #include "viewporthostsuite.h"
 
 #include "triple.h"
+#include "vlmanipulatorhost.h"
 #include "vlviewerdelegatehost.h"
 #include "vlviewportcamerahost.h"
 #include "vlviewporthost.h"
 #include "vlviewportlayerhost.h"
 #include "vlviewportpicker.h"
+
+#include "VlAttribute/StringAttribute.h"
 
 namespace ViewerAPI {
 
@@ -215,6 +218,38 @@ int initializeGLContext(void* host) {
     return viewportOf(host).initializeGLContext();
 }
 
+// A plug-in's changes are always told to the user interface.
+
+void activateManipulator(void* host, const char* pluginName, VlAttributeStruct* locationPaths) {
+    viewportOf(host).activateManipulator(
+        textOf(pluginName),
+        VlAttribute::StringAttribute(VlAttribute::Attribute::CreateAndRetain(locationPaths)), true);
+}
+
+void deactivateManipulator(void* host, const char* pluginName) {
+    viewportOf(host).deactivateManipulator(textOf(pluginName), true);
+}
+
+void deactivateAllManipulators(void* host) {
+    viewportOf(host).deactivateAllManipulators(true);
+}
+
+uint32_t getNumberOfActiveManipulators(void* host) {
+    return viewportOf(host).getNumberOfActiveManipulators();
+}
+
+void getActiveManipulatorByIndex(void* host, uint32_t index, void** manipulatorHost,
+                                 void** instance, const void** suite) {
+    writeTriple(viewportOf(host).getActiveManipulatorByIndex(index), manipulatorHost, instance,
+                suite);
+}
+
+void getActiveManipulator(void* host, const char* pluginName, void** manipulatorHost,
+                          void** instance, const void** suite) {
+    writeTriple(viewportOf(host).getActiveManipulator(textOf(pluginName)), manipulatorHost,
+                instance, suite);
+}
+
 constexpr ViewportHostSuite kSuite = {
     .getName = getName,
     .getViewerDelegate = getViewerDelegate,
@@ -247,12 +282,12 @@ constexpr ViewportHostSuite kSuite = {
     .getLayerIndex = getLayerIndex,
     .getViewMatrix = getViewMatrix,
     .getProjectionMatrix = getProjectionMatrix,
-    .activateManipulator = nullptr,
-    .deactivateManipulator = nullptr,
-    .deactivateAllManipulators = nullptr,
-    .getNumberOfActiveManipulators = nullptr,
-    .getActiveManipulatorByIndex = nullptr,
-    .getActiveManipulator = nullptr,
+    .activateManipulator = activateManipulator,
+    .deactivateManipulator = deactivateManipulator,
+    .deactivateAllManipulators = deactivateAllManipulators,
+    .getNumberOfActiveManipulators = getNumberOfActiveManipulators,
+    .getActiveManipulatorByIndex = getActiveManipulatorByIndex,
+    .getActiveManipulator = getActiveManipulator,
     .getReserved = getReserved,
     .makeGLContextCurrent = makeGLContextCurrent,
     .doneGLContextCurrent = doneGLContextCurrent,

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "VlAttribute/DoubleAttribute.h"
+
+#include <ImathMatrix.h>
+
+namespace ViewerAPI {
+
+/// The sample nearest to time 0, for row vectors; the identity in place of values that are missing.
+[[nodiscard]] Imath::M44d toMatrix(const VlAttribute::DoubleAttribute& attribute);
+
+/// 16 values, tuple size 4.
+[[nodiscard]] VlAttribute::DoubleAttribute toMatrixAttribute(const Imath::M44d& matrix);
+
+} // namespace ViewerAPI
