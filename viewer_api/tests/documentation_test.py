@@ -87,6 +87,16 @@ VIEWER_DELEGATE_COMPONENT = (
     ("getOptionByName", "getOption(str name) -> Attribute"),
 )
 
+MANIPULATOR = (
+    ("getPluginName", "getPluginName() -> str"),
+    ("getTags", "getTags() -> GroupAttribute"),
+    ("getLocationPaths", "getLocationPaths() -> StringAttribute"),
+    ("setOption", "setOption(long optionId, Attribute value)"),
+    ("setOptionByName", "setOptionByName(str name, Attribute value)"),
+    ("getOption", "getOption(long optionId) -> Attribute"),
+    ("getOptionByName", "getOptionByName(str name) -> Attribute"),
+)
+
 VIEWPORT = (
     ("getName", "getName() -> str"),
     ("setup", "setup(int winId)"),
@@ -120,6 +130,14 @@ VIEWPORT = (
     ("removeLayerByIndex", "removeLayerByIndex(int index)"),
     ("getNumberOfLayers", "getNumberOfLayers()"),
     ("getLayerName", "getLayerName(int index) -> str"),
+    ("activateManipulator",
+     "activateManipulator(str pluginName, list(str) locationPaths, bool signal)"),
+    ("deactivateManipulator", "deactivateManipulator(str pluginName, bool signal)"),
+    ("deactivateAllManipulators", "deactivateAllManipulators(bool signal)"),
+    ("getNumberOfActiveManipulators", "getNumberOfActiveManipulators() -> int"),
+    ("getActiveManipulatorByIndex", "getActiveManipulatorByIndex(int index) -> Manipulator"),
+    ("getActiveManipulatorTags", "getActiveManipulatorTags(int) -> GroupAttribute"),
+    ("getActiveManipulatorPluginName", "getActiveManipulatorPluginName(int) -> str"),
     ("freeze", "freeze()"),
     ("thaw", "thaw()"),
     ("setHorizontalOffset", "setHorizontalOffset()"),
@@ -259,6 +277,12 @@ TEXTS = {
         "unregisterAllCallbacks": ["Removes all registered callback functions."],
     },
     "ViewerDelegateComponent": {"getOptionByName": [BY_NAME_TEXT]},
+    "Manipulator": {
+        "getPluginName": ["Gets the manipulator's plug-in name."],
+        "getTags": ["Gets the tags GroupAttribute of the manipulator."],
+        "getLocationPaths": [
+            "Gets the location paths being manipulated by this manipulator."],
+    },
     "Viewport": {
         "setup": [
             "Called whenever a user interaction event occurs. This will be also propagated "
@@ -281,6 +305,19 @@ TEXTS = {
             "Viewport. If a camera of the same name already exists, it will be deleted. If said "
             "camera happened to be the active camera, the new camera will become the active "
             "camera. Returns the newly created ViewportCamera."],
+        "activateManipulator": [
+            "Activates a Manipulator with the given plugin name for the specified locations. This "
+            "will instantiate a Manipulator plugin on this Viewport that manipulates those "
+            "locations. After this the manipulator will be ready to be drawn and interacted with, "
+            "which can either be implemented directly on the Viewport or in a ViewportLayer "
+            "dedicated to manipulators. Only one Manipulator instance of the given type can be "
+            "active at once. The bool 'signal' argument specifies if this should trigger the "
+            "Python callback that signals a change in the list of active manipulators."],
+        "deactivateManipulator": [
+            "Deactivates a Manipulator with the given plugin name that has been previously "
+            "activated in this Viewport. The bool 'signal' argument specifies if this should "
+            "trigger the Python callback that signals a change in the list of active "
+            "manipulators."],
         "freeze": [
             "Allows the Viewport to freeze its activities when the Viewer is not visible. This "
             "allows the Viewport to stop any kind of unecessary processing that might happen "
@@ -302,6 +339,7 @@ TEXTS = {
 }
 
 METHODS = (
+    ("Manipulator", MANIPULATOR),
     ("ViewerDelegate", VIEWER_DELEGATE),
     ("ViewerDelegateComponent", VIEWER_DELEGATE_COMPONENT),
     ("Viewport", VIEWPORT),

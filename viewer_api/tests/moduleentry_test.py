@@ -30,8 +30,8 @@ class ModuleEntryTest(unittest.TestCase):
             ViewerAPI.CameraDirtyBits_AllDirty == ViewerAPI.CameraDirtyBits_DirtyParams)
 
     def test_typesBearTheModulesName(self):
-        for name in ("ViewerDelegate", "ViewerDelegateComponent", "Viewport", "ViewportLayer",
-                     "ViewportCamera"):
+        for name in ("Manipulator", "ViewerDelegate", "ViewerDelegateComponent", "Viewport",
+                     "ViewportLayer", "ViewportCamera"):
             self.assertEqual(name, getattr(ViewerAPI, name).__name__)
             self.assertEqual("ViewerAPI_cmodule", getattr(ViewerAPI, name).__module__)
 
@@ -39,7 +39,7 @@ class ModuleEntryTest(unittest.TestCase):
     def test_theLayerVersionAndTheTypesAreAddedInTheirOrder(self):
         names = [name for name, value in vars(ViewerAPI).items()
                  if isinstance(value, type) or name == "kViewportLayerPluginVersion"]
-        self.assertEqual(["kViewportLayerPluginVersion", "ViewerDelegate",
+        self.assertEqual(["kViewportLayerPluginVersion", "Manipulator", "ViewerDelegate",
                           "ViewerDelegateComponent", "Viewport", "ViewportLayer",
                           "ViewportCamera"], names)
 

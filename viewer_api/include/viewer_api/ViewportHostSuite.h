@@ -7,8 +7,6 @@
  * for the caller; one passed in stays the caller's. Booleans go in as any int (non-zero: true) and
  * come out as 0 or 1. Pixel coordinates have their origin at the top left of the window, with y
  * downwards.
- *
- * The entries from activateManipulator to getActiveManipulator are null so far.
  */
 #pragma once
 
