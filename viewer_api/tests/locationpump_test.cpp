@@ -63,6 +63,21 @@ TEST_F(LocationPump, leavesThePinnedClientAloneInWorkingSetMode) {
     EXPECT_THAT(plugin.takeEventLines(), IsEmpty());
 }
 
+TEST_F(LocationPump, takesNoMoreThanTheEventLimitOfEachClient) {
+    delegate->eventLimit = 2;
+    for (const int number : {kPrimaryClient, kPinnedClient, kSourcesClient, kLookThroughClient}) {
+        for (const char* const path : {"/root", "/root/a", "/root/b"})
+            client(number).report(path);
+    }
+    pump();
+    for (const int number : {kPrimaryClient, kPinnedClient, kSourcesClient, kLookThroughClient})
+        EXPECT_EQ(client(number).getNumberOfWaitingEvents(), 1U) << "client " << number;
+    EXPECT_THAT(
+        log.take("cleanupLiveAttributes"),
+        ElementsAre("bridge cleanupLiveAttributes /root", "bridge cleanupLiveAttributes /root/a",
+                    "bridge cleanupLiveAttributes /root", "bridge cleanupLiveAttributes /root/a"));
+}
+
 TEST_F(LocationPump, bringsCookedLocationsToThePlugin) {
     client(kPrimaryClient).report("/root", named("root"), {"a"});
     client(kPrimaryClient).report("/root/a", named("a"));
@@ -252,6 +267,23 @@ TEST_F(LocationPump, looksForStaleLiveValuesOnceInAnInterval) {
     EXPECT_EQ(delegate->lastCleanup, clock.now);
     EXPECT_THAT(log.take("cleanupLiveAttributes"),
                 ElementsAre("bridge cleanupLiveAttributes /root/a"));
+}
+
+TEST_F(LocationPump, looksForStaleLiveValuesBetweenTheFetchAndTheFirstEvent) {
+    client(kPrimaryClient).report("/root");
+    Lines fetchedBefore;
+    Lines handledBefore;
+    client(kPrimaryClient).isCurrent = [&](const std::string&, std::int64_t) {
+        fetchedBefore = fetches();
+        handledBefore = log.take("cleanupLiveAttributes");
+        return false;
+    };
+    delegate->liveValues.liveAttributes["/root/a"] = liveEntry();
+    clock.advanceMs(1000);
+    pump();
+    EXPECT_EQ(fetchedBefore.size(), 4U);
+    EXPECT_THAT(handledBefore, IsEmpty());
+    EXPECT_EQ(log.take("cleanupLiveAttributes").size(), 1U) << "the event's";
 }
 
 TEST_F(LocationPump, dropsOnlyLiveValuesWhoseDataReflectsTheManipulationsCommit) {
