@@ -14,8 +14,15 @@ struct DrawItem {
     const Batch* batch = nullptr;
     const Material* material = nullptr;
     const GpuMesh* mesh = nullptr;
+    DisplayMode mode = DisplayMode::Shaded;
+    /// The mesh's wires; null where the mode shows none.
+    const GpuMesh* wires = nullptr;
     GpuBatch* gpu = nullptr;
     std::span<const InstanceRun> runs;
+
+    [[nodiscard]] bool showsSurface() const noexcept {
+        return mode == DisplayMode::Shaded || mode == DisplayMode::WireframeOnShaded;
+    }
 };
 
 } // namespace Bundled

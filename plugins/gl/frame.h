@@ -1,5 +1,7 @@
 #pragma once
 
+#include "scene/drawoptions.h"
+
 #include <Imath/ImathMatrix.h>
 
 namespace Bundled {
@@ -9,6 +11,8 @@ struct Frame {
     Imath::M44f worldToView;
     Imath::M44f viewToClip;
     bool cullBackFaces = false;
+    /// How locations are drawn that don't say so themselves.
+    DisplayMode displayMode = DisplayMode::Shaded;
     /// Quick light, as a draft has it.
     bool isDraft = false;
 

@@ -23,7 +23,24 @@ struct DrawCommand {
     GLuint baseInstance = 0;
 };
 
-void bindInstanceAttributes(const GLBuffer& instances) {
+void drawRuns(const GpuMesh::IndexRange& range, std::span<const InstanceRun> runs) {
+    for (const InstanceRun& run : runs) {
+        const auto count = static_cast<GLsizei>(run.count);
+        if (run.first == 0) {
+            glDrawElementsInstanced(range.mode, range.count, GL_UNSIGNED_INT, range.offset(),
+                                    count);
+        } else {
+            glDrawElementsInstancedBaseInstance(range.mode, range.count, GL_UNSIGNED_INT,
+                                                range.offset(), count,
+                                                static_cast<GLuint>(run.first));
+        }
+    }
+}
+
+} // namespace
+
+void GpuBatch::bindAttributes(const GpuMesh& batchMesh) const {
+    batchMesh.bindAttributes();
     glBindBuffer(GL_ARRAY_BUFFER, instances.get());
     for (GLuint row = 0; row < 5; ++row) {
         const GLuint location = kFirstInstanceAttribute + row;
@@ -33,17 +50,15 @@ void bindInstanceAttributes(const GLBuffer& instances) {
                               reinterpret_cast<const void*>(offset));
         glVertexAttribDivisor(location, 1);
     }
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
-
-} // namespace
 
 void GpuBatch::upload(Batch& batch, const GpuMesh& batchMesh) {
     if (!vertexArray) {
         mesh = &batchMesh;
         glBindVertexArray(vertexArray.create());
-        mesh->bindAttributes();
         instances.create();
-        bindInstanceAttributes(instances);
+        bindAttributes(*mesh);
         glBindVertexArray(0);
     }
     if (!batch.changed.isEmpty() || batch.instances.size() > capacity) {
@@ -85,17 +100,7 @@ void GpuBatch::draw(GpuMesh::Part part, std::span<const InstanceRun> runs) {
     }
     glBindVertexArray(vertexArray.get());
     if (part != GpuMesh::Part::Triangles || !prefersSeparateDraws()) {
-        for (const InstanceRun& run : runs) {
-            const auto count = static_cast<GLsizei>(run.count);
-            if (run.first == 0) {
-                glDrawElementsInstanced(range.mode, range.count, GL_UNSIGNED_INT, range.offset(),
-                                        count);
-            } else {
-                glDrawElementsInstancedBaseInstance(range.mode, range.count, GL_UNSIGNED_INT,
-                                                    range.offset(), count,
-                                                    static_cast<GLuint>(run.first));
-            }
-        }
+        drawRuns(range, runs);
         return;
     }
     glBindBuffer(GL_DRAW_INDIRECT_BUFFER, commands.create());
@@ -116,6 +121,18 @@ void GpuBatch::draw(GpuMesh::Part part, std::span<const InstanceRun> runs) {
                                     static_cast<GLsizei>(run.count), 0);
     }
     glBindBuffer(GL_DRAW_INDIRECT_BUFFER, 0);
+}
+
+void GpuBatch::drawWires(const GpuMesh& wires, GpuMesh::Part part,
+                         std::span<const InstanceRun> runs) {
+    const bool isNew = !wireVertexArray;
+    glBindVertexArray(wireVertexArray.create());
+    if (isNew) {
+        bindAttributes(wires);
+    }
+    if (const GpuMesh::IndexRange& range = wires.getRange(part); range.count != 0) {
+        drawRuns(range, runs);
+    }
 }
 
 } // namespace Bundled

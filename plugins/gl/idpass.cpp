@@ -12,6 +12,8 @@ namespace {
 
 constexpr GLuint kFirstRowAttribute = 4;
 constexpr GLuint kIdAttribute = 9;
+/// Shown lines are one pixel wide; this many can be hit.
+constexpr float kLineWidthPx = 5.0f;
 
 } // namespace
 
@@ -31,6 +33,7 @@ void IdPass::draw(std::span<const DrawItem> items, const SceneMirror& mirror,
     program.set("viewToClip", frame.viewToClip);
     program.set("surfaceTexture", 0);
     glPointSize(kPointSizePx);
+    glLineWidth(kLineWidthPx);
     glActiveTexture(GL_TEXTURE0);
     glBindVertexArray(vertexArray.create());
     glBindBuffer(GL_ARRAY_BUFFER, buffer.create());
@@ -39,6 +42,7 @@ void IdPass::draw(std::span<const DrawItem> items, const SceneMirror& mirror,
     for (const Share& share : shares) {
         drawShare(share, textures);
     }
+    glLineWidth(1.0f);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
     glBindTexture(GL_TEXTURE_2D, 0);
 }
@@ -69,7 +73,32 @@ void IdPass::gather(std::span<const DrawItem> items, const SceneMirror& mirror,
 }
 
 void IdPass::drawShare(const Share& share, const TextureStore& textures) {
-    share.item->mesh->bindAttributes();
+    const DrawItem& item = *share.item;
+    if (item.showsSurface()) {
+        bindAttributes(share, *item.mesh);
+        const GpuTexture* picture = textures.find(*item.material);
+        const bool hasHoles = picture && picture->hasAlpha();
+        program.set("hasHoles", hasHoles ? 1 : 0);
+        glBindTexture(GL_TEXTURE_2D, hasHoles ? picture->get() : 0);
+        for (const auto part :
+             {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
+            drawPart(share, *item.mesh, part);
+        }
+        return;
+    }
+    program.set("hasHoles", 0);
+    bindAttributes(share, *item.wires);
+    if (item.mode == DisplayMode::Points) {
+        drawPart(share, *item.wires, GpuMesh::Part::Points);
+    } else {
+        drawPart(share, *item.wires, GpuMesh::Part::Lines);
+        bindAttributes(share, *item.mesh);
+        drawPart(share, *item.mesh, GpuMesh::Part::Points);
+    }
+}
+
+void IdPass::bindAttributes(const Share& share, const GpuMesh& mesh) const {
+    mesh.bindAttributes();
     glBindBuffer(GL_ARRAY_BUFFER, buffer.get());
     const auto place = [&share](std::size_t offset) {
         return reinterpret_cast<const void*>(share.first * sizeof(IdInstance) + offset);
@@ -85,18 +114,13 @@ void IdPass::drawShare(const Share& share, const TextureStore& textures) {
     glVertexAttribIPointer(kIdAttribute, 1, GL_UNSIGNED_INT, sizeof(IdInstance),
                            place(offsetof(IdInstance, id)));
     glVertexAttribDivisor(kIdAttribute, 1);
+}
 
-    const GpuTexture* picture = textures.find(*share.item->material);
-    const bool hasHoles = picture && picture->hasAlpha();
-    program.set("hasHoles", hasHoles ? 1 : 0);
-    glBindTexture(GL_TEXTURE_2D, hasHoles ? picture->get() : 0);
-    for (const auto part :
-         {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
-        const GpuMesh::IndexRange& range = share.item->mesh->getRange(part);
-        if (range.count != 0) {
-            glDrawElementsInstanced(range.mode, range.count, GL_UNSIGNED_INT, range.offset(),
-                                    static_cast<GLsizei>(share.count));
-        }
+void IdPass::drawPart(const Share& share, const GpuMesh& mesh, GpuMesh::Part part) {
+    const GpuMesh::IndexRange& range = mesh.getRange(part);
+    if (range.count != 0) {
+        glDrawElementsInstanced(range.mode, range.count, GL_UNSIGNED_INT, range.offset(),
+                                static_cast<GLsizei>(share.count));
     }
 }
 

@@ -14,8 +14,9 @@
 
 namespace Bundled {
 
-/// Draws every location in its own colour, for picking: instanced as the shaded picture is, and
-/// only what a frustum can touch. Blending, dithering and all else that could touch a colour is
+/// Draws every location in its own colour, for picking: instanced as the shown picture is, and
+/// only what a frustum can touch. Of wires and points it draws more than is shown, so that they can
+/// be hit. Blending, dithering and all else that could touch a colour is
 /// off meanwhile. [gl-current]
 class IdPass {
 public:
@@ -44,6 +45,8 @@ private:
     void gather(std::span<const DrawItem> items, const SceneMirror& mirror, const Frustum& frustum,
                 const GetId& getId);
     void drawShare(const Share& share, const TextureStore& textures);
+    void bindAttributes(const Share& share, const GpuMesh& mesh) const;
+    static void drawPart(const Share& share, const GpuMesh& mesh, GpuMesh::Part part);
 
     ShaderProgram program;
     GLVertexArray vertexArray;

@@ -55,7 +55,9 @@ std::size_t ShadedPass::draw(std::span<const DrawItem> items, const TextureStore
     drawCalls = 0;
     std::vector<const DrawItem*> kinds[3];
     for (const DrawItem& item : items) {
-        kinds[static_cast<std::size_t>(kindOf(*item.material, textures))].push_back(&item);
+        if (item.showsSurface()) {
+            kinds[static_cast<std::size_t>(kindOf(*item.material, textures))].push_back(&item);
+        }
     }
     auto& [opaque, cutOut, transparent] = kinds;
     {
@@ -97,6 +99,11 @@ void ShadedPass::drawItems(const std::vector<const DrawItem*>& items, const Text
         } else {
             glDisable(GL_CULL_FACE);
         }
+        if (item->wires) {
+            // Behind its own edges, so that the two don't fight.
+            glEnable(GL_POLYGON_OFFSET_FILL);
+            glPolygonOffset(1.0f, 2.0f);
+        }
         for (const auto part :
              {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
             if (item->mesh->getRange(part).count != 0) {
@@ -104,6 +111,10 @@ void ShadedPass::drawItems(const std::vector<const DrawItem*>& items, const Text
                 item->gpu->draw(part, item->runs);
                 drawCalls += item->runs.size();
             }
+        }
+        if (item->wires) {
+            glPolygonOffset(0.0f, 0.0f);
+            glDisable(GL_POLYGON_OFFSET_FILL);
         }
     }
     glBindTexture(GL_TEXTURE_2D, 0);

@@ -11,8 +11,8 @@
 
 namespace Bundled {
 
-/// Draws surfaces by a soft light that moves with the camera: opaque ones first, then cut-outs,
-/// then what shines through, from back to front. Writes linear light. [gl-current]
+/// Draws what shows its surfaces by a soft light that moves with the camera: opaque ones first,
+/// then cut-outs, then what shines through, from back to front. Writes linear light. [gl-current]
 class ShadedPass {
 public:
     /// Answers the number of draw calls.

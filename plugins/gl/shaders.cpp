@@ -152,8 +152,76 @@ void main() {
                        vec3(0.05, 0.055, 0.065) * grazing);
     }
     vec3 highlight = vec3(1.0, 0.36, 0.05);
-    lit = mix(lit, highlight * (0.25 + 0.75 * dot(lit, vec3(0.333)) * 2.0), 0.45 * isSelected);
+    lit = mix(lit, highlight * (0.25 + 1.5 * dot(lit, vec3(0.333))), 0.1 * isSelected);
     color = vec4(lit, alpha);
+}
+)";
+
+const char* const kWireFragmentShader = R"(
+in vec3 vertexColor;
+flat in float isSelected;
+uniform vec3 baseColor;
+// 1 for edges on the surface that they bound.
+uniform int onSurface;
+out vec4 color;
+void main() {
+    vec3 own = baseColor * vertexColor;
+    float light = dot(own, vec3(0.2126, 0.7152, 0.0722));
+    vec3 shade = light > 0.04 ? own * 0.10 : own + 0.20;
+    // Light enough to be seen before any background.
+    vec3 alone = 0.8 * own + max(0.0, 0.40 - 0.8 * light);
+    color = vec4(mix(onSurface == 1 ? shade : alone, vec3(1.0, 0.42, 0.05), isSelected), 1.0);
+}
+)";
+
+const char* const kMaskFragmentShader = R"(
+in vec2 texturePlace;
+uniform int hasHoles;
+uniform sampler2D surfaceTexture;
+out vec4 color;
+void main() {
+    if (hasHoles == 1 && texture(surfaceTexture, texturePlace).a < 0.5) {
+        discard;
+    }
+    color = vec4(1.0);
+}
+)";
+
+const char* const kOutlineFragmentShader = R"(
+// How much of each pixel is covered, red: at all, green: by what nothing hides.
+uniform sampler2D mask;
+out vec4 color;
+void main() {
+    ivec2 pixel = ivec2(gl_FragCoord.xy);
+    ivec2 last = textureSize(mask, 0) - 1;
+    float inside = texelFetch(mask, pixel, 0).r;
+    float line = 0.0;
+    float seen = 0.0;
+    float rim = 0.0;
+    float edge = 0.0;
+    for (int y = -3; y <= 3; ++y) {
+        for (int x = -3; x <= 3; ++x) {
+            float distance = length(vec2(x, y));
+            if (distance > 3.9) {
+                continue;
+            }
+            vec2 cover = texelFetch(mask, clamp(pixel + ivec2(x, y), ivec2(0), last), 0).rg;
+            float near = clamp(3.9 - distance, 0.0, 1.0);
+            rim = max(rim, cover.r * near);
+            seen = max(seen, cover.g * near);
+            line = max(line, cover.r * clamp(2.6 - distance, 0.0, 1.0));
+            edge = max(edge, (1.0 - cover.r) * clamp(1.8 - distance, 0.0, 1.0));
+        }
+    }
+    float shown = mix(0.45, 1.0, seen / max(rim, 1e-3));
+    line *= (1.0 - inside) * shown;
+    // Dark on both sides, so that the line stands out from what it surrounds as well.
+    rim = (0.80 * rim * (1.0 - inside) + 0.50 * edge * inside) * shown * (1.0 - line);
+    float alpha = line + rim;
+    if (alpha < 0.004) {
+        discard;
+    }
+    color = vec4(vec3(1.0, 0.50, 0.06) * (line / alpha), alpha);
 }
 )";
 
@@ -198,7 +266,7 @@ void main() {
     }
     lit = baseColor * color * light;
     vec3 highlight = vec3(1.0, 0.36, 0.05);
-    lit = mix(lit, highlight * (0.25 + 1.5 * dot(lit, vec3(0.333))), 0.45 * selected);
+    lit = mix(lit, highlight * (0.25 + 1.5 * dot(lit, vec3(0.333))), 0.1 * selected);
 }
 )";
 

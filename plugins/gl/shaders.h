@@ -10,6 +10,12 @@ extern const char* const kEncodeFragmentShader;
 extern const char* const kBackgroundFragmentShader;
 extern const char* const kMeshVertexShader;
 extern const char* const kMeshFragmentShader;
+/// Edges and points, unlit; goes with the mesh's vertex shader, as the mask does.
+extern const char* const kWireFragmentShader;
+/// White where there is something.
+extern const char* const kMaskFragmentShader;
+/// What surrounds a mask, from its picture.
+extern const char* const kOutlineFragmentShader;
 /// The mesh's light by the vertex, without gloss: for pictures that must come soon.
 extern const char* const kDraftVertexShader;
 extern const char* const kDraftFragmentShader;

@@ -1,6 +1,7 @@
 #include "layer/meshlayer.h"
 
 #include "VlAttribute/IntAttribute.h"
+#include "VlAttribute/StringAttribute.h"
 #include "layer/picking.h"
 #include "viewer_api/plugin/OptionIds.h"
 #include "viewport/sceneviewport.h"
@@ -10,7 +11,8 @@
 namespace Bundled {
 
 MeshLayer::MeshLayer(ViewerPlugin::ViewportLayerHost layerHost)
-    : ViewportLayerPlugin(layerHost), cullBackFacesId(ViewerPlugin::optionId("cullBackFaces")) {}
+    : ViewportLayerPlugin(layerHost), cullBackFacesId(ViewerPlugin::optionId("cullBackFaces")),
+      displayModeId(ViewerPlugin::optionId("displayMode")) {}
 
 void MeshLayer::cleanup() {
     gpuScene.reset();
@@ -37,6 +39,7 @@ void MeshLayer::draw() {
     frame.worldToView = Frame::matrix(view.getViewMatrix().data());
     frame.viewToClip = Frame::matrix(view.getProjectionMatrix().data());
     frame.cullBackFaces = cullBackFaces;
+    frame.displayMode = displayMode;
     const auto* sceneViewport = ViewerPlugin::pluginCast<SceneViewport>(host.getViewport());
     frame.isDraft = sceneViewport && sceneViewport->isDraft();
     gpuScene->draw(delegate->getMirror(), frame);
@@ -49,7 +52,7 @@ void MeshLayer::draw() {
 void MeshLayer::pickerDraw(const ViewerPlugin::PickRegion& region, const GroupAttribute& excluded) {
     if (SceneDelegate* delegate = findDelegate()) {
         drawPickableLocations(
-            *delegate, viewport(), region, excluded,
+            *delegate, viewport(), displayMode, region, excluded,
             [this](const Attribute& object) { return host.addPickableObject(object); });
     }
 }
@@ -58,12 +61,24 @@ void MeshLayer::setOption(std::uint64_t optionId, const Attribute& value) {
     if (optionId == cullBackFacesId) {
         cullBackFaces = VlAttribute::IntAttribute(value).getValue(0) != 0;
         viewport().setDirty(true);
+    } else if (optionId == displayModeId) {
+        const VlAttribute::StringAttribute name(value);
+        const DisplayMode wanted = displayModeFromName(name.getValueCstr()).value_or(displayMode);
+        if (wanted != displayMode) {
+            displayMode = wanted;
+            viewport().setDirty(true);
+        }
     }
 }
 
 VlAttribute::Attribute MeshLayer::getOption(std::uint64_t optionId) {
-    return optionId == cullBackFacesId ? VlAttribute::IntAttribute(cullBackFaces ? 1 : 0)
-                                       : Attribute();
+    if (optionId == cullBackFacesId) {
+        return VlAttribute::IntAttribute(cullBackFaces ? 1 : 0);
+    }
+    if (optionId == displayModeId) {
+        return VlAttribute::StringAttribute(nameOf(displayMode));
+    }
+    return {};
 }
 
 } // namespace Bundled

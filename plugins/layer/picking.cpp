@@ -12,7 +12,7 @@ namespace Bundled {
 namespace {
 
 /// Points and lines reach this far beyond their places.
-constexpr double kReachPx = 2.0;
+constexpr double kReachPx = 3.0;
 
 /// Cuts drawing down to a region, in GL's window coordinates.
 class ScissorGuard {
@@ -52,7 +52,7 @@ std::unordered_set<std::string_view> pathsOf(const VlAttribute::GroupAttribute& 
 } // namespace
 
 void drawPickableLocations(SceneDelegate& delegate, const ViewerPlugin::ViewportHost& viewport,
-                           const ViewerPlugin::PickRegion& region,
+                           DisplayMode displayMode, const ViewerPlugin::PickRegion& region,
                            const VlAttribute::GroupAttribute& excluded,
                            const AddPickableObject& add) {
     const int width = viewport.getWidth();
@@ -63,6 +63,7 @@ void drawPickableLocations(SceneDelegate& delegate, const ViewerPlugin::Viewport
     Frame frame;
     frame.worldToView = Frame::matrix(viewport.getViewMatrix().data());
     frame.viewToClip = Frame::matrix(viewport.getProjectionMatrix().data());
+    frame.displayMode = displayMode;
     const auto across = [width](double x) { return 2.0 * x / width - 1.0; };
     const auto up = [height](double y) { return 1.0 - 2.0 * y / height; };
     const Frustum part(frame.worldToClip(), across(region.x - kReachPx),

@@ -17,9 +17,9 @@ void PickingLayer::pickerDraw(const ViewerPlugin::PickRegion& region,
     if (!gpuScene) {
         gpuScene = delegate->shareGpuScene();
     }
-    drawPickableLocations(*delegate, view, region, excluded, [this](const Attribute& object) {
-        return host.addPickableObject(object);
-    });
+    drawPickableLocations(
+        *delegate, view, DisplayMode::Shaded, region, excluded,
+        [this](const Attribute& object) { return host.addPickableObject(object); });
 }
 
 } // namespace Bundled

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scene/drawoptions.h"
 #include "scene/instance.h"
 
 #include <Imath/ImathBox.h>
@@ -18,7 +19,8 @@ struct InstanceRun {
     std::size_t count = 0;
 };
 
-/// Every visible copy of one geometry in one material: what a single draw call shows.
+/// Every visible copy of one geometry in one material, drawn in one way: what a single draw call
+/// shows.
 struct Batch {
     /// Instances that differ from what a consumer has uploaded; empty when first >= last.
     struct Range {
@@ -54,6 +56,7 @@ struct Batch {
     /// Slots in the mirror's tables.
     std::uint32_t geometry = 0;
     std::uint32_t material = 0;
+    DrawOptions options;
     /// Never reused in the life of a mirror.
     std::uint64_t serial = 0;
     std::vector<Instance> instances;

@@ -1,71 +1,21 @@
 #include "scene/meshbuilder.h"
 
-#include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/IntAttribute.h"
 #include "scene/normals.h"
+#include "scene/pointdata.h"
 #include "scene/polygons.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
-#include <numeric>
 
 namespace Bundled {
 
 namespace {
 
-using VlAttribute::FloatAttribute;
-using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
 
 constexpr float kCreaseAngleDegrees = 45.0f;
 constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
-
-/// What a geometry says about each of its points; empty where it says nothing.
-struct PointData {
-    std::vector<Imath::V3f> positions;
-    FloatAttribute normals;
-    FloatAttribute st;
-    FloatAttribute colors;
-
-    explicit PointData(const GroupAttribute& geometry) {
-        forEachPoint(geometry, [this](const Imath::V3f& point) { positions.push_back(point); });
-        normals = ofLength(geometry, "point.N", 3);
-        st = ofLength(geometry, "point.st", 2);
-        colors = ofLength(geometry, "point.color", 3);
-    }
-
-    [[nodiscard]] bool isFinite(std::size_t point) const {
-        const Imath::V3f& p = positions[point];
-        return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-    }
-
-    [[nodiscard]] MeshData::Vertex vertex(std::size_t point) const {
-        MeshData::Vertex result;
-        result.position = positions[point];
-        if (normals.isValid()) {
-            const float* n = &normals.getNearestSample(0.0f)[3 * point];
-            result.normal = Imath::V3f(n[0], n[1], n[2]);
-        }
-        if (st.isValid()) {
-            const float* t = &st.getNearestSample(0.0f)[2 * point];
-            result.st = Imath::V2f(t[0], t[1]);
-        }
-        if (colors.isValid()) {
-            const float* c = &colors.getNearestSample(0.0f)[3 * point];
-            result.color = Imath::V3f(c[0], c[1], c[2]);
-        }
-        return result;
-    }
-
-private:
-    [[nodiscard]] FloatAttribute ofLength(const GroupAttribute& geometry, const char* name,
-                                          std::size_t tuple) const {
-        FloatAttribute values{geometry.getChildByName(name)};
-        return values.getNearestSample(0.0f).size() == tuple * positions.size() ? values
-                                                                                : FloatAttribute();
-    }
-};
 
 /// Gives each corner a vertex; corners at one point share one when their normals are equal.
 class CornerVertices {

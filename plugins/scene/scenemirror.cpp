@@ -289,7 +289,8 @@ void SceneMirror::markDirty(std::uint32_t node) {
 void SceneMirror::setContent(std::uint32_t node, const VlAttribute::GroupAttribute& attributes) {
     std::uint32_t geometry = kNone;
     std::uint32_t material = kNone;
-    if (const auto kind = Geometry::kindOf(attributes)) {
+    const DrawOptions options = DrawOptions::fromAttributes(attributes);
+    if (const auto kind = Geometry::kindOf(attributes); kind && !options.hide) {
         const VlAttribute::GroupAttribute group{attributes.getChildByName("geometry")};
         geometry = geometries.acquire(Geometry::contentOf(group, *kind),
                                       [&] { return Geometry::fromAttributes(group, *kind); });
@@ -299,9 +300,11 @@ void SceneMirror::setContent(std::uint32_t node, const VlAttribute::GroupAttribu
     }
     // Out of the batch before its geometry can go.
     Content& content = contents[node];
-    if (content.geometry != geometry || content.material != material) {
+    if (content.geometry != geometry || content.material != material ||
+        content.options != options) {
         takeOutOfBatch(node);
     }
+    content.options = options;
     geometries.release(std::exchange(content.geometry, geometry));
     materials.release(std::exchange(content.material, material));
 }
@@ -316,11 +319,13 @@ void SceneMirror::placeInBatch(std::uint32_t node) {
     if (content.batch) {
         return;
     }
-    const auto [place, isNew] = batches.try_emplace({content.geometry, content.material});
+    const auto [place, isNew] =
+        batches.try_emplace({content.geometry, content.material, content.options});
     Batch& batch = place->second;
     if (isNew) {
         batch.geometry = content.geometry;
         batch.material = content.material;
+        batch.options = content.options;
         batch.serial = ++lastBatchSerial;
         batch.listPosition = batchList.size();
         batchList.push_back(&batch);
@@ -339,6 +344,7 @@ void SceneMirror::takeOutOfBatch(std::uint32_t node) {
     if (!batch) {
         return;
     }
+    selectedNodes.erase(node);
     const std::uint32_t last = batch->nodes.back();
     if (last != node) {
         batch->nodes[content.position] = last;
@@ -353,7 +359,7 @@ void SceneMirror::takeOutOfBatch(std::uint32_t node) {
         batchList.back()->listPosition = batch->listPosition;
         batchList[batch->listPosition] = batchList.back();
         batchList.pop_back();
-        batches.erase({batch->geometry, batch->material});
+        batches.erase({batch->geometry, batch->material, batch->options});
     }
 }
 
@@ -387,6 +393,11 @@ bool SceneMirror::refresh(std::uint32_t node) {
     if (Content& content = contents[node]; content.batch) {
         content.batch->instances[content.position] = Instance(world, selected);
         content.batch->noteChange(content.position);
+        if (selected) {
+            selectedNodes.insert(node);
+        } else {
+            selectedNodes.erase(node);
+        }
     }
     return changed;
 }

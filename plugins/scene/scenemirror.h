@@ -3,9 +3,11 @@
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupAttribute.h"
 #include "scene/batch.h"
+#include "scene/drawoptions.h"
 #include "scene/frustum.h"
 #include "scene/geometry.h"
 #include "scene/material.h"
+#include "scene/nodeset.h"
 #include "scene/sharedtable.h"
 #include "viewer_api/ViewerLocationEvent.h"
 
@@ -17,6 +19,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -38,9 +41,10 @@ struct LocationUpdate {
 /// What a delegate was told of the scene, kept ready to draw.
 ///
 /// Locations live in parallel arrays, one place a location; equal geometries and equal materials
-/// exist once; all visible locations with the same pair of them form a batch, whose instances lie
-/// side by side as the graphics card wants them. `apply` notes what changed; `update` brings world
-/// matrices and instances up to date, touching only what changed and what is below it.
+/// exist once; all visible locations with the same pair of them, and the same draw options, form a
+/// batch, whose instances lie side by side as the graphics card wants them. `apply` notes what
+/// changed; `update` brings world matrices and instances up to date, touching only what changed and
+/// what is below it.
 ///
 /// After `update` the mirror equals one that was built from the present state of every location
 /// alone, but for the order of batches and of instances in a batch. Not thread-safe.
@@ -63,6 +67,15 @@ public:
     [[nodiscard]] std::span<Batch* const> getBatches() const noexcept { return batchList; }
     [[nodiscard]] const SharedTable<Geometry>& getGeometries() const noexcept { return geometries; }
     [[nodiscard]] const SharedTable<Material>& getMaterials() const noexcept { return materials; }
+    /// The nodes of visible locations that are drawn as selected, in no particular order. Valid
+    /// until the next `apply` or `update`.
+    [[nodiscard]] std::span<const std::uint32_t> getSelectedNodes() const noexcept {
+        return selectedNodes.get();
+    }
+    /// Where the instance of a visible location is: its batch, and the position there.
+    [[nodiscard]] std::pair<Batch*, std::size_t> getInstance(std::uint32_t node) const {
+        return {contents[node].batch, contents[node].position};
+    }
     /// World space, around everything that is visible; empty when nothing is.
     [[nodiscard]] Imath::Box3d getBounds();
     /// Appends the instances of a batch that a frustum in world space can see, but for a few more
@@ -103,6 +116,7 @@ private:
     struct Content {
         std::uint32_t geometry = kNone;
         std::uint32_t material = kNone;
+        DrawOptions options;
         Batch* batch = nullptr;
         std::uint32_t position = 0;
     };
@@ -140,11 +154,12 @@ private:
     std::vector<std::uint32_t> walk;
     std::unordered_map<std::string, std::uint32_t, PathHash, std::equal_to<>> nodeByPath;
     std::unordered_set<std::string, PathHash, std::equal_to<>> selection;
+    NodeSet selectedNodes;
 
     SharedTable<Geometry> geometries;
     SharedTable<Material> materials;
-    /// By geometry and material. The addresses of batches are stable.
-    std::map<std::pair<std::uint32_t, std::uint32_t>, Batch> batches;
+    /// By geometry, material and draw options. The addresses of batches are stable.
+    std::map<std::tuple<std::uint32_t, std::uint32_t, DrawOptions>, Batch> batches;
     std::vector<Batch*> batchList;
     std::uint64_t lastBatchSerial = 0;
     std::uint64_t computations = 0;

@@ -88,7 +88,7 @@ TEST_F(GpuSceneGL, ofManyEqualCubesOnlyTheBlocksInSightAreDrawn) {
         tell("/root/c" + std::to_string(i), cubeLocation(), translation(x, 0, 0));
     }
     scene.update(mirror);
-    const auto items = scene.collect(mirror, Frustum(frame.worldToClip()));
+    const auto items = scene.collect(mirror, Frustum(frame.worldToClip()), DisplayMode::Shaded);
     ASSERT_EQ(items.size(), 1u);
     ASSERT_EQ(items[0].runs.size(), 2u);
     EXPECT_EQ(items[0].runs[0].first, 0u);
@@ -98,7 +98,9 @@ TEST_F(GpuSceneGL, ofManyEqualCubesOnlyTheBlocksInSightAreDrawn) {
     // A move brings a block into sight.
     tell("/root/c" + std::to_string(kBlock), cubeLocation(), translation(0, 0, 0));
     scene.update(mirror);
-    EXPECT_EQ(scene.collect(mirror, Frustum(frame.worldToClip()))[0].runs.size(), 1u);
+    EXPECT_EQ(
+        scene.collect(mirror, Frustum(frame.worldToClip()), DisplayMode::Shaded)[0].runs.size(),
+        1u);
 }
 
 TEST_F(GpuSceneGL, pictureThatCannotBeReadIsToldOnceWithItsName) {

@@ -3,6 +3,9 @@
 #include "support/geometries.h"
 
 #include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/GroupBuilder.h"
+#include "VlAttribute/IntAttribute.h"
+#include "VlAttribute/StringAttribute.h"
 
 #include <Imath/ImathBoxAlgo.h>
 #include <gtest/gtest.h>
@@ -93,6 +96,13 @@ public:
                 edge, GroupAttribute{{"baseColor", FloatAttribute({edge, 0.0f, 0.0f}, 3)}}));
         }
         looks.push_back(GroupAttribute::Empty());
+        VlAttribute::GroupBuilder builder;
+        builder.update(cubeLocation(1.0f));
+        builder.set("viewer.default.drawOptions.fill", VlAttribute::StringAttribute("wireframe"));
+        looks.push_back(builder.build());
+        builder.update(looks.back());
+        builder.set("viewer.default.drawOptions.hide", VlAttribute::IntAttribute(1));
+        looks.push_back(builder.build());
     }
 
     int below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random); }
@@ -141,7 +151,8 @@ private:
 std::map<std::string, Drawn> expected(const PlainModel& model) {
     std::map<std::string, Drawn> result;
     for (const auto& [path, known] : model.locations) {
-        if (!known.hidden && known.attributes.getChildByName("geometry")) {
+        if (!known.hidden && known.attributes.getChildByName("geometry") &&
+            !DrawOptions::fromAttributes(known.attributes).hide) {
             result[path] = {known.attributes.getChildByName("geometry").getHash(),
                             known.attributes.getChildByName("material").getHash(),
                             Instance(model.world(path), model.isSelected(path))};
@@ -194,6 +205,7 @@ void compare(SceneMirror& mirror, const PlainModel& model, Uploads& uploads) {
         for (std::size_t i = 0; i < batch->nodes.size(); ++i) {
             const std::string& path = mirror.getPath(batch->nodes[i]);
             const auto& attributes = model.locations.at(path).attributes;
+            ASSERT_EQ(batch->options, DrawOptions::fromAttributes(attributes)) << path;
             drawn[path] = {geometry.attributes.getHash(),
                            attributes.getChildByName("material").getHash(), batch->instances[i]};
             ASSERT_EQ(
@@ -215,6 +227,16 @@ void compare(SceneMirror& mirror, const PlainModel& model, Uploads& uploads) {
     if (!bounds.isEmpty()) {
         ASSERT_TRUE(bounds.min.equalWithAbsError(wantedBounds.min, 1e-6));
         ASSERT_TRUE(bounds.max.equalWithAbsError(wantedBounds.max, 1e-6));
+    }
+    std::size_t selected = 0;
+    for (const auto& [path, one] : wanted) {
+        selected += one.instance.selected != 0.0f ? 1 : 0;
+    }
+    ASSERT_EQ(mirror.getSelectedNodes().size(), selected);
+    for (const std::uint32_t node : mirror.getSelectedNodes()) {
+        ASSERT_TRUE(model.isSelected(mirror.getPath(node)));
+        const auto [batch, position] = mirror.getInstance(node);
+        ASSERT_EQ(batch->nodes[position], node);
     }
     ASSERT_EQ(drawn.size(), wanted.size());
     for (const auto& [path, one] : wanted) {

@@ -214,19 +214,6 @@ TEST_F(SceneViewGL, opacityLetsThroughWhatIsBehind) {
     EXPECT_GT(middle[1], 80);
 }
 
-TEST_F(SceneViewGL, selectionIsSeen) {
-    FakeViewport& viewport = addView();
-    scene.addLayer(viewport, "MeshLayer");
-    scene.tell("/root/a", square(paint(0.3f, 0.3f, 0.3f)));
-    const Pixels plain = draw(viewport);
-    const char* paths[] = {"/root"};
-    scene.delegate.suite->locationsSelected(scene.delegate.instance, paths, 1);
-    const auto selected = draw(viewport).at(kMiddle, kMiddle);
-    EXPECT_GT(selected[0] - selected[2], 60);
-    scene.delegate.suite->locationsSelected(scene.delegate.instance, nullptr, 0);
-    EXPECT_EQ(draw(viewport), plain);
-}
-
 TEST_F(SceneViewGL, viewportsShareTheSceneAndOutliveEachOther) {
     FakeViewport& first = addView();
     FakeViewport& second = addView();

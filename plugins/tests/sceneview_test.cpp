@@ -2,6 +2,7 @@
 #include "support/geometries.h"
 
 #include "VlAttribute/IntAttribute.h"
+#include "VlAttribute/StringAttribute.h"
 #include "viewer_api/plugin/OptionIds.h"
 
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@ namespace {
 
 using VlAttribute::Attribute;
 using VlAttribute::IntAttribute;
+using VlAttribute::StringAttribute;
 
 class SceneView : public testing::Test {
 protected:
@@ -35,10 +37,8 @@ TEST_F(SceneView, offersItsPlugins) {
         found.emplace(file.getPlugin(i)->typeName, file.getPlugin(i)->name);
     }
     const std::set<std::pair<std::string, std::string>> wanted{
-        {"ViewerDelegatePlugin", "SceneDelegate"},
-        {"ViewportPlugin", "SceneViewport"},
-        {"ViewportLayerPlugin", "MeshLayer"},
-        {"ViewportLayerPlugin", "PickingLayer"},
+        {"ViewerDelegatePlugin", "SceneDelegate"}, {"ViewportPlugin", "SceneViewport"},
+        {"ViewportLayerPlugin", "MeshLayer"},      {"ViewportLayerPlugin", "PickingLayer"},
         {"ViewportLayerPlugin", "GridLayer"},
     };
     EXPECT_EQ(found, wanted);
@@ -106,7 +106,34 @@ TEST_F(SceneView, meshLayerKeepsItsCullingOption) {
     layer.suite->setOption(layer.instance, id, IntAttribute(1).getRetainedHandle());
     EXPECT_EQ(option(), 1);
     EXPECT_TRUE(viewport.dirty);
-    EXPECT_EQ(layer.suite->getOption(layer.instance, id + 65536), nullptr);
+    const std::uint64_t unknownId = ViewerPlugin::optionId("no such option");
+    EXPECT_EQ(layer.suite->getOption(layer.instance, unknownId), nullptr);
+}
+
+TEST_F(SceneView, meshLayerKeepsItsDisplayModeAndIgnoresOthers) {
+    FakeLayer& layer = *viewport.layers[1];
+    const std::uint64_t id = ViewerPlugin::optionId("displayMode");
+    const auto option = [&] {
+        return StringAttribute(
+                   Attribute::CreateAndSteal(layer.suite->getOption(layer.instance, id)))
+            .getValue();
+    };
+    const auto set = [&](const Attribute& value) {
+        viewport.dirty = false;
+        layer.suite->setOption(layer.instance, id, value.getRetainedHandle());
+    };
+    EXPECT_EQ(option(), "shaded");
+    for (const char* mode : {"wireframe", "wireframeOnShaded", "points", "shaded"}) {
+        set(StringAttribute(mode));
+        EXPECT_EQ(option(), mode);
+        EXPECT_TRUE(viewport.dirty) << mode;
+    }
+    set(StringAttribute("points"));
+    set(StringAttribute("Shaded"));
+    EXPECT_EQ(option(), "points");
+    EXPECT_FALSE(viewport.dirty);
+    set(IntAttribute(1));
+    EXPECT_EQ(option(), "points");
 }
 
 TEST_F(SceneView, ownNoPickingCacheAndLeavePickingToTheHost) {

@@ -1,0 +1,154 @@
+#include "gl/outlinepass.h"
+
+#include "gl/drawstate.h"
+#include "gl/pointsize.h"
+#include "gl/shaders.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Bundled {
+
+namespace {
+
+/// How far the outline reaches beyond what it surrounds, and what is drawn as dots and lines beyond
+/// its bounds.
+constexpr int kReachPx = 6;
+
+/// What the pass changes beside a DrawState.
+class StateGuard {
+public:
+    StateGuard() {
+        glGetIntegerv(GL_SCISSOR_BOX, scissor);
+        isScissored = glIsEnabled(GL_SCISSOR_TEST) == GL_TRUE;
+        glGetFloatv(GL_COLOR_CLEAR_VALUE, clearColor);
+        glGetBooleanv(GL_COLOR_WRITEMASK, colorMask);
+    }
+    StateGuard(const StateGuard&) = delete;
+    StateGuard& operator=(const StateGuard&) = delete;
+    ~StateGuard() {
+        glScissor(scissor[0], scissor[1], scissor[2], scissor[3]);
+        if (!isScissored) {
+            glDisable(GL_SCISSOR_TEST);
+        }
+        glClearColor(clearColor[0], clearColor[1], clearColor[2], clearColor[3]);
+        glColorMask(colorMask[0], colorMask[1], colorMask[2], colorMask[3]);
+    }
+
+private:
+    GLint scissor[4] = {};
+    GLfloat clearColor[4] = {};
+    GLboolean colorMask[4] = {};
+    bool isScissored = false;
+};
+
+/// The part of the picture that a box in world space, and an outline around it, can touch.
+PixelBox pixelsOf(const Imath::Box3d& bounds, const Imath::M44d& worldToClip) {
+    GLint viewport[4] = {};
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    Imath::Box2d place;
+    for (int corner = 0; corner < 8; ++corner) {
+        const Imath::V3d point((corner & 1) != 0 ? bounds.max.x : bounds.min.x,
+                               (corner & 2) != 0 ? bounds.max.y : bounds.min.y,
+                               (corner & 4) != 0 ? bounds.max.z : bounds.min.z);
+        const Imath::M44d& m = worldToClip;
+        const double w = point.x * m[0][3] + point.y * m[1][3] + point.z * m[2][3] + m[3][3];
+        if (w <= 1e-9) {
+            // Reaches behind the camera: it may be seen anywhere.
+            place = Imath::Box2d({-1.0, -1.0}, {1.0, 1.0});
+            break;
+        }
+        const Imath::V3d seen = point * m;
+        place.extendBy({std::clamp(seen.x, -1.0, 1.0), std::clamp(seen.y, -1.0, 1.0)});
+    }
+    const auto pixel = [](double from, double size, double position) {
+        return from + size * (position + 1.0) / 2.0;
+    };
+    const int right = viewport[0] + viewport[2];
+    const int top = viewport[1] + viewport[3];
+    PixelBox box;
+    box.x = std::max(viewport[0],
+                     static_cast<int>(pixel(viewport[0], viewport[2], place.min.x)) - kReachPx);
+    box.y = std::max(viewport[1],
+                     static_cast<int>(pixel(viewport[1], viewport[3], place.min.y)) - kReachPx);
+    box.width =
+        std::min(right, static_cast<int>(pixel(viewport[0], viewport[2], place.max.x)) + kReachPx) -
+        box.x;
+    box.height =
+        std::min(top, static_cast<int>(pixel(viewport[1], viewport[3], place.max.y)) + kReachPx) -
+        box.y;
+    return box;
+}
+
+} // namespace
+
+void OutlinePass::draw(std::span<const DrawItem> selected, const Imath::Box3d& bounds,
+                       const TextureStore& textures, const Frame& frame) {
+    if (selected.empty()) {
+        return;
+    }
+    if (!mask) {
+        mask = ShaderProgram("mask", kMeshVertexShader, kMaskFragmentShader);
+        outline = ShaderProgram("outline", kFullscreenVertexShader, kOutlineFragmentShader);
+    }
+    const PixelBox box = pixelsOf(bounds, frame.worldToClip());
+    const StateGuard guard;
+    if (box.width <= 0 || box.height <= 0 || !target.begin(box)) {
+        return;
+    }
+    // Drawing stays confined to the box until the guard ends.
+    drawMask(selected, textures, frame);
+    target.finish();
+    drawOutline();
+}
+
+void OutlinePass::drawMask(std::span<const DrawItem> selected, const TextureStore& textures,
+                           const Frame& frame) {
+    glActiveTexture(GL_TEXTURE0);
+    glPointSize(kPointSizePx);
+    // Red: all of it. Green: what nothing hides.
+    for (const bool isHidden : {true, false}) {
+        const DrawState state(
+            {.depthTest = !isHidden && target.hasDepth(), .depthWrite = false, .dither = false});
+        mask.use();
+        mask.set("worldToView", frame.worldToView);
+        mask.set("viewToClip", frame.viewToClip);
+        mask.set("surfaceTexture", 0);
+        glColorMask(isHidden ? GL_TRUE : GL_FALSE, isHidden ? GL_FALSE : GL_TRUE, GL_FALSE,
+                    GL_FALSE);
+        // The depths of a surface may differ in the last bit from one program to another.
+        glEnable(GL_POLYGON_OFFSET_FILL);
+        glPolygonOffset(-1.0f, -2.0f);
+        drawItems(selected, textures);
+        glPolygonOffset(0.0f, 0.0f);
+        glDisable(GL_POLYGON_OFFSET_FILL);
+    }
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    glBindTexture(GL_TEXTURE_2D, 0);
+}
+
+void OutlinePass::drawItems(std::span<const DrawItem> selected, const TextureStore& textures) {
+    for (const DrawItem& item : selected) {
+        const GpuTexture* picture = textures.find(*item.material);
+        const bool hasHoles = picture && picture->hasAlpha();
+        mask.set("hasHoles", hasHoles ? 1 : 0);
+        glBindTexture(GL_TEXTURE_2D, hasHoles ? picture->get() : 0);
+        for (const auto part :
+             {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
+            item.gpu->draw(part, item.runs);
+        }
+    }
+}
+
+void OutlinePass::drawOutline() {
+    const DrawState state({.depthTest = false, .depthWrite = false, .blend = true});
+    outline.use();
+    outline.set("mask", 0);
+    glActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, target.getPicture());
+    glBindVertexArray(corners.create());
+    glDrawArrays(GL_TRIANGLES, 0, 3);
+    glBindTexture(GL_TEXTURE_2D, 0);
+}
+
+} // namespace Bundled

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "gl/drawitem.h"
+#include "gl/frame.h"
+#include "gl/masktarget.h"
+#include "gl/shaderprogram.h"
+#include "gl/texturestore.h"
+
+#include <Imath/ImathBox.h>
+
+#include <span>
+
+namespace Bundled {
+
+/// Draws one outline around all that is selected: a bright line with dark rims, so that it is seen
+/// on any background and around any colour; fainter where something stands before. What it
+/// surrounds keeps its colours. Comes after everything that can hide. Writes linear light.
+/// [gl-current]
+class OutlinePass {
+public:
+    /// Of these instances, which lie within `bounds` (world space). Costs the pixels of their part
+    /// of the picture. Draws nothing where the driver can't.
+    void draw(std::span<const DrawItem> selected, const Imath::Box3d& bounds,
+              const TextureStore& textures, const Frame& frame);
+
+private:
+    void drawMask(std::span<const DrawItem> selected, const TextureStore& textures,
+                  const Frame& frame);
+    void drawItems(std::span<const DrawItem> selected, const TextureStore& textures);
+    void drawOutline();
+
+    MaskTarget target;
+    ShaderProgram mask;
+    ShaderProgram outline;
+    GLVertexArray corners;
+};
+
+} // namespace Bundled
