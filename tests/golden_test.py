@@ -60,6 +60,9 @@ class Shown(object):
                                                     golden.camera)
                       for number in range(numberOfViews)]
         self.session.pump()
+        if golden.closed:
+            self.session.delegate.closeLocations(golden.closed)
+            self.session.pump()
         self.session.delegate.setSelectedLocations(golden.selection)
         for view in self.views:
             self.prepare(view)

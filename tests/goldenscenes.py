@@ -110,14 +110,37 @@ def glass():
     return group(ball=shape(sphere(1.0), [0.76, 0.15, 0.10], [0, 0, -0.8]), pane=(pane, {}))
 
 
+def bounded(bounds, **children):
+    """A group that knows its bounds."""
+    return GroupAttribute(("type", StringAttribute("group")),
+                          ("bound", DoubleAttribute(bounds))), children
+
+
 def boxes():
-    """Groups that know their bounds and show nothing else, and one shape."""
-    def bounded(bounds):
-        return GroupAttribute(("type", StringAttribute("group")),
-                              ("bound", DoubleAttribute(bounds))), {}
+    """Groups that show nothing but their bounds, and one shape."""
     return group(near=bounded([-2.6, -0.6, 0, 1.2, 0.2, 1.6]),
                  far=bounded([0.8, 2.4, 0, 2.2, -1.6, -0.2]),
                  ball=shape(sphere(0.8), [0.76, 0.15, 0.10], [0.2, 0, 0.6]))
+
+
+def collapsible():
+    """Two groups of shapes that know their bounds."""
+    return group(
+        left=bounded([-2.6, -0.4, 0, 2.0, -1.0, 1.0],
+                     ball=shape(sphere(1.0), [0.76, 0.15, 0.10], [-1.5, 0, 0])),
+        right=bounded([0.4, 2.6, 0, 1.6, -1.0, 1.0],
+                      cone=shape(cone(0.7, 1.6), [0.16, 0.45, 0.20], [1.5, 0, 0])))
+
+
+def substitute():
+    """A location that is shown by a cone of wires in its stead, beside a ball."""
+    cheap = drawn(mesh(lathe([(0.0, 0.0), (0.9, 0.0), (0.0, 1.8)], 12), [0.85, 0.52, 0.08],
+                       [0, 0, 0]), fill="wireframe")
+    ops = GroupAttribute(("cone.opType", StringAttribute("Scene.Literal")),
+                         ("cone.opArgs.staticScene", literal(group(cone=(cheap, {})))))
+    costly = GroupAttribute(("type", StringAttribute("group")), ("proxies.viewer", ops),
+                            ("xform.placed.translate", DoubleAttribute([1.2, 0, 0], 3)))
+    return group(costly=(costly, {}), ball=shape(sphere(0.8), [0.76, 0.15, 0.10], [-1.2, 0, 0]))
 
 
 def ownModes():
@@ -156,18 +179,20 @@ class Golden(object):
     scene      a function that gives a tree, or the path of a model
     options    of the MeshLayer, by name
     selection  paths of selected locations
+    closed     paths of locations that are closed once the scene is there
     camera     plug-in
     draft      whether the quick picture
     look       yaw and pitch of the camera, in degrees
     move       what is done to the view's Orbit once the scene is framed
     """
 
-    def __init__(self, name, scene, options=None, selection=(), camera="PerspectiveCamera",
-                 draft=False, look=(35.0, 22.0), move=None):
+    def __init__(self, name, scene, options=None, selection=(), closed=(),
+                 camera="PerspectiveCamera", draft=False, look=(35.0, 22.0), move=None):
         self.name = name
         self.scene = scene
         self.options = options or {}
         self.selection = list(selection)
+        self.closed = list(closed)
         self.camera = camera
         self.draft = draft
         self.look = look
@@ -176,6 +201,16 @@ class Golden(object):
 
 def _mode(name):
     return {"displayMode": StringAttribute(name)}
+
+
+def _pan(orbit):
+    right, up, _ = orbit.axes()
+    orbit.target = tuple(orbit.target[i] + orbit.distance * (0.14 * right[i] - 0.06 * up[i])
+                         for i in range(3))
+
+
+def _zoom(orbit):
+    orbit.distance /= 2.5
 
 
 CULLING = {"cullBackFaces": IntAttribute(1)}
@@ -188,7 +223,6 @@ GOLDENS = [
     Golden("spider", "OBJ/spider.obj"),
     Golden("wuson", "PLY/Wuson.ply"),
     Golden("textured", "glTF2/BoxTextured-glTF/BoxTextured.gltf"),
-    Golden("monkey", "BLEND/Suzanne_248.blend", look=(25.0, 60.0)),
     # Generated scenes.
     Golden("shapes", shapes),
     Golden("leaning", leaning),
@@ -202,12 +236,17 @@ GOLDENS = [
     Golden("polygon_edges", polygons, _mode("wireframeOnShaded"), look=FRONT),
     Golden("spider_wireframe", "OBJ/spider.obj", _mode("wireframe")),
     Golden("own_modes", ownModes, look=FRONT),
+    # What is generated in place of locations that show nothing of their own.
     Golden("bounding_boxes", boxes),
+    Golden("collapsed", collapsible, closed=["/root/left"]),
+    Golden("expanded", collapsible),
+    Golden("proxy", substitute),
+    Golden("selected_box", boxes, selection=["/root/near"]),
     # Cameras.
     Golden("orthographic", shapes, camera=ORTHOGRAPHIC),
     Golden("orthographic_front", shapes, camera=ORTHOGRAPHIC, look=(0.0, 0.0)),
-    Golden("panned", shapes, move=lambda orbit: orbit.pan(0.25, -0.1, 32.0)),
-    Golden("zoomed", shapes, move=lambda orbit: orbit.zoom(2.5)),
+    Golden("panned", shapes, move=_pan),
+    Golden("zoomed", shapes, move=_zoom),
     Golden("above", shapes, look=(20.0, 75.0)),
     # Selection.
     Golden("selected", shapes, selection=["/root/torus", "/root/cube"]),
