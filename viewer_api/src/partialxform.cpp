@@ -19,6 +19,7 @@ using VlAttribute::GroupAttribute;
 using VlAttribute::GroupBuilder;
 
 constexpr std::size_t kMatrixValues = 16;
+constexpr std::int64_t kMatrixTuple = 4;
 
 Imath::M44d matrixAt(const DoubleAttribute& attribute, float time) {
     Imath::M44d matrix;
@@ -28,7 +29,10 @@ Imath::M44d matrixAt(const DoubleAttribute& attribute, float time) {
     return matrix;
 }
 
+/// A single sample holds for all times, and asks for none.
 void addSampleTimes(const DoubleAttribute& attribute, std::vector<float>& times) {
+    if (attribute.getNumberOfTimeSamples() == 1)
+        return;
     for (std::int64_t index = 0; index < attribute.getNumberOfTimeSamples(); ++index)
         times.push_back(attribute.getSampleTime(index));
 }
@@ -52,7 +56,7 @@ bool copyComponents(const GroupAttribute& group, const PartialXformQuery& query,
     std::string_view pattern = query.componentName;
     if (!pattern.empty() && pattern.back() == '?')
         pattern.remove_suffix(1);
-    const std::string prefix = "xform." + query.groupName + ".";
+    const std::string prefix = "xform." + std::string(query.groupName) + ".";
     bool isFound = false;
     for (std::int64_t index = 0; index < group.getNumberOfChildren(); ++index) {
         const std::string_view name = group.getChildName(index);
@@ -94,6 +98,10 @@ DoubleAttribute multiplyMatrices(const DoubleAttribute& left, const DoubleAttrib
     std::vector<float> times;
     addSampleTimes(left, times);
     addSampleTimes(right, times);
+    if (times.empty()) {
+        const Imath::M44d product = matrixAt(left, 0.0F) * matrixAt(right, 0.0F);
+        return DoubleAttribute(std::span(product.getValue(), kMatrixValues), kMatrixTuple);
+    }
     std::sort(times.begin(), times.end());
     times.erase(std::unique(times.begin(), times.end()), times.end());
     std::vector<std::vector<double>> samples;
@@ -103,7 +111,7 @@ DoubleAttribute multiplyMatrices(const DoubleAttribute& left, const DoubleAttrib
         const double* const values = product.getValue();
         samples.emplace_back(values, values + kMatrixValues);
     }
-    return DoubleAttribute(times, samples, 4);
+    return DoubleAttribute(times, samples, kMatrixTuple);
 }
 
 } // namespace ViewerAPI

@@ -3,17 +3,17 @@
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupAttribute.h"
 
-#include <string>
 #include <string_view>
 
 namespace ViewerAPI {
 
-/// Which part of a location's transform is wanted, for the editor of one component.
+/// Which part of a location's transform is wanted, for the editor of one component. Borrows its
+/// texts.
 struct PartialXformQuery {
-    std::string groupName;
+    std::string_view groupName;
     /// Matches components whose names begin with it; a "?" at its end is left out, and the whole
     /// run of neighbours that match counts either way.
-    std::string componentName;
+    std::string_view componentName;
     /// Whether the matching components take part. Those before always do, those behind never.
     bool includeComponent = false;
     bool includeGroupsBefore = true;
@@ -26,9 +26,9 @@ struct PartialXformQuery {
 calcPartialXform(const VlAttribute::GroupAttribute& xform, const PartialXformQuery& query,
                  bool& isAbsolute);
 
-/// The product left x right of two matrix attributes in row-vector convention, at every time that
-/// either has a sample of. A null matrix stands for the identity; of two the product is null.
-/// [any-thread]
+/// The product left x right of two matrix attributes in row-vector convention, at every time at
+/// which either has one of several samples. A null matrix stands for the identity; of two the
+/// product is null. [any-thread]
 [[nodiscard]] VlAttribute::DoubleAttribute
 multiplyMatrices(const VlAttribute::DoubleAttribute& left,
                  const VlAttribute::DoubleAttribute& right);

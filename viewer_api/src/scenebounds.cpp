@@ -1,13 +1,12 @@
 #include "scenebounds.h"
 
+#include "partialxform.h"
 #include "vlviewerdelegatecomponenthost.h"
 #include "vlviewerdelegatehost.h"
 
 #include "VlAttribute/FloatAttribute.h"
 #include "VlScenelib/VlXFormUtil.h"
-#include "partialxform.h"
 
-#include <boost/unordered_map.hpp>
 #include <boost/unordered_set.hpp>
 
 #include <algorithm>
@@ -55,30 +54,47 @@ void merge(DoubleAttribute& merged, const DoubleAttribute& bounds) {
         merged = merged ? MergeBounds(merged, bounds) : bounds;
 }
 
-/// World matrices of the nodes that one extent needs, each worked out once.
+/// World matrices on the line of ancestors of the node that was asked about last. In a walk from
+/// parents to children the next one's parent mostly stands on it, and otherwise much of its line.
 class WorldMatrices {
 public:
-    DoubleAttribute get(const LocationNode* node) {
-        // Up to the nearest ancestor that is known, or that inherits nothing, and back down.
-        std::vector<const LocationNode*> chain;
+    /// Null when there is no transform on the node's line.
+    [[nodiscard]] DoubleAttribute get(const LocationNode& node) {
+        return worldOf(node, getAncestor(node.parent));
+    }
+
+private:
+    struct Ancestor {
+        const LocationNode* node;
         DoubleAttribute world;
-        for (; node; node = node->absolute ? nullptr : node->parent) {
-            const auto known = matrices_.find(node);
-            if (known != matrices_.end()) {
-                world = known->second;
-                break;
-            }
-            chain.push_back(node);
-        }
-        for (auto place = chain.rbegin(); place != chain.rend(); ++place) {
-            world = multiplyMatrices((*place)->matrix, world);
-            matrices_.emplace(*place, world);
+    };
+
+    [[nodiscard]] static DoubleAttribute worldOf(const LocationNode& node,
+                                                 const DoubleAttribute& parentWorld) {
+        return node.absolute ? node.matrix : multiplyMatrices(node.matrix, parentWorld);
+    }
+
+    [[nodiscard]] bool isOnLine(const LocationNode& node) const {
+        const auto depth = static_cast<std::size_t>(node.depth);
+        return depth <= line_.size() && line_[depth - 1].node == &node;
+    }
+
+    DoubleAttribute getAncestor(const LocationNode* node) {
+        // Up to where the old line and the new one part, and back down.
+        const LocationNode* joint = node;
+        for (; joint && !isOnLine(*joint); joint = joint->parent)
+            climbed_.push_back(joint);
+        line_.resize(joint ? static_cast<std::size_t>(joint->depth) : 0);
+        DoubleAttribute world = joint ? line_.back().world : DoubleAttribute();
+        for (; !climbed_.empty(); climbed_.pop_back()) {
+            world = worldOf(*climbed_.back(), world);
+            line_.push_back({climbed_.back(), world});
         }
         return world;
     }
 
-private:
-    boost::unordered_map<const LocationNode*, DoubleAttribute> matrices_;
+    std::vector<Ancestor> line_; ///< by depth, from the root
+    std::vector<const LocationNode*> climbed_;
 };
 
 /// Walks down from the locations asked for and gathers their boxes.
@@ -87,41 +103,49 @@ public:
     MergedExtentWalk(const SceneBounds& bounds, const LocationNode* excluded)
         : bounds_(bounds), excluded_(excluded) {}
 
-    void visit(const LocationNode* start) {
-        push(start);
-        while (!stack_.empty()) {
-            const LocationNode* const node = stack_.back();
-            stack_.pop_back();
-            const std::string path = node->path.str();
-            if (const DoubleAttribute box = bounds_.getBounds(path)) {
-                mergeWorld(*node, box);
-                continue;
-            }
-            if (const DoubleAttribute extent = bounds_.computeExtent(path))
-                mergeWorld(*node, extent);
-            for (const LocationNode* child : node->children)
-                push(child);
-            for (const LocationNode* child : node->proxyChildren)
-                push(child);
-        }
-    }
-
-    [[nodiscard]] const DoubleAttribute& result() const { return merged_; }
-
-private:
-    void push(const LocationNode* node) {
-        if (node && node->sent && node != excluded_ && !LocationTree::isHidden(*node) &&
-            visited_.insert(node).second)
+    /// All are added before the walk. Null is passed over.
+    void addStart(const LocationNode* node) {
+        if (node && takesPart(*node) && starts_.insert(node).second)
             stack_.push_back(node);
     }
 
+    DoubleAttribute run() {
+        while (!stack_.empty()) {
+            const LocationNode& node = *stack_.back();
+            stack_.pop_back();
+            const char* const path = node.path.c_str();
+            if (const DoubleAttribute box = bounds_.getBounds(node.attributes, path)) {
+                mergeWorld(node, box);
+                continue;
+            }
+            mergeWorld(node, bounds_.computeExtent(node.attributes, path));
+            pushChildren(node.children);
+            pushChildren(node.proxyChildren);
+        }
+        return merged_;
+    }
+
+private:
+    [[nodiscard]] bool takesPart(const LocationNode& node) const {
+        return node.sent && &node != excluded_ && !LocationTree::isHidden(node);
+    }
+
+    // Each node has one parent, so only a start can be reached twice.
+    void pushChildren(const NodeList<LocationNode>& children) {
+        for (const LocationNode* child : children) {
+            if (takesPart(*child) && starts_.find(child) == starts_.end())
+                stack_.push_back(child);
+        }
+    }
+
     void mergeWorld(const LocationNode& node, const DoubleAttribute& box) {
-        merge(merged_, CalcTransformedBoundsAtExistingTimes(matrices_.get(&node), box));
+        if (box)
+            merge(merged_, CalcTransformedBoundsAtExistingTimes(matrices_.get(node), box));
     }
 
     const SceneBounds& bounds_;
     const LocationNode* excluded_;
-    boost::unordered_set<const LocationNode*> visited_;
+    boost::unordered_set<const LocationNode*> starts_;
     std::vector<const LocationNode*> stack_;
     WorldMatrices matrices_;
     DoubleAttribute merged_;
@@ -144,34 +168,42 @@ DoubleAttribute pointExtent(const GroupAttribute& attributes) {
 }
 
 DoubleAttribute SceneBounds::getBounds(const std::string& path) const {
-    const GroupAttribute attributes = delegate_.getAttributes(path, kVlViewerDelegatePrimary);
+    return getBounds(delegate_.getAttributes(path, kVlViewerDelegatePrimary), path.c_str());
+}
+
+DoubleAttribute SceneBounds::getBounds(const GroupAttribute& attributes, const char* path) const {
     if (DoubleAttribute bound(attributes.borrowChildByName("bound")); isBounds(bound))
         return bound;
     const HostCall call(delegate_);
-    if (DoubleAttribute bound(Attribute::CreateAndSteal(
-            delegate_.suite->getBounds(delegate_.instance, path.c_str())));
+    if (DoubleAttribute bound(
+            Attribute::CreateAndSteal(delegate_.suite->getBounds(delegate_.instance, path)));
         isBounds(bound))
         return bound;
     const ComponentList::Snapshot components = delegate_.components.snapshot();
     for (auto place = components->rbegin(); place != components->rend(); ++place) {
         if (!delegate_.components.contains(*place))
             continue;
-        if (DoubleAttribute bound = (*place)->getBounds(path.c_str()); isBounds(bound))
+        if (DoubleAttribute bound = (*place)->getBounds(path); isBounds(bound))
             return bound;
     }
     return {};
 }
 
 DoubleAttribute SceneBounds::computeExtent(const std::string& path) const {
+    return computeExtent(delegate_.getAttributes(path, kVlViewerDelegatePrimary), path.c_str());
+}
+
+DoubleAttribute SceneBounds::computeExtent(const GroupAttribute& attributes,
+                                           const char* path) const {
     DoubleAttribute extent;
-    merge(extent, pointExtent(delegate_.getAttributes(path, kVlViewerDelegatePrimary)));
+    merge(extent, pointExtent(attributes));
     const HostCall call(delegate_);
     merge(extent, DoubleAttribute(Attribute::CreateAndSteal(
-                      delegate_.suite->computeExtent(delegate_.instance, path.c_str()))));
+                      delegate_.suite->computeExtent(delegate_.instance, path))));
     const ComponentList::Snapshot components = delegate_.components.snapshot();
     for (auto place = components->rbegin(); place != components->rend(); ++place) {
         if (delegate_.components.contains(*place))
-            merge(extent, (*place)->computeExtent(path.c_str()));
+            merge(extent, (*place)->computeExtent(path));
     }
     return extent;
 }
@@ -181,9 +213,9 @@ DoubleAttribute SceneBounds::computeMergedExtent(const char* const* paths, std::
     MergedExtentWalk walk(*this, delegate_.locationTree.find(excludePath));
     for (std::uint32_t index = 0; paths && index < count; ++index) {
         if (paths[index])
-            walk.visit(delegate_.locationTree.find(paths[index]));
+            walk.addStart(delegate_.locationTree.find(paths[index]));
     }
-    return walk.result();
+    return walk.run();
 }
 
 } // namespace ViewerAPI

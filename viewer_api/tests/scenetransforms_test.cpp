@@ -354,5 +354,18 @@ TEST(MultiplyMatrices, hasASampleForEveryTimeOfEither) {
     EXPECT_EQ(product.getNearestSample(1.0F)[0], 21);
 }
 
+TEST(MultiplyMatrices, takesASingleSampleForAllTimes) {
+    const std::vector<double> doubled{2, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    const std::vector<double> tripled{3, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+    const DoubleAttribute moving(std::vector<float>{-0.5F, 0.5F}, {doubled, tripled}, 4);
+    const DoubleAttribute still(doubled, 4);
+    for (const DoubleAttribute& product :
+         {multiplyMatrices(moving, still), multiplyMatrices(still, moving)}) {
+        ASSERT_EQ(product.getNumberOfTimeSamples(), 2);
+        EXPECT_EQ(product.getNearestSample(-0.5F)[0], 4);
+        EXPECT_EQ(product.getNearestSample(0.5F)[0], 6);
+    }
+}
+
 } // namespace
 } // namespace ViewerAPI::test

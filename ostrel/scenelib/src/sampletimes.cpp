@@ -17,9 +17,6 @@ void SampleTimes::add(const VlAttribute::DataAttribute& attribute) {
 const std::vector<float>& SampleTimes::finish() {
     std::sort(times.begin(), times.end());
     times.erase(std::unique(times.begin(), times.end()), times.end());
-    if (times.empty()) {
-        times.push_back(0.0F);
-    }
     return times;
 }
 

@@ -11,7 +11,7 @@ namespace VlScenelib {
 class SampleTimes {
 public:
     void add(const VlAttribute::DataAttribute& attribute);
-    /// Sorted, without repeats; {0} when no attribute varies. Call once, after the last add().
+    /// Sorted, without repeats; empty when no attribute varies. Call once, after the last add().
     const std::vector<float>& finish();
 
 private:

@@ -93,8 +93,8 @@ Bounds transformProjective(const Imath::M44d& matrix, const Bounds& bounds) {
 
 template <typename At>
 DoubleAttribute sampled(const std::vector<float>& times, std::int64_t tupleSize, At&& at) {
-    if (times.size() == 1) {
-        const auto values = at(times.front());
+    if (times.empty()) {
+        const auto values = at(0.0F);
         return DoubleAttribute(std::span<const double>(values), tupleSize);
     }
     std::vector<std::vector<double>> samples;
