@@ -2,7 +2,6 @@
 
 #include "callboth.h"
 #include "manipulatorbridge.h"
-#include "manipulatorregistry.h"
 #include "plugininstance.h"
 #include "pythonchannel.h"
 #include "raisedflag.h"
@@ -18,12 +17,7 @@
 #include "VlScenelib/LocationEvent.h"
 #include "VlScenelib/ScenelibRuntime.h"
 
-#include <boost/unordered_set.hpp>
-
-#include <algorithm>
 #include <atomic>
-#include <span>
-#include <string_view>
 #include <vector>
 
 namespace ViewerAPI {
@@ -41,22 +35,8 @@ namespace {
 std::atomic<std::int32_t> viewerDelegateInstanceCount{0};
 
 constexpr const char* kRootPath = "/root";
-constexpr const char* kSelectLocationsChannel = "__SELECT_LOCATIONS";
-constexpr const char* kGetSelectedLocationsChannel = "__GET_SELECTED_LOCATIONS";
 constexpr const char* kBoundingBoxesChannel = "__BOUNDING_BOXES_CHANGED";
 constexpr const char* kProxyGeometryChannel = "__PROXY_GEOMETRY_CHANGED";
-
-/// Whether none of the paths is null.
-bool isPathList(const char* const* paths, std::uint32_t count) {
-    return count == 0 || (paths && std::find(paths, paths + count, nullptr) == paths + count);
-}
-
-/// Null, which makes an operation do nothing, for a list that has a null in it.
-StringAttribute packPaths(const char* const* paths, std::uint32_t count) {
-    if (!isPathList(paths, count))
-        return {};
-    return StringAttribute(std::span<const char* const>(paths, count));
-}
 
 } // namespace
 
@@ -298,107 +278,7 @@ void VlViewerDelegateHostStruct::setProxyGeometryEnabled(bool isEnabled) {
     callPythonCallback(kProxyGeometryChannel, IntAttribute(isEnabled ? 1 : 0));
 }
 
-// ---- State of locations
-
-void VlViewerDelegateHostStruct::openLocations(const char* const* paths, std::uint32_t count) {
-    const StringAttribute list = packPaths(paths, count);
-    if (!list)
-        return;
-    scene.primaryClient->setLocationsOpen(list);
-    for (const auto path : list.getNearestSample(0.0F))
-        locationTree.openLocation(path);
-}
-
-void VlViewerDelegateHostStruct::closeLocations(const char* const* paths, std::uint32_t count) {
-    const StringAttribute list = packPaths(paths, count);
-    if (!list)
-        return;
-    scene.primaryClient->setLocationsClosed(list);
-    for (const auto path : list.getNearestSample(0.0F))
-        locationTree.closeLocation(path);
-}
-
-void VlViewerDelegateHostStruct::pinLocations(const char* const* paths, std::uint32_t count) {
-    const StringAttribute list = packPaths(paths, count);
-    if (!list)
-        return;
-    scene.pinLocations(list);
-    for (const auto path : list.getNearestSample(0.0F))
-        locationTree.pinLocation(path);
-}
-
-void VlViewerDelegateHostStruct::unpinLocations(const char* const* paths, std::uint32_t count) {
-    const StringAttribute list = packPaths(paths, count);
-    if (!list)
-        return;
-    scene.unpinLocations(list);
-    for (const auto path : list.getNearestSample(0.0F))
-        locationTree.unpinLocation(path);
-}
-
-void VlViewerDelegateHostStruct::activateSourceLocations(const char* const* paths,
-                                                         std::uint32_t count) {
-    const StringAttribute list = packPaths(paths, count);
-    if (!list)
-        return;
-    scene.sourcesClient->setLocationsActive(list);
-    for (const auto path : list.getNearestSample(0.0F))
-        sourceLocationTree.pinLocation(path);
-}
-
-void VlViewerDelegateHostStruct::deactivateSourceLocations(const char* const* paths,
-                                                           std::uint32_t count) {
-    const StringAttribute list = packPaths(paths, count);
-    if (!list)
-        return;
-    scene.sourcesClient->setLocationsInactive(list);
-    for (const auto path : list.getNearestSample(0.0F))
-        sourceLocationTree.unpinLocation(path);
-}
-
-void VlViewerDelegateHostStruct::hideLocations(const char* const* paths, std::uint32_t count) {
-    if (isPathList(paths, count))
-        locationTree.hideLocations({paths, count});
-}
-
-void VlViewerDelegateHostStruct::unhideLocations(const char* const* paths, std::uint32_t count) {
-    if (isPathList(paths, count))
-        locationTree.unhideLocations({paths, count});
-}
-
-void VlViewerDelegateHostStruct::unhideAllLocations() {
-    locationTree.unhideAllLocations();
-}
-
-StringAttribute VlViewerDelegateHostStruct::getHiddenLocations() const {
-    return locationTree.getHiddenLocations();
-}
-
-// ---- Selection
-
-void VlViewerDelegateHostStruct::setSelectedLocations(const char* const* paths,
-                                                      std::uint32_t count) {
-    const HostCall call(*this);
-    const ComponentList::Snapshot snapshot = components.snapshot();
-    for (auto place = snapshot->rbegin(); place != snapshot->rend(); ++place) {
-        if (components.contains(*place))
-            (*place)->locationsSelected(paths, count);
-    }
-    suite->locationsSelected(instance, const_cast<const char**>(paths), count);
-}
-
-void VlViewerDelegateHostStruct::selectLocation(const char* path) {
-    selectLocations(&path, 1);
-}
-
-void VlViewerDelegateHostStruct::selectLocations(const char* const* paths, std::uint32_t count) {
-    if (const StringAttribute list = packPaths(paths, count))
-        callPythonCallback(kSelectLocationsChannel, list);
-}
-
-StringAttribute VlViewerDelegateHostStruct::getSelectedLocations() {
-    return StringAttribute(callPythonCallback(kGetSelectedLocationsChannel, {}));
-}
+// ---- Upward calls
 
 Attribute VlViewerDelegateHostStruct::callPythonCallback(const char* name, const Attribute& value) {
     if (!name)
@@ -460,23 +340,6 @@ void VlViewerDelegateHostStruct::closeManipulationGroup(const std::string& path)
 
 StringAttribute VlViewerDelegateHostStruct::getDescendantLocations(const std::string& path) const {
     return locationTree.getDescendantLocations(path);
-}
-
-GroupAttribute VlViewerDelegateHostStruct::getCompatibleManipulatorsInfo(const char* const* paths,
-                                                                         std::uint32_t count) {
-    if (!isPathList(paths, count))
-        return {};
-    const HostCall call(*this);
-    // Not a group by path, as a dot in a location's name would lead into another group.
-    boost::unordered_set<std::string_view> seen;
-    std::vector<GroupAttribute> locations;
-    for (const char* const path : std::span(paths, count)) {
-        if (!seen.insert(path).second)
-            continue;
-        if (GroupAttribute attributes = getAttributes(path, kVlViewerDelegatePrimary))
-            locations.push_back(std::move(attributes));
-    }
-    return ViewerAPI::getCompatibleManipulatorsInfo(locations);
 }
 
 // ---- Transforms and bounds
