@@ -27,6 +27,7 @@ using pythoncompat::parseArguments;
 using pythoncompat::returnBool;
 using pythoncompat::returnNone;
 using pythoncompat::TextArgument;
+using VlAttribute::DoubleAttribute;
 using VlAttribute::GroupAttribute;
 
 bool PyViewerDelegateObject::checkAlive() const {
@@ -114,6 +115,67 @@ PyObject* readAttributes(Record& self, PyObject* args) {
     return newPyAttribute((self.host->*Query)(path.get(), sceneView));
 }
 
+// A method whose one argument is a group.
+using GroupOperation = void (Host::*)(const GroupAttribute& group);
+
+template <GroupOperation Operation>
+PyObject* withGroup(Record& self, PyObject* args) {
+    GroupAttribute group;
+    if (!parseGroupArgument(args, group)) {
+        return nullptr;
+    }
+    (self.host->*Operation)(group);
+    return returnNone();
+}
+
+// A question about the box of a location.
+using BoxQuery = DoubleAttribute (Host::*)(const std::string& path);
+
+template <BoxQuery Query>
+PyObject* readBox(Record& self, PyObject* args) {
+    TextArgument path;
+    if (!parseArguments(args, "s", path)) {
+        return nullptr;
+    }
+    return newPyAttribute((self.host->*Query)(path.get()));
+}
+
+// Components and viewports are removed, and their names read, alike.
+using NameOperation = void (Host::*)(const std::string& name);
+using IndexOperation = void (Host::*)(std::uint32_t index);
+using NameQuery = const char* (Host::*)(std::uint32_t index) const;
+
+template <NameOperation Remove>
+PyObject* removeByName(Record& self, PyObject* args) {
+    TextArgument name;
+    if (!parseArguments(args, "s", name)) {
+        return nullptr;
+    }
+    (self.host->*Remove)(name.get());
+    return returnNone();
+}
+
+template <IndexOperation Remove>
+PyObject* removeByIndex(Record& self, PyObject* args) {
+    int index = -1;
+    if (!PyArg_ParseTuple(args, "i", &index)) {
+        return nullptr;
+    }
+    if (index >= 0) {
+        (self.host->*Remove)(static_cast<std::uint32_t>(index));
+    }
+    return returnNone();
+}
+
+template <NameQuery Query>
+PyObject* nameByIndex(Record& self, PyObject* args) {
+    int index = -1;
+    if (!PyArg_ParseTuple(args, "i", &index)) {
+        return nullptr;
+    }
+    return newText((self.host->*Query)(static_cast<std::uint32_t>(index)));
+}
+
 PyObject* addComponent(Record& self, PyObject* args) {
     TextArgument pluginName;
     TextArgument name;
@@ -135,28 +197,6 @@ PyObject* insertComponent(Record& self, PyObject* args) {
                                                       static_cast<std::uint32_t>(index)));
 }
 
-PyObject* removeComponent(Record& self, PyObject* args) {
-    TextArgument name;
-    if (!parseArguments(args, "s", name)) {
-        return nullptr;
-    }
-    if (name) {
-        self.host->removeComponent(name.get());
-    }
-    return returnNone();
-}
-
-PyObject* removeComponentByIndex(Record& self, PyObject* args) {
-    int index = -1;
-    if (!PyArg_ParseTuple(args, "i", &index)) {
-        return nullptr;
-    }
-    if (index >= 0) {
-        self.host->removeComponentByIndex(static_cast<std::uint32_t>(index));
-    }
-    return returnNone();
-}
-
 PyObject* getNumberOfComponents(Record& self) {
     return PyLong_FromLong(static_cast<long>(self.host->getNumberOfComponents()));
 }
@@ -166,7 +206,7 @@ PyObject* getComponent(Record& self, PyObject* args) {
     if (!parseArguments(args, "s", name)) {
         return nullptr;
     }
-    return componentOrNone(name ? self.host->getComponent(name.get()) : nullptr);
+    return componentOrNone(self.host->getComponent(name.get()));
 }
 
 PyObject* getComponentByIndex(Record& self, PyObject* args) {
@@ -176,14 +216,6 @@ PyObject* getComponentByIndex(Record& self, PyObject* args) {
     }
     return componentOrNone(
         index < 0 ? nullptr : self.host->getComponentByIndex(static_cast<std::uint32_t>(index)));
-}
-
-PyObject* getComponentName(Record& self, PyObject* args) {
-    int index = -1;
-    if (!PyArg_ParseTuple(args, "i", &index)) {
-        return nullptr;
-    }
-    return newText(self.host->getComponentName(static_cast<std::uint32_t>(index)));
 }
 
 PyObject* getComponentIndex(Record& self, PyObject* args) {
@@ -217,7 +249,7 @@ PyObject* getViewport(Record& self, PyObject* args) {
     if (!parseArguments(args, "s", name)) {
         return nullptr;
     }
-    return viewportOrNone(self, name ? self.host->getViewport(name.get()) : nullptr);
+    return viewportOrNone(self, self.host->getViewport(name.get()));
 }
 
 PyObject* getViewportByIndex(Record& self, PyObject* args) {
@@ -230,38 +262,8 @@ PyObject* getViewportByIndex(Record& self, PyObject* args) {
         index < 0 ? nullptr : self.host->getViewportByIndex(static_cast<std::uint32_t>(index)));
 }
 
-PyObject* removeViewport(Record& self, PyObject* args) {
-    TextArgument name;
-    if (!parseArguments(args, "s", name)) {
-        return nullptr;
-    }
-    if (name) {
-        self.host->removeViewport(name.get());
-    }
-    return returnNone();
-}
-
-PyObject* removeViewportByIndex(Record& self, PyObject* args) {
-    int index = -1;
-    if (!PyArg_ParseTuple(args, "i", &index)) {
-        return nullptr;
-    }
-    if (index >= 0) {
-        self.host->removeViewportByIndex(static_cast<std::uint32_t>(index));
-    }
-    return returnNone();
-}
-
 PyObject* getNumberOfViewports(Record& self) {
     return newInt(static_cast<long>(self.host->getNumberOfViewports()));
-}
-
-PyObject* getViewportName(Record& self, PyObject* args) {
-    int index = -1;
-    if (!PyArg_ParseTuple(args, "i", &index)) {
-        return nullptr;
-    }
-    return newText(self.host->getViewportName(static_cast<std::uint32_t>(index)));
 }
 
 PyObject* setLookThroughLocation(Record& self, PyObject* args) {
@@ -275,15 +277,6 @@ PyObject* setLookThroughLocation(Record& self, PyObject* args) {
     if (!viewport.watch.expired()) {
         self.host->setLookThroughLocation(viewport.host, path.get());
     }
-    return returnNone();
-}
-
-PyObject* setVisibilityWorkingSet(Record& self, PyObject* args) {
-    GroupAttribute workingSet;
-    if (!parseGroupArgument(args, workingSet)) {
-        return nullptr;
-    }
-    self.host->setVisibilityWorkingSet(workingSet);
     return returnNone();
 }
 
@@ -305,15 +298,6 @@ PyObject* setManipulationFreezePeriod(Record& self, PyObject* args) {
     return returnNone();
 }
 
-PyObject* setSystemArgs(Record& self, PyObject* args) {
-    GroupAttribute systemArgs;
-    if (!parseGroupArgument(args, systemArgs)) {
-        return nullptr;
-    }
-    self.host->setSystemArgs(systemArgs);
-    return returnNone();
-}
-
 PyObject* getCompatibleManipulatorsInfo(Record& self, PyObject* args) {
     StringListArgument paths;
     if (!paths.parse(args)) {
@@ -331,22 +315,6 @@ PyObject* cleanup(Record& self) {
     PyDict_Clear(self.callbacks);
     self.host->cleanup();
     return returnNone();
-}
-
-PyObject* getBounds(Record& self, PyObject* args) {
-    TextArgument path;
-    if (!parseArguments(args, "s", path)) {
-        return nullptr;
-    }
-    return newPyAttribute(self.host->getBounds(path.get()));
-}
-
-PyObject* computeExtent(Record& self, PyObject* args) {
-    TextArgument path;
-    if (!parseArguments(args, "s", path)) {
-        return nullptr;
-    }
-    return newPyAttribute(self.host->computeExtent(path.get()));
 }
 
 PyObject* computeMergedExtent(Record& self, PyObject* args) {
@@ -379,21 +347,25 @@ PyObject* hideLocations(Record& self, PyObject* args) {
 PyMethodDef methods[] = {
     method<&addComponent>("addComponent", docs::delegate::addComponent),
     method<&insertComponent>("insertComponent", docs::delegate::insertComponent),
-    method<&removeComponent>("removeComponent", docs::delegate::removeComponent),
-    method<&removeComponentByIndex>("removeComponentByIndex",
-                                    docs::delegate::removeComponentByIndex),
+    method<&removeByName<&Host::removeComponent>>("removeComponent",
+                                                  docs::delegate::removeComponent),
+    method<&removeByIndex<&Host::removeComponentByIndex>>("removeComponentByIndex",
+                                                          docs::delegate::removeComponentByIndex),
     method<&getNumberOfComponents>("getNumberOfComponents", docs::delegate::getNumberOfComponents),
     method<&getComponent>("getComponent", docs::delegate::getComponent),
     method<&getComponentByIndex>("getComponentByIndex", docs::delegate::getComponentByIndex),
-    method<&getComponentName>("getComponentName", docs::delegate::getComponentName),
+    method<&nameByIndex<&Host::getComponentName>>("getComponentName",
+                                                  docs::delegate::getComponentName),
     method<&getComponentIndex>("getComponentIndex", docs::delegate::getComponentIndex),
     method<&addViewport>("addViewport", docs::delegate::addViewport),
     method<&getViewport>("getViewport", docs::delegate::getViewport),
     method<&getViewportByIndex>("getViewportByIndex", docs::delegate::getViewportByIndex),
-    method<&removeViewport>("removeViewport", docs::delegate::removeViewport),
-    method<&removeViewportByIndex>("removeViewportByIndex", docs::delegate::removeViewportByIndex),
+    method<&removeByName<&Host::removeViewport>>("removeViewport", docs::delegate::removeViewport),
+    method<&removeByIndex<&Host::removeViewportByIndex>>("removeViewportByIndex",
+                                                         docs::delegate::removeViewportByIndex),
     method<&getNumberOfViewports>("getNumberOfViewports", docs::delegate::getNumberOfViewports),
-    method<&getViewportName>("getViewportName", docs::delegate::getViewportName),
+    method<&nameByIndex<&Host::getViewportName>>("getViewportName",
+                                                 docs::delegate::getViewportName),
     method<&withPaths<&Host::openLocations>>("openLocations", docs::delegate::openLocations),
     method<&withPaths<&Host::closeLocations>>("closeLocations", docs::delegate::closeLocations),
     method<&withPaths<&Host::pinLocations>>("pinLocations", docs::delegate::pinLocations),
@@ -404,8 +376,8 @@ PyMethodDef methods[] = {
         "setWorkingSetVisibilityEnabled", docs::delegate::setWorkingSetVisibilityEnabled),
     method<&ask<&Host::getWorkingSetVisibilityEnabled>>(
         "getWorkingSetVisibilityEnabled", docs::delegate::getWorkingSetVisibilityEnabled),
-    method<&setVisibilityWorkingSet>("setVisibilityWorkingSet",
-                                     docs::delegate::setVisibilityWorkingSet),
+    method<&withGroup<&Host::setVisibilityWorkingSet>>("setVisibilityWorkingSet",
+                                                       docs::delegate::setVisibilityWorkingSet),
     method<&setViewOp>("setViewOp", docs::delegate::setViewOp),
     method<&setManipulationFreezePeriod>("setManipulationFreezePeriod",
                                          docs::delegate::setManipulationFreezePeriod),
@@ -419,7 +391,7 @@ PyMethodDef methods[] = {
                                                       docs::delegate::getLiveAttributes),
     method<&readAttributes<&Host::getCookedAttributes>>("getCookedAttributes",
                                                         docs::delegate::getCookedAttributes),
-    method<&setSystemArgs>("setSystemArgs", docs::delegate::setSystemArgs),
+    method<&withGroup<&Host::setSystemArgs>>("setSystemArgs", docs::delegate::setSystemArgs),
     method<&setOption<Record>>("setOption", docs::setOption),
     method<&setOptionByName<Record>>("setOptionByName", docs::setOptionByName),
     method<&getOption<Record>>("getOption", docs::getOption),
@@ -448,8 +420,8 @@ PyMethodDef methods[] = {
                                                       docs::delegate::setProxyGeometryEnabled),
     method<&act<&Host::setup>>("setup", docs::delegate::setup),
     method<&cleanup>("cleanup", docs::delegate::cleanup),
-    method<&getBounds>("getBounds", docs::delegate::getBounds),
-    method<&computeExtent>("computeExtent", docs::delegate::computeExtent),
+    method<&readBox<&Host::getBounds>>("getBounds", docs::delegate::getBounds),
+    method<&readBox<&Host::computeExtent>>("computeExtent", docs::delegate::computeExtent),
     method<&computeMergedExtent>("computeMergedExtent", docs::delegate::computeMergedExtent),
     method<&hideLocations>("hideLocations", docs::delegate::hideLocations),
     method<&act<&Host::unhideAllLocations>>("unhideAllLocations",

@@ -251,7 +251,8 @@ inline constexpr char getBounds[] =
 
 inline constexpr char computeExtent[] =
     "computeExtent(str location) -> DoubleAttribute\n\n"
-    "Computes the extent of a location and what is below it: xmin, xmax, ymin, ymax, zmin, zmax.";
+    "Computes the extent of what a location itself shows, in its local space: xmin, xmax, ymin, "
+    "ymax, zmin, zmax. What is below it doesn't count.";
 
 inline constexpr char computeMergedExtent[] =
     "computeMergedExtent(list locations, str excludeLocation) -> DoubleAttribute\n\n"
