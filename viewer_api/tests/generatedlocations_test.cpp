@@ -476,5 +476,20 @@ TEST_F(GeneratedProxies, flushCachesDropsWhatCooks) {
     EXPECT_FALSE(delegate->isProcessing());
 }
 
+TEST_F(GeneratedProxies, flushCachesOfAnEmptyTreeReachesTheFactoriesAlone) {
+    client(kPrimaryClient).report("/root", proxied("x"));
+    pump();
+    client(kPrimaryClient).reportGone("/root");
+    pump();
+    ASSERT_EQ(delegate->locationTree.getNumberOfLocations(), 0U);
+    log.take();
+    runtime->takeCalls();
+    runtime->independent().takeCalls();
+    delegate->flushCaches();
+    EXPECT_THAT(runtime->independent().takeCalls(), ElementsAre("flushCaches"));
+    EXPECT_THAT(runtime->takeCalls(), IsEmpty());
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
 } // namespace
 } // namespace ViewerAPI::test

@@ -400,6 +400,18 @@ TYPED_TEST(ViewerDelegateHostSuites, aPluginReachesItsDelegateThroughWhatCreateG
     EXPECT_EQ(this->suite.getNumberOfComponents(this->plugin.host), 1U);
 }
 
+using ViewerDelegateHostSuiteVersion = DelegateTest;
+
+TEST_F(ViewerDelegateHostSuiteVersion, eitherReachesTheSameDelegate) {
+    const ViewerDelegateHostSuiteV2& version2 = *getViewerDelegateHostSuiteV2();
+    const ViewerDelegateHostSuite& version3 = *getViewerDelegateHostSuite();
+    const char* path = "/root/a";
+    version2.hideLocations(plugin.host, &path, 1);
+    EXPECT_EQ(taken(version3.getHiddenLocations(plugin.host)), "\"/root/a\"");
+    version3.unhideAllLocations(plugin.host);
+    EXPECT_EQ(taken(version2.getHiddenLocations(plugin.host)), "()");
+}
+
 TEST(ViewerDelegateHostSuiteVersions, differInEntry5Alone) {
     static_assert(sizeof(ViewerDelegateHostSuite) == kEntries * sizeof(void*));
     static_assert(sizeof(ViewerDelegateHostSuiteV2) == kEntries * sizeof(void*));
