@@ -17,6 +17,7 @@ import PyVlAttribute
 import PyVlLogging
 
 import ostrel
+from ostrel import events
 from xserver import WindowReader, XServer
 
 CUBE = """mtllib cube.mtl
@@ -225,6 +226,31 @@ class WindowTest(unittest.TestCase):
         picture = self.see(frame, isRed, view)
         self.assertEqual((picture.width, picture.height), (320, 240))
         self.assertShowsCube(picture, isRed)
+
+    def test_click_in_the_window_selects_and_is_seen(self):
+        self.importCube("red")
+        frame = self.addFrame()
+        view = self.addView(frame, "main")
+        view.draw()
+        plain = centre(self.see(frame, isRed))
+        x, y = frame.winfo_width() // 2, frame.winfo_height() // 2
+        for build in (events.mousePress, events.mouseRelease):
+            self.assertTrue(view.viewport.event(build(x, y, "left")))
+        selected, = self.session.getSelection()
+        self.assertTrue(selected.startswith("/root/red_obj"), selected)
+        self.assertTrue(view.viewport.isDirty())
+        view.draw()
+        self.see(frame, lambda pixel: pixel != plain)
+
+    def test_wheel_in_the_window_fills_it_with_what_is_under_the_cursor(self):
+        self.importCube("red")
+        frame = self.addFrame()
+        view = self.addView(frame, "main")
+        for _ in range(20):
+            view.viewport.event(events.wheel(frame.winfo_width() // 2, frame.winfo_height() // 2,
+                                             1.0))
+        view.draw()
+        self.assertGreater(share(self.see(frame, isRed), isRed), 0.95)
 
     def test_window_that_is_gone_raises_nothing(self):
         self.importCube("red")

@@ -1,6 +1,7 @@
 #include "layer/picking.h"
 
 #include "delegate/scenedelegate.h"
+#include "gl/scissorguard.h"
 
 #include "VlAttribute/StringAttribute.h"
 
@@ -13,29 +14,6 @@ namespace {
 
 /// Points and lines reach this far beyond their places.
 constexpr double kReachPx = 3.0;
-
-/// Cuts drawing down to a region, in GL's window coordinates.
-class ScissorGuard {
-public:
-    ScissorGuard(const ViewerPlugin::PickRegion& region, int viewportHeight) {
-        glGetIntegerv(GL_SCISSOR_BOX, box);
-        enabled = glIsEnabled(GL_SCISSOR_TEST);
-        glScissor(region.x, viewportHeight - region.y - region.height, region.width, region.height);
-        glEnable(GL_SCISSOR_TEST);
-    }
-    ScissorGuard(const ScissorGuard&) = delete;
-    ScissorGuard& operator=(const ScissorGuard&) = delete;
-    ~ScissorGuard() {
-        glScissor(box[0], box[1], box[2], box[3]);
-        if (!enabled) {
-            glDisable(GL_SCISSOR_TEST);
-        }
-    }
-
-private:
-    GLint box[4] = {};
-    GLboolean enabled = GL_FALSE;
-};
 
 std::unordered_set<std::string_view> pathsOf(const VlAttribute::GroupAttribute& objects,
                                              std::vector<VlAttribute::StringAttribute>& keep) {
@@ -72,7 +50,8 @@ void drawPickableLocations(SceneDelegate& delegate, const ViewerPlugin::Viewport
     std::vector<VlAttribute::StringAttribute> keep;
     const auto leftOut = pathsOf(excluded, keep);
     const SceneMirror& mirror = delegate.getMirror();
-    const ScissorGuard scissor(region, height);
+    const ScissorGuard scissor(height);
+    scissor.cutTo(region);
     delegate.shareGpuScene()->drawIds(delegate.getMirror(), frame, part,
                                       [&](std::uint32_t node) -> std::uint64_t {
                                           const std::string& path = mirror.getPath(node);

@@ -25,12 +25,14 @@ constexpr int kHeight = 100;
 
 class Interaction : public testing::Test {
 protected:
-    bool mouse(const char* type, int x, int y, const char* button, const Strings& modifiers = {}) {
+    bool mouse(const char* type, int x, int y, const char* button, const Strings& modifiers = {},
+               const Strings& held = {}) {
         VlAttribute::GroupBuilder builder;
         builder.set("type", StringAttribute(type));
         builder.set("x", IntAttribute(x));
         builder.set("y", IntAttribute(y));
         builder.set("button", StringAttribute(button));
+        builder.set("buttons", StringAttribute(held));
         builder.set("modifiers", StringAttribute(modifiers));
         return send(builder.build());
     }
@@ -51,7 +53,7 @@ protected:
     void drag(const char* button, int dx, int dy, const Strings& modifiers = {}) {
         mouse("mousePress", 100, 50, button, modifiers);
         for (int step = 1; step <= 10; ++step) {
-            mouse("mouseMove", 100 + dx * step / 10, 50 + dy * step / 10, "", modifiers);
+            mouse("mouseMove", 100 + dx * step / 10, 50 + dy * step / 10, "", modifiers, {button});
         }
         mouse("mouseRelease", 100 + dx, 50 + dy, button, modifiers);
     }
@@ -242,12 +244,26 @@ TEST_F(Interaction, onlyTheButtonThatBeganADragEndsIt) {
     mouse("mouseRelease", 100, 50, "left");
     EXPECT_EQ(scene.delegate.selectionsTold, 0);
     const Imath::V3d held = pointAt(100, 50, 20);
-    EXPECT_TRUE(mouse("mouseMove", 150, 50, ""));
+    EXPECT_TRUE(mouse("mouseMove", 150, 50, "", {}, {"middle"}));
     EXPECT_NEAR(pixelOf(held).x, 150, 1e-9);
     EXPECT_TRUE(mouse("mouseRelease", 150, 50, "middle"));
     EXPECT_FALSE(mouse("mouseMove", 10, 10, ""));
     EXPECT_FALSE(mouse("mouseRelease", 10, 10, "left"));
     EXPECT_NEAR(pixelOf(held).x, 150, 1e-9);
+}
+
+TEST_F(Interaction, dragWhoseEndNobodyToldIsOver) {
+    drag("left", 50, 0);
+    const Imath::M44d before = camera.view;
+    mouse("mousePress", 100, 50, "left");
+    EXPECT_FALSE(mouse("mouseMove", 10, 10, "", {}, {"right"}));
+    EXPECT_FALSE(mouse("mouseMove", 90, 90, "", {}, {"left"}));
+    EXPECT_EQ(camera.view, before);
+    mouse("mousePress", 100, 50, "left");
+    mouse("mousePress", 20, 20, "left");
+    viewport.picked = {{"1", StringAttribute("/root/a")}};
+    mouse("mouseRelease", 20, 20, "left");
+    EXPECT_EQ(viewport.pickedRegion, (std::array<int, 4>{20, 20, 1, 1})) << "a click at the second";
 }
 
 TEST_F(Interaction, eventsThatAreNoneAreLeftAlone) {

@@ -24,6 +24,7 @@ using VlAttribute::DoubleAttribute;
 using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
+using VlAttribute::StringAttribute;
 
 constexpr int kSize = 128;
 constexpr int kMiddle = kSize / 2;
@@ -140,11 +141,12 @@ TEST_F(SceneDepthGL, rectangleOfASelectionIsSeenWhileItIsDrawnUp) {
     FakeViewport& viewport = addView({0, 0, 6});
     const Pixels before = draw(viewport);
     const auto mouse = [&](const char* type, int x, int y) {
-        const GroupAttribute event{{"type", VlAttribute::StringAttribute(type)},
+        const GroupAttribute event{{"type", StringAttribute(type)},
                                    {"x", IntAttribute(x)},
                                    {"y", IntAttribute(y)},
-                                   {"button", VlAttribute::StringAttribute("left")},
-                                   {"modifiers", VlAttribute::StringAttribute("control")}};
+                                   {"button", StringAttribute("left")},
+                                   {"buttons", StringAttribute("left")},
+                                   {"modifiers", StringAttribute("control")}};
         viewport.suite->event(viewport.instance, event.getHandle());
     };
     mouse("mousePress", 20, 30);

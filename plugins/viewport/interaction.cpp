@@ -23,6 +23,14 @@ Imath::V2i pixelOf(const ViewerPlugin::ViewportEvent& event) {
     return {event.x, event.y};
 }
 
+bool isHeld(const ViewerPlugin::ViewportEvent::Buttons& buttons,
+            ViewerPlugin::ViewportEvent::Button button) {
+    using Button = ViewerPlugin::ViewportEvent::Button;
+    return button == Button::Left     ? buttons.left
+           : button == Button::Middle ? buttons.middle
+                                      : buttons.right;
+}
+
 Imath::Box3d boxOf(const VlAttribute::DoubleAttribute& bounds) {
     const auto values = bounds.getNearestSample(0.0f);
     Imath::Box3d box;
@@ -41,6 +49,9 @@ bool Interaction::event(const Event& event) {
         press(event);
         return true;
     case Event::Type::MouseMove:
+        if (hold && !isHeld(event.buttons, hold->press.button)) {
+            hold.reset(); // released where nobody told
+        }
         move(event);
         return hold.has_value();
     case Event::Type::MouseRelease:
@@ -71,8 +82,9 @@ Interaction::Drag Interaction::dragOf(const Event& press) {
 }
 
 void Interaction::press(const Event& event) {
-    // A second button during a drag changes nothing.
-    if (!hold) {
+    // A second button during a drag changes nothing; the same one begins anew, as its release went
+    // to another window.
+    if (!hold || hold->press.button == event.button) {
         hold = Hold{event, pixelOf(event)};
     }
 }

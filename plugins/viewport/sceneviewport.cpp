@@ -3,6 +3,7 @@
 #include "delegate/scenedelegate.h"
 #include "gl/drawstate.h"
 #include "gl/renderer.h"
+#include "gl/scissorguard.h"
 #include "gl/shaders.h"
 #include "viewer_api/ViewportCameraPluginSuite.h"
 #include "viewer_api/ViewportLayerPluginSuite.h"
@@ -32,24 +33,6 @@ public:
 
 private:
     GLint bound = 0;
-};
-
-/// Lets drawing be cut down to parts of the window, and ends that.
-class ScissorGuard {
-public:
-    ScissorGuard() {
-        glGetIntegerv(GL_SCISSOR_BOX, box);
-        glEnable(GL_SCISSOR_TEST);
-    }
-    ScissorGuard(const ScissorGuard&) = delete;
-    ScissorGuard& operator=(const ScissorGuard&) = delete;
-    ~ScissorGuard() {
-        glDisable(GL_SCISSOR_TEST);
-        glScissor(box[0], box[1], box[2], box[3]);
-    }
-
-private:
-    GLint box[4] = {};
 };
 
 /// Ends the driver's encoding, also when a layer throws.
@@ -177,16 +160,16 @@ void SceneViewport::pickerDraw(const ViewerPlugin::PickRegion& region,
 }
 
 void SceneViewport::drawRectangle(const ViewerPlugin::PickRegion& region) const {
-    const ScissorGuard scissor;
+    const ScissorGuard scissor(host.getHeight());
     glClearColor(1.0f, 0.75f, 0.3f, 1.0f);
-    const int bottom = host.getHeight() - region.y - region.height;
-    const ViewerPlugin::PickRegion sides[] = {
-        {region.x, bottom, region.width, 1},
-        {region.x, bottom + region.height - 1, region.width, 1},
-        {region.x, bottom, 1, region.height},
-        {region.x + region.width - 1, bottom, 1, region.height}};
+    const int right = region.x + region.width - 1;
+    const int bottom = region.y + region.height - 1;
+    const ViewerPlugin::PickRegion sides[] = {{region.x, region.y, region.width, 1},
+                                              {region.x, bottom, region.width, 1},
+                                              {region.x, region.y, 1, region.height},
+                                              {right, region.y, 1, region.height}};
     for (const ViewerPlugin::PickRegion& side : sides) {
-        glScissor(side.x, side.y, std::max(0, side.width), std::max(0, side.height));
+        scissor.cutTo(side);
         glClear(GL_COLOR_BUFFER_BIT);
     }
 }
