@@ -116,8 +116,9 @@ void CameraPose::frame(const Imath::Box3d& box) {
     const double perWidth = std::abs(projection[0][0]) / kFill;
     const double perHeight = std::abs(projection[1][1]) / kFill;
     if (!isPerspective()) {
-        orthographicWidth *=
-            std::max(reachAlong(half, right) * perWidth, reachAlong(half, up) * perHeight);
+        // A line that is seen end on has no width; what it has in depth must do.
+        orthographicWidth *= std::max({reachAlong(half, right) * perWidth,
+                                       reachAlong(half, up) * perHeight, 1e-3 * radius * perWidth});
         stand(right, back, center + back * distance);
         return;
     }

@@ -270,6 +270,13 @@ TEST_P(CameraPoseTest, frameKeepsTheDirection) {
     }
 }
 
+TEST_P(CameraPoseTest, frameOfALineSeenEndOnHasASize) {
+    pose.cameraToWorld = M44d();
+    pose.frame({V3d(0, 0, -5), V3d(0, 0, 5)});
+    EXPECT_GT(pose.orthographicWidth, 1e-4);
+    EXPECT_GT(pose.distance, 5.0);
+}
+
 TEST_P(CameraPoseTest, frameOfAPointStepsBackALittle) {
     pose.frame({V3d(5), V3d(5)});
     EXPECT_LT((pose.cameraToWorld.translation() - V3d(5)).length(), 1.0);

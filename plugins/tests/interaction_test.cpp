@@ -176,6 +176,21 @@ TEST_F(Interaction, survivesAViewportWithoutACamera) {
     EXPECT_TRUE(key("f"));
 }
 
+TEST_F(Interaction, cameraWithoutACentreOfInterestMovesAllTheSame) {
+    camera.centerOfInterest = 0.0;
+    EXPECT_TRUE(wheel(10, 10, 1.0f));
+    EXPECT_LT(eye().z, 20);
+    EXPECT_GT(camera.centerOfInterest, 0.0);
+}
+
+TEST_F(Interaction, pictureZoomedToNothingLeavesTheCameraAlone) {
+    const Imath::M44d before = camera.view;
+    camera.projection[0][0] = camera.projection[1][1] = 0.0;
+    drag("middle", 30, 30);
+    wheel(10, 10, 1.0f);
+    EXPECT_EQ(camera.view, before);
+}
+
 TEST_F(Interaction, clickSelectsWhatIsThere) {
     click({"/root/a"});
     EXPECT_EQ(selection, Strings{"/root/a"});

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -113,6 +114,11 @@ TEST(ViewportEvent, refusesWhatIsNoEvent) {
          {{"type", text("mousePress")}, {"x", one}, {"y", one}, {"button", text("fifth")}}},
         {"a release of no button", {{"type", text("mouseRelease")}, {"x", one}, {"y", one}}},
         {"a wheel that does not turn", {{"type", text("wheel")}, {"x", one}, {"y", one}}},
+        {"a wheel that turns by no number",
+         {{"type", text("wheel")},
+          {"x", one},
+          {"y", one},
+          {"delta", FloatAttribute(std::numeric_limits<float>::quiet_NaN())}}},
         {"a key without a name", {{"type", text("keyPress")}}},
         {"a key with an empty name", {{"type", text("keyPress")}, {"key", text("")}}},
     };

@@ -36,7 +36,13 @@ void CameraController::apply(Move move) const {
     CameraPose pose;
     pose.cameraToWorld = CameraPose::rigid(toMatrix(camera->getViewMatrix()).inverse());
     pose.projection = toMatrix(camera->getProjectionMatrix());
-    pose.distance = camera->getCenterOfInterest();
+    // A picture zoomed to nothing has no place to move to.
+    if (pose.projection[0][0] == 0.0 || pose.projection[1][1] == 0.0) {
+        return;
+    }
+    if (const double distance = camera->getCenterOfInterest(); distance > 0.0) {
+        pose.distance = distance;
+    }
     pose.orthographicWidth = camera->getOrthographicWidth();
     move(pose);
     const Imath::M44d view = pose.cameraToWorld.inverse();

@@ -5,6 +5,7 @@
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 
+#include <cmath>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -114,7 +115,7 @@ private:
         if (type == Type::Wheel) {
             const VlAttribute::FloatAttribute notches(group.getChildByName("delta"));
             delta = notches.getValue(0.0f);
-            return notches.getNumberOfValues() > 0;
+            return notches.getNumberOfValues() > 0 && std::isfinite(delta);
         }
         const std::string name = text(group, "button");
         button = name == "left"     ? Button::Left
