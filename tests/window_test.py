@@ -232,7 +232,7 @@ class WindowTest(unittest.TestCase):
         frame = self.addFrame()
         view = self.addView(frame, "main")
         view.draw()
-        plain = centre(self.see(frame, isRed))
+        plain = self.see(frame, isRed).pixels
         x, y = frame.winfo_width() // 2, frame.winfo_height() // 2
         for build in (events.mousePress, events.mouseRelease):
             self.assertTrue(view.viewport.event(build(x, y, "left")))
@@ -240,7 +240,9 @@ class WindowTest(unittest.TestCase):
         self.assertTrue(selected.startswith("/root/red_obj"), selected)
         self.assertTrue(view.viewport.isDirty())
         view.draw()
-        self.see(frame, lambda pixel: pixel != plain)
+        deadline = time.time() + DEADLINE
+        while self.see(frame, isRed).pixels == plain:
+            self.assertLess(time.time(), deadline, "the selection is not seen")
 
     def test_wheel_in_the_window_fills_it_with_what_is_under_the_cursor(self):
         self.importCube("red")
