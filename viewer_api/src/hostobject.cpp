@@ -53,24 +53,35 @@ void HostObject::retire(HostObject* object) {
         delete object;
 }
 
-void HostObject::deleteRetired() {
+HostObject* HostObject::takeRetired(const HostObject* holder) {
+    // In order of retirement, but nothing before what it holds.
+    std::vector<HostObject*>& retired = retiredObjects();
+    auto next = std::ranges::find_if(retired, [holder](const HostObject* object) {
+        return !holder || object->isHeldBy(*holder);
+    });
+    if (next == retired.end())
+        return nullptr;
+    for (auto other = next; other != retired.end(); ++other)
+        if ((*other)->isHeldBy(**next))
+            next = other;
+    HostObject* object = *next;
+    retired.erase(next);
+    return object;
+}
+
+void HostObject::deleteRetired(const HostObject* holder) {
+    while (HostObject* object = takeRetired(holder))
+        delete object;
+}
+
+void HostObject::deleteAllRetired() {
     // A destructor's plug-in calls are host calls again; the loop that is under way takes what
     // they retire.
     static bool isDeleting = false;
     if (isDeleting)
         return;
     isDeleting = true;
-    std::vector<HostObject*>& retired = retiredObjects();
-    while (!retired.empty()) {
-        // In order of retirement, but nothing before what it holds.
-        auto next = retired.begin();
-        for (auto other = retired.begin(); other != retired.end(); ++other)
-            if ((*other)->isHeldBy(**next))
-                next = other;
-        HostObject* object = *next;
-        retired.erase(next);
-        delete object;
-    }
+    deleteRetired(nullptr);
     isDeleting = false;
 }
 
@@ -81,7 +92,7 @@ HostCall::HostCall(const HostObject& object) : object_(&object), previous_(curre
 HostCall::~HostCall() {
     current_ = previous_;
     if (!current_)
-        HostObject::deleteRetired();
+        HostObject::deleteAllRetired();
 }
 
 } // namespace ViewerAPI

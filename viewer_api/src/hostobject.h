@@ -53,9 +53,16 @@ protected:
     /// reach back into the object.
     void endLife() { lifeToken_.reset(); }
 
+    /// For a constructor that fails: deletes what the object holds that waits for its end. The
+    /// exception has left all calls of it.
+    void endHeld() { deleteRetired(this); }
+
 private:
     friend class HostCall;
-    static void deleteRetired();
+    static HostObject* takeRetired(const HostObject* holder);
+    /// What `holder` holds; all when it is null.
+    static void deleteRetired(const HostObject* holder);
+    static void deleteAllRetired();
     [[nodiscard]] bool isHeldBy(const HostObject& holder) const;
 
     HostObject* holder_;

@@ -3,6 +3,7 @@
 #include "manipulatorbridge.h"
 #include "matrixattribute.h"
 #include "plugininstance.h"
+#include "raisedflag.h"
 #include "vlmanipulatorhandlehost.h"
 #include "vlviewerdelegatehost.h"
 #include "vlviewporthost.h"
@@ -46,6 +47,7 @@ VlManipulatorHostStruct::VlManipulatorHostStruct(const std::string& pluginName_,
         // The create entry may have added handles before it failed.
         endLife();
         endHandles();
+        endHeld();
         destroyPluginInstance(pluginSuite, pluginInstance);
         throw;
     }
@@ -82,9 +84,10 @@ bool VlManipulatorHostStruct::event(VlAttributeStruct* eventData) {
 }
 
 bool VlManipulatorHostStruct::prepareDraw() {
-    if (activeLocationPaths.getNumberOfValues() == 0)
+    if (activeLocationPaths.getNumberOfValues() == 0 || isInSetup_)
         return false;
     if (setupPending) {
+        const RaisedFlag isInSetup(isInSetup_);
         pluginSuite->setup(pluginInstance);
         setupPending = false;
     }
@@ -197,15 +200,19 @@ void VlManipulatorHostStruct::refreshEditable() {
     // Held: the application may bring other locations when it is asked.
     const StringAttribute paths = activeLocationPaths;
     const auto active = paths.getNearestSample(0.0F);
-    editable = paths.isValid() && std::ranges::all_of(active, [this](const auto& path) {
-                   return isEditable(path.str());
-               });
+    const bool isEach = paths.isValid() && std::ranges::all_of(active, [this](const auto& path) {
+                            return isEditable(path.str());
+                        });
+    // Another list has been asked about meanwhile, and that answer is the newer one.
+    if (activeLocationPaths.getHandle() == paths.getHandle())
+        editable = isEach;
 }
 
 bool VlManipulatorHostStruct::isEditable(const std::string& path) const {
-    const GroupAttribute editor{delegate()
-                                    ->getAttributes(path, kVlViewerDelegatePrimary)
-                                    .getChildByName("attributeEditor")};
+    // Also of a location that plug-ins don't know yet: one that has just come is told to them only
+    // when the manipulator has it already, and nothing would ask again then.
+    const GroupAttribute editor{
+        delegate()->locationTree.getAttributes(path, false).getChildByName("attributeEditor")};
     StringAttribute node{editor.getChildByName("xform.exclusiveTo")};
     if (!node)
         node = StringAttribute(editor.getChildByName("exclusiveTo"));

@@ -45,8 +45,8 @@ struct VlManipulatorHostStruct : public HostObject {
     /// Whether the plug-in handled the event; it is asked also before it was set up. The handle is
     /// lent for the call.
     bool event(VlAttributeStruct* eventData);
-    /// Both set the plug-in up the first time. False, and nothing is called, without a location to
-    /// edit. [gl-current]
+    /// Both set the plug-in up the first time; a setup that throws is tried again. False, and
+    /// nothing is called, without a location to edit, and from within the setup. [gl-current]
     bool draw();
     bool pickerDraw(std::uint64_t pickerId);
 
@@ -113,6 +113,8 @@ private:
     bool removeLocationPath(const std::string& path);
     [[nodiscard]] bool isEditable(const std::string& path) const;
     void endHandles();
+
+    bool isInSetup_ = false;
 };
 
 } // namespace ViewerAPI

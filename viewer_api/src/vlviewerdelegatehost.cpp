@@ -177,7 +177,8 @@ void VlViewerDelegateHostStruct::handlePrimaryEvents(std::vector<LocationEvent>&
         const LocationData& data = event.getLocationData();
         if (!data.doesLocationExist()) {
             locationTree.deleteLocation(path);
-            tellManipulators(path, getAttributes(path, kVlViewerDelegatePrimary));
+            // Null although readers still get what plug-ins know of it, until the next flush.
+            tellManipulators(path, {});
             continue;
         }
         WorkingSetState workingSet;

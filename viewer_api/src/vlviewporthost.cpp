@@ -39,6 +39,7 @@ VlViewportHostStruct::VlViewportHostStruct(const std::string& pluginName, const 
         endLife();
         endLayers();
         endManipulators();
+        endHeld();
         leaveCameras();
         throw;
     }

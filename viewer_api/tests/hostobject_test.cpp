@@ -160,6 +160,39 @@ TEST(HostObject, watchOutlivesRemovalAndExpiresWithTheObject) {
     EXPECT_TRUE(watch.expired());
 }
 
+/// Fails when it has made and dropped something that still waits for its end.
+class FailingHolder : public HostObject {
+public:
+    explicit FailingHolder(Names& ended) {
+        auto* held = new NamedObject("held", ended, this);
+        auto* heldByThat = new NamedObject("held by that", ended, held);
+        {
+            const HostCall call(*heldByThat);
+            HostObject::retire(held);
+            HostObject::retire(heldByThat);
+        }
+        EXPECT_EQ(ended, Names{}) << "an outer call is on";
+        endHeld();
+        throw std::runtime_error("no memory");
+    }
+};
+
+TEST(HostObject, aConstructorThatFailsTakesAlongWhatWaitsForItsEnd) {
+    Names ended;
+    NamedObject outer("outer", ended);
+    auto* other = new NamedObject("other", ended);
+    {
+        const HostCall outermost(outer);
+        {
+            const HostCall call(*other);
+            HostObject::retire(other);
+        }
+        EXPECT_THROW(FailingHolder{ended}, std::runtime_error);
+        EXPECT_EQ(ended, (Names{"held by that", "held"})) << "and nothing else";
+    }
+    EXPECT_EQ(ended, (Names{"held by that", "held", "other"}));
+}
+
 TEST(HostObject, serialsDifferAlsoAtOneAddress) {
     Names ended;
     alignas(NamedObject) unsigned char memory[sizeof(NamedObject)];

@@ -5,7 +5,7 @@
 #include "support/recordingplugins.h"
 
 #include <functional>
-#include <map>
+#include <set>
 #include <string>
 
 namespace ViewerAPI::test {
@@ -26,9 +26,10 @@ public:
 
     /// Runs once the line of a call is written, and before it answers.
     std::function<void(const std::string& line)> onCall;
-    std::int32_t commitId = 0; ///< the answer of `getManipulationCommitId`
-    bool takesValues = true;   ///< the answer of `setValue`
-    int numberOfBridges = 0;   ///< that are alive
+    std::int32_t commitId = 0;         ///< the answer of `getManipulationCommitId`
+    bool takesValues = true;           ///< the answer of `setValue`
+    std::set<std::string> lockedNodes; ///< for which `isNodeEditable` answers no
+    int numberOfBridges = 0;           ///< that are alive
 
 private:
     class Bridge final : public ManipulatorBridge {
@@ -44,7 +45,7 @@ private:
         }
         bool isNodeEditable(const char* nodeName) override {
             owner.called(std::string("isNodeEditable ") + nodeName);
-            return true;
+            return !owner.lockedNodes.contains(nodeName);
         }
         void updateOp(int opId) override { owner.called("updateOp " + std::to_string(opId)); }
         void updateOp(int opId, const std::string& text) override {
