@@ -152,6 +152,16 @@ const HostCalls& viewportCalls() {
         b.query("getViewMatrix", s.getViewMatrix);
         b.query("getProjectionMatrix", s.getProjectionMatrix);
         b.query("getReserved", s.getReserved);
+        b.action("deactivateManipulator", s.deactivateManipulator);
+        b.action("deactivateAllManipulators", s.deactivateAllManipulators);
+        b.query("getNumberOfActiveManipulators", s.getNumberOfActiveManipulators);
+        b.object("getActiveManipulatorByIndex", s.getActiveManipulatorByIndex);
+        b.object("getActiveManipulator", s.getActiveManipulator);
+        // The paths are an attribute, as `parseAttribute` reads one.
+        b.calls["activateManipulator"] = [&s](void* host, Arguments& a) {
+            s.activateManipulator(host, a.text(0), parseAttribute(a.rest(1)).getHandle());
+            return std::string("done");
+        };
         b.query("makeGLContextCurrent", s.makeGLContextCurrent);
         b.query("doneGLContextCurrent", s.doneGLContextCurrent);
         b.query("isGLContextCurrent", s.isGLContextCurrent);

@@ -1,13 +1,16 @@
-"""Every method of the types Viewport, ViewportLayer and ViewportCamera with good arguments, and
-with every bad one."""
+"""Every method of the types Viewport, ViewportLayer, ViewportCamera and Manipulator with good
+arguments, and with every bad one."""
 
 import unittest
 
-from argumentkinds import (ANYTHING, NO_ATTRIBUTE, NO_FLOAT, NO_INT, NO_MATRIX, NO_OPTION_ID,
-                           NO_TEXT, NO_TRUE_INT, Of)
-from scripted import (CAMERA, IS_PYTHON_3, LAYER, ScriptedTest, VIEWPORT, ViewerAPI, errorOf)
+from argumentkinds import (ANYTHING, FOREIGN_TEXT, NO_ATTRIBUTE, NO_FLOAT, NO_INT,
+                           NO_LIST_OF_TEXT, NO_MATRIX, NO_OPTION_ID, NO_TEXT, NO_TRUE_INT, Of)
+from scripted import (CAMERA, IS_PYTHON_3, LAYER, MANIPULATORS, ScriptedTest, VIEWPORT, ViewerAPI,
+                      errorOf)
 import ScriptedPlugins
-from PyVlAttribute import GroupAttribute, IntAttribute
+from PyVlAttribute import GroupAttribute, IntAttribute, StringAttribute
+
+MOVE, AIM = MANIPULATORS
 
 IDENTITY = tuple(float(index % 5 == 0) for index in range(16))
 MATRIX = tuple(float(value) for value in range(16))
@@ -27,7 +30,8 @@ OPTION_ROWS = (
     ("getOptionByName", (NO_TEXT,), ("o",), IntAttribute(5)),
 )
 
-# The viewport has the cameras "active", which is active, and "other", and a layer "l".
+# The viewport has the cameras "active", which is active, and "other", a layer "l", and an active
+# ScriptedMove.
 VIEWPORT_ROWS = OPTION_ROWS + (
     ("getName", (), (), "v"),
     ("setup", (NO_INT,), (1,), None),
@@ -68,11 +72,20 @@ VIEWPORT_ROWS = OPTION_ROWS + (
     ("getZoom", (), (), 1.0),
     ("setPanAndZoomActive", (NO_INT,), (1,), None),
     ("isPanAndZoomActive", (), (), False),
+    ("activateManipulator", (NO_TEXT, NO_LIST_OF_TEXT, NO_INT), (AIM, ["/root"], 1), None),
+    ("deactivateManipulator", (NO_TEXT, NO_INT), (MOVE, 1), None),
+    ("deactivateAllManipulators", (NO_INT,), (1,), None),
+    ("getNumberOfActiveManipulators", (), (), 1),
+    ("getActiveManipulatorByIndex", (NO_INT,), (0,), Of(ViewerAPI.Manipulator)),
+    ("getActiveManipulatorTags", (NO_INT,), (0,), GROUP),
+    ("getActiveManipulatorPluginName", (NO_INT,), (0,), MOVE),
 )
-MANIPULATOR_METHODS = (
-    "activateManipulator", "deactivateManipulator", "deactivateAllManipulators",
-    "getNumberOfActiveManipulators", "getActiveManipulatorByIndex", "getActiveManipulatorTags",
-    "getActiveManipulatorPluginName")
+
+MANIPULATOR_ROWS = OPTION_ROWS + (
+    ("getPluginName", (), (), MOVE),
+    ("getTags", (), (), GROUP),
+    ("getLocationPaths", (), (), StringAttribute([])),
+)
 
 LAYER_ROWS = OPTION_ROWS + (
     ("setup", (), (), None),
@@ -137,9 +150,11 @@ class EveryMethod(object):
         self.viewport.setActiveCamera(self.viewport.addCamera(CAMERA, "active"))
         camera = self.viewport.addCamera(CAMERA, "other")
         layer = self.viewport.addLayer(LAYER, "l")
-        self.target = {VIEWPORT: self.viewport, CAMERA: camera, LAYER: layer}[self.plugin]
+        self.viewport.activateManipulator(MOVE, [], False)
+        self.target = {VIEWPORT: self.viewport, CAMERA: camera, LAYER: layer,
+                       MOVE: self.viewport.getActiveManipulatorByIndex(0)}[self.plugin]
         self.plugins.answers.update({(self.plugin, "getOption"): IntAttribute(5),
-                                     (CAMERA, "asAttribute"): GROUP,
+                                     (CAMERA, "asAttribute"): GROUP, (MOVE, "getTags"): GROUP,
                                      (CAMERA, "getCameraTypeID"): 2})
         self.plugins.take()
 
@@ -155,6 +170,8 @@ class EveryMethod(object):
                 viewport.getHorizontalOffset(), viewport.getVerticalOffset(), viewport.getZoom(),
                 [viewport.getCameraName(i) for i in range(viewport.getNumberOfCameras())],
                 [viewport.getLayerName(i) for i in range(viewport.getNumberOfLayers())],
+                [viewport.getActiveManipulatorPluginName(i)
+                 for i in range(viewport.getNumberOfActiveManipulators())],
                 camera.getViewMatrix(), camera.getProjectionMatrix(),
                 camera.getCenterOfInterest(), camera.getFOV(), camera.getOrthographicWidth(),
                 camera.getNearFar(), camera.getScreenWindow(), camera.isInteractionDisabled(),
@@ -173,7 +190,7 @@ class EveryMethod(object):
 
     def test_everyMethodHasARow(self):
         offered = [name for name in vars(type(self.target))
-                   if not name.startswith("__") and name not in MANIPULATOR_METHODS]
+                   if not name.startswith("__")]
         self.assertEqual(sorted(offered), sorted(row[0] for row in self.rows))
 
     def test_goodArguments(self):
@@ -234,7 +251,8 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
     def test_negativeIndicesGiveNoneAndChangeNothing(self):
         before = self.state()
         for method in ("getCameraByIndex", "getCameraName", "getLayerByIndex", "getLayerName",
-                       "removeCameraByIndex", "removeLayerByIndex"):
+                       "removeCameraByIndex", "removeLayerByIndex", "getActiveManipulatorByIndex",
+                       "getActiveManipulatorTags", "getActiveManipulatorPluginName"):
             for index in (-1, -2, -2 ** 31):
                 self.assertIsNone(getattr(self.target, method)(index), method)
         for index in (-1, -2 ** 31):
@@ -245,6 +263,8 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
         for index in (2, 3, 2 ** 31 - 1):
             self.assertIsNone(self.target.getCameraByIndex(index))
             self.assertIsNone(self.target.getLayerByIndex(index))
+            for what in ("ByIndex", "Tags", "PluginName"):
+                self.assertIsNone(getattr(self.target, "getActiveManipulator" + what)(index))
             self.assertEqual(("", ""), (self.target.getCameraName(index),
                                         self.target.getLayerName(index)))
             self.assertIsNone(self.target.removeLayerByIndex(index))
@@ -263,6 +283,11 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
                 ("addCamera", "WithoutSuite",
                  "Error getting ViewportCamera plugin suite for 'WithoutSuite'.")):
             self.assertError(RuntimeError, text, getattr(self.target, method), name, "n")
+        for name, text in (
+                ("Nobody", "Couldn't load Manipulator plugin type 'Nobody'."),
+                (LAYER, "Couldn't load Manipulator plugin type 'ScriptedLayer'."),
+                ("WithoutSuite", "Error getting Manipulator plugin suite for 'WithoutSuite'.")):
+            self.assertError(RuntimeError, text, self.target.activateManipulator, name, [], 1)
         self.assertError(RuntimeError, "Couldn't load ViewportLayer plugin type 'Nobody'.",
                          self.target.insertLayer, "Nobody", "n", 0)
         self.assertEqual(before, self.state())
@@ -275,6 +300,20 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
         self.assertError(RuntimeError,
                          "Failed to create ViewportCamera plugin instance for 'ScriptedCamera'.",
                          self.target.addCamera, CAMERA, "n")
+        self.plugins.answers[AIM, "create"] = False
+        self.assertError(RuntimeError,
+                         "Failed to create Manipulator plugin instance for 'ScriptedAim'.",
+                         self.target.activateManipulator, AIM, [], True)
+        self.assertEqual(1, self.target.getNumberOfActiveManipulators())
+
+    def test_pathsOfAManipulatorThatAreNoTextRaiseTheirOwnText(self):
+        for item in (1, None, FOREIGN_TEXT, ["/root"], bytearray(b"/root")):
+            for items in ([item], ["/root", item], [item, "/root"]):
+                self.assertRefused("activateManipulator", (AIM, items, 1),
+                                   "Second argument must be a sequence of strings.")
+        # The parser's own words for what is no list.
+        error = errorOf(self.target.activateManipulator, AIM, ("/root",), 1)
+        self.assertNotEqual("Second argument must be a sequence of strings.", str(error))
 
     def test_numbersBeyondSinglePrecisionAreInfinite(self):
         for name in ("HorizontalOffset", "VerticalOffset", "Zoom"):
@@ -315,6 +354,21 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
 class LayerArgumentsTest(EveryMethod, ScriptedTest):
     rows = LAYER_ROWS
     plugin = LAYER
+
+
+class ManipulatorArgumentsTest(EveryMethod, ScriptedTest):
+    rows = MANIPULATOR_ROWS
+    plugin = MOVE
+
+    def test_aDeadManipulatorRaisesThatBeforeArgumentErrors(self):
+        self.viewport.deactivateManipulator(MOVE, True)
+        self.plugins.take()
+        for method, parameters, arguments, _ in self.rows:
+            for bad in (arguments, (), (None,) * 5):
+                self.assertError(RuntimeError,
+                                 "Underlying C++ manipulator handle has been destroyed",
+                                 getattr(self.target, method), *(bad if parameters else ()))
+        self.assertEqual([], self.plugins.take())
 
 
 class CameraArgumentsTest(EveryMethod, ScriptedTest):

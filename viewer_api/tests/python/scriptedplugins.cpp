@@ -19,9 +19,9 @@
 #include <type_traits>
 #include <vector>
 
-// Plug-ins of the five kinds whose every entry asks a Python function, for tests of the bindings:
+// Plug-ins of six kinds whose every entry asks a Python function, for tests of the bindings:
 // "ScriptedDelegate", "ScriptedComponent", "ScriptedViewport", "ScriptedLayer", "ScriptedCamera";
-// and two Manipulators, "ScriptedMove" and "ScriptedAim", with the entries that need no instance.
+// and two Manipulators, "ScriptedMove" and "ScriptedAim".
 //
 //     setHook(hook)    hook(plugin, host, entry, arguments) -> answer, for every entry of every
 //                      instance; host is a number that stands for the host object, 0 for an entry
@@ -334,10 +334,20 @@ ViewportCameraPluginSuite makeCamera() {
 
 const ViewportCameraPluginSuite kCamera = makeCamera();
 
-// The entries of a Manipulator that need no instance.
 template <const char* plugin>
 ManipulatorPluginSuite makeManipulator() {
     ManipulatorPluginSuite suite{};
+    suite.create = [](void* host) { return create(plugin, host); };
+    suite.destroy = destroy;
+    suite.setup = setup;
+    // Borrows the event.
+    suite.event = [](void* instance, VlAttributeStruct* event) {
+        return call<int>(instance, "event", Borrowed{event});
+    };
+    suite.draw = draw;
+    suite.pickerDraw = [](void* instance, std::uint64_t id) { call(instance, "pickerDraw", id); };
+    suite.setOption = setOption;
+    suite.getOption = getOption;
     suite.matches = [](VlAttributeStruct* location) {
         PyObject* arguments = Py_BuildValue("(N)", toPython(Borrowed{location}));
         return fromAnswer<int>(askHook(plugin, nullptr, "matches", arguments));
