@@ -86,7 +86,6 @@ in vec3 viewPosition;
 in vec3 viewNormal;
 in vec2 texturePlace;
 in vec3 vertexColor;
-flat in float isSelected;
 
 uniform mat4 worldToView;
 // 1 for a perspective projection, 0 for an orthographic one.
@@ -151,8 +150,6 @@ void main() {
         lit = shoulder(albedo * light + vec3(0.07) * gloss +
                        vec3(0.05, 0.055, 0.065) * grazing);
     }
-    vec3 highlight = vec3(1.0, 0.36, 0.05);
-    lit = mix(lit, highlight * (0.25 + 1.5 * dot(lit, vec3(0.333))), 0.1 * isSelected);
     color = vec4(lit, alpha);
 }
 )";
@@ -195,6 +192,15 @@ void main() {
     ivec2 pixel = ivec2(gl_FragCoord.xy);
     ivec2 last = textureSize(mask, 0) - 1;
     float inside = texelFetch(mask, pixel, 0).r;
+    // Most pixels are well inside, where nothing is drawn.
+    float around = inside;
+    for (int i = 0; i < 9; ++i) {
+        ivec2 there = pixel + 3 * ivec2(i % 3 - 1, i / 3 - 1);
+        around = min(around, texelFetch(mask, clamp(there, ivec2(0), last), 0).r);
+    }
+    if (around == 1.0) {
+        discard;
+    }
     float line = 0.0;
     float seen = 0.0;
     float rim = 0.0;
@@ -234,7 +240,6 @@ layout(location = 4) in vec3 row0;
 layout(location = 5) in vec3 row1;
 layout(location = 6) in vec3 row2;
 layout(location = 7) in vec3 row3;
-layout(location = 8) in float selected;
 
 uniform mat4 worldToView;
 uniform mat4 viewToClip;
@@ -265,8 +270,6 @@ void main() {
         light += vec3(0.115, 0.132, 0.160) * max(0.0, (dot(n, fillDirection) + 0.4) / 1.4);
     }
     lit = baseColor * color * light;
-    vec3 highlight = vec3(1.0, 0.36, 0.05);
-    lit = mix(lit, highlight * (0.25 + 1.5 * dot(lit, vec3(0.333))), 0.1 * selected);
 }
 )";
 
