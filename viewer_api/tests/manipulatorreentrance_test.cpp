@@ -198,6 +198,21 @@ TEST_F(ManipulatorReentrance, isNodeEditableMayPumpAgain) {
     EXPECT_TRUE(host.editable);
 }
 
+TEST_F(ManipulatorReentrance, aListThatChangesWhileItIsAskedAboutKeepsItsOwnAnswer) {
+    populate({{"/root/a", exclusiveTo("n")}, {"/root/b", exclusiveTo("locked")}});
+    bridge.lockedNodes = {"locked"};
+    VlManipulatorHostStruct& host = *activate({"/root/a", "/root/b"});
+    EXPECT_FALSE(host.editable);
+    bridge.onCall = [&, isDone = false](const std::string& line) mutable {
+        if (line == "isNodeEditable n" && !std::exchange(isDone, true)) {
+            EXPECT_TRUE(host.onLocationChanged("/root/b", GroupAttribute()));
+            EXPECT_TRUE(host.editable);
+        }
+    };
+    host.refreshEditable();
+    EXPECT_TRUE(host.editable);
+}
+
 TEST_F(ManipulatorReentrance, anExceptionOfMatchesLeavesThePumpAndTheManipulator) {
     populate({});
     VlManipulatorHostStruct* const host = activate({"/root/a"});

@@ -7,7 +7,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
@@ -216,10 +215,8 @@ TEST_F(ViewportManipulators, areToldWithoutTheWorkingSetsData) {
     activate({"/root/a"});
     log.take();
     cook("/root/a",
-         GroupAttribute{{"fits", IntAttribute(1)},
-                        {"__viewerWorkingSets", GroupAttribute{{"x", IntAttribute(1)}}}});
-    EXPECT_EQ(log.take("matches"),
-              Lines{"Move matches " + textOf(delegate->getAttributes("/root/a", 0))});
+         fitsWith("__viewerWorkingSets.viewerVisibility.polished.included", IntAttribute(1)));
+    EXPECT_THAT(log.take("matches"), ElementsAre("Move matches {fits=1}"));
 }
 
 TEST_F(ViewportManipulators, areToldOfNothingWhileAManipulationFreezesTheScene) {
