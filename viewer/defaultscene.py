@@ -6,6 +6,8 @@ import math
 from PyVlAttribute import (DoubleAttribute, FloatAttribute, GroupAttribute, IntAttribute,
                            StringAttribute)
 
+from ostrel import Session
+
 
 def lathe(profile, segments):
     """Points and faces of a profile, a list of (radius, height), turned around the y axis."""
@@ -59,6 +61,7 @@ def mesh(shape, colour, position, turn=0.0):
         starts.append(starts[-1] + len(face))
     return GroupAttribute(
         ("type", StringAttribute("polymesh")),
+        ("attributeEditor.exclusiveTo", StringAttribute(Session.NODE)),
         ("xform.placed.translate", DoubleAttribute(position, 3)),
         ("xform.placed.rotateY", DoubleAttribute([turn, 0, 1, 0], 4)),
         ("bound", DoubleAttribute(bounds)),

@@ -3,6 +3,8 @@
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupAttribute.h"
 #include "VlAttribute/IntAttribute.h"
+#include "viewer_api/plugin/ManipulatorHandlePlugin.h"
+#include "viewer_api/plugin/ManipulatorPlugin.h"
 #include "viewer_api/plugin/ViewerDelegateComponentPlugin.h"
 #include "viewer_api/plugin/ViewerDelegatePlugin.h"
 #include "viewer_api/plugin/ViewportCameraPlugin.h"
@@ -289,6 +291,114 @@ TEST(ViewportCameraPlugin, entriesReachTheirMethodsAndReservedOnesAreNull) {
           suite.reserved13, suite.reserved14}) {
         EXPECT_EQ(entry, nullptr);
     }
+    suite.destroy(instance);
+}
+
+class Manipulator : public ManipulatorPlugin {
+public:
+    using ManipulatorPlugin::ManipulatorPlugin;
+    ~Manipulator() override { note("destroy"); }
+    static bool matches(const GroupAttribute& attributes) {
+        return attributes.getChildByName("xform").isValid();
+    }
+    static GroupAttribute getTags() { return {{"size", IntAttribute(3)}}; }
+    void setup() override { note("setup"); }
+    bool event(const GroupAttribute& event) override {
+        note("event", event.getNumberOfChildren());
+        return true;
+    }
+    void draw() override { note("draw"); }
+    void pickerDraw(std::uint64_t pickerId) override { note("pickerDraw", pickerId); }
+    void setOption(std::uint64_t id, const Attribute& value) override {
+        note("setOption", id, valueOf(value));
+    }
+    Attribute getOption(std::uint64_t id) override {
+        return IntAttribute(static_cast<std::int32_t>(id));
+    }
+};
+
+TEST(ManipulatorPlugin, entriesReachTheirMethods) {
+    pluginHost() = fakePluginHost();
+    const ManipulatorPluginSuite& suite = ManipulatorPlugin::table<Manipulator>;
+    int host = 0;
+    void* instance = suite.create(&host);
+    suite.setup(instance);
+    EXPECT_EQ(takeCall(), "setup ");
+    const GroupAttribute group{{"a", IntAttribute(1)}};
+    EXPECT_EQ(suite.event(instance, group.getHandle()), 1);
+    EXPECT_EQ(takeCall(), "event 1 ");
+    suite.draw(instance);
+    EXPECT_EQ(takeCall(), "draw ");
+    suite.pickerDraw(instance, 0x100000002);
+    EXPECT_EQ(takeCall(), "pickerDraw 4294967298 ");
+    suite.setOption(instance, 3, IntAttribute(4).getRetainedHandle());
+    EXPECT_EQ(takeCall(), "setOption 3 4 ");
+    EXPECT_EQ(valueOf(suite.getOption(instance, 5)), 5);
+    suite.destroy(instance);
+    EXPECT_EQ(takeCall(), "destroy ");
+}
+
+TEST(ManipulatorPlugin, whatBelongsToTheKindNeedsNoInstance) {
+    const ManipulatorPluginSuite& suite = ManipulatorPlugin::table<Manipulator>;
+    const GroupAttribute match{{"xform", GroupAttribute::Empty()}};
+    EXPECT_EQ(suite.matches(match.getHandle()), 1);
+    EXPECT_EQ(suite.matches(GroupAttribute::Empty().getHandle()), 0);
+    const GroupAttribute tags(Attribute::CreateAndSteal(suite.getTags()));
+    EXPECT_EQ(valueOf(tags.getChildByName("size")), 3);
+    EXPECT_TRUE(calls.empty());
+}
+
+class Handle : public ManipulatorHandlePlugin {
+public:
+    using ManipulatorHandlePlugin::ManipulatorHandlePlugin;
+    ~Handle() override { note("destroy"); }
+    bool event(const GroupAttribute& event) override {
+        note("event", event.getNumberOfChildren());
+        return true;
+    }
+    void draw() override { note("draw"); }
+    void pickerDraw(std::uint64_t pickerId) override { note("pickerDraw", pickerId); }
+    void notify() override { note("notify"); }
+};
+
+TEST(ManipulatorHandlePlugin, entriesReachTheirMethodsAndReservedOnesAreNull) {
+    pluginHost() = fakePluginHost();
+    const ManipulatorHandlePluginSuite& suite = ManipulatorHandlePlugin::table<Handle>;
+    int host = 0;
+    void* instance = suite.create(&host);
+    const GroupAttribute group{{"a", IntAttribute(1)}};
+    EXPECT_EQ(suite.event(instance, group.getHandle()), 1);
+    EXPECT_EQ(takeCall(), "event 1 ");
+    suite.draw(instance);
+    EXPECT_EQ(takeCall(), "draw ");
+    suite.pickerDraw(instance, 0x100000002);
+    EXPECT_EQ(takeCall(), "pickerDraw 4294967298 ");
+    suite.notify(instance);
+    EXPECT_EQ(takeCall(), "notify ");
+    EXPECT_EQ(suite.reserved5, nullptr);
+    EXPECT_EQ(suite.reserved6, nullptr);
+    suite.destroy(instance);
+    EXPECT_EQ(takeCall(), "destroy ");
+}
+
+class ThrowingManipulator : public ManipulatorPlugin {
+public:
+    using ManipulatorPlugin::ManipulatorPlugin;
+    static bool matches(const GroupAttribute& /*attributes*/) {
+        throw std::runtime_error("from matches");
+    }
+    static GroupAttribute getTags() { return {}; }
+    bool event(const GroupAttribute& /*event*/) override { throw std::runtime_error("from event"); }
+};
+
+TEST(ManipulatorPlugin, exceptionsPassThroughTheTable) {
+    pluginHost() = fakePluginHost();
+    const ManipulatorPluginSuite& suite = ManipulatorPlugin::table<ThrowingManipulator>;
+    int host = 0;
+    void* instance = suite.create(&host);
+    EXPECT_THROW(suite.event(instance, GroupAttribute::Empty().getHandle()), std::runtime_error);
+    EXPECT_THROW(suite.matches(GroupAttribute::Empty().getHandle()), std::runtime_error);
+    EXPECT_EQ(suite.getTags(), nullptr);
     suite.destroy(instance);
 }
 

@@ -40,6 +40,7 @@ TEST_F(SceneView, offersItsPlugins) {
         {"ViewerDelegatePlugin", "SceneDelegate"}, {"ViewportPlugin", "SceneViewport"},
         {"ViewportLayerPlugin", "MeshLayer"},      {"ViewportLayerPlugin", "PickingLayer"},
         {"ViewportLayerPlugin", "GridLayer"},
+        {"ViewportLayerPlugin", "ManipulatorLayer"},
     };
     EXPECT_EQ(found, wanted);
     EXPECT_EQ(file.getPlugin(-1), nullptr);

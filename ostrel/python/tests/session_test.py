@@ -82,6 +82,19 @@ class SessionTest(unittest.TestCase):
         self.session.pump(timeout=60)
         self.assertEqual(self.session.getErrors(), [])
 
+    def testImportedModelsNameTheSessionAsTheirEditor(self):
+        folder = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, folder)
+        path = os.path.join(folder, "a.obj")
+        with open(path, "w") as model:
+            model.write("v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n")
+        self.session.importModel(path)
+        self.session.pump(timeout=60)
+        owner = self.session.delegate.getAttributes("/root/a_obj").getChildByName(
+            "attributeEditor.exclusiveTo")
+        self.assertEqual(owner, StringAttribute(self.session.NODE))
+        self.assertTrue(self.session.isNodeEditable(owner.getValue()))
+
     def testModelsOfOneNameGetLocationsOfTheirOwn(self):
         for folder in ("a", "b", "c"):
             self.session.importModel(folder + "/no such file.obj")

@@ -140,6 +140,17 @@ TEST_F(ImportOpTest, theNameCanBeTold) {
     EXPECT_THAT(pathsOf(show(args)), ElementsAre("/root", "/root/my_model", "/root/my_model/one"));
 }
 
+TEST_F(ImportOpTest, everyLocationOfTheModelNamesTheNodeThatMayEditIt) {
+    const auto args = GroupBuilder()
+                          .set("filePath", StringAttribute(write("a.obj", kObj)))
+                          .set("exclusiveTo", StringAttribute("node"))
+                          .build();
+    for (const auto& [path, attrs] : show(args)) {
+        const StringAttribute told(attrs.getChildByName("attributeEditor.exclusiveTo"));
+        EXPECT_EQ(told.getValue("nobody"), path == "/root" ? "nobody" : "node") << path;
+    }
+}
+
 TEST_F(ImportOpTest, aFileThatCannotBeReadIsAnErrorLocationUnderItsName) {
     const std::string path = (folder / "missing.obj").string();
     const auto told = show(argsOf(path));

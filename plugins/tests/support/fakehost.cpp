@@ -1,6 +1,8 @@
 #include "support/fakehost.h"
 
 #include "VlAttribute/StringAttribute.h"
+#include "viewer_api/ManipulatorHandleHostSuite.h"
+#include "viewer_api/ManipulatorHostSuite.h"
 #include "viewer_api/OptionIdGeneratorHostSuite.h"
 #include "viewer_api/ViewerDelegateComponentHostSuite.h"
 #include "viewer_api/ViewerDelegateHostSuite.h"
@@ -242,6 +244,8 @@ const void* findHostSuite(const char* name, std::uint32_t version) {
     static const ViewportLayerHostSuite layerSuite = makeLayerSuite();
     static const ViewportCameraHostSuite cameraSuite = makeCameraSuite();
     static const ViewerDelegateComponentHostSuite componentSuite{};
+    static const ManipulatorHostSuite manipulatorSuite{};
+    static const ManipulatorHandleHostSuite manipulatorHandleSuite{};
     static const OptionIdGeneratorHostSuite optionSuite = makeOptionSuite();
     static const struct {
         std::string name;
@@ -254,6 +258,9 @@ const void* findHostSuite(const char* name, std::uint32_t version) {
         {VL_VIEWPORT_HOST_SUITE, VL_VIEWPORT_HOST_SUITE_VERSION, &viewportSuite},
         {VL_VIEWPORT_LAYER_HOST_SUITE, VL_VIEWPORT_LAYER_HOST_SUITE_VERSION, &layerSuite},
         {VL_VIEWPORT_CAMERA_HOST_SUITE, VL_VIEWPORT_CAMERA_HOST_SUITE_VERSION, &cameraSuite},
+        {VL_MANIPULATOR_HOST_SUITE, VL_MANIPULATOR_HOST_SUITE_VERSION, &manipulatorSuite},
+        {VL_MANIPULATOR_HANDLE_HOST_SUITE, VL_MANIPULATOR_HANDLE_HOST_SUITE_VERSION,
+         &manipulatorHandleSuite},
         {VL_OPTION_ID_GENERATOR_HOST_SUITE, VL_OPTION_ID_GENERATOR_HOST_SUITE_VERSION,
          &optionSuite},
         {VL_PLUGIN_HOST_SUITE, VL_PLUGIN_API_VERSION, fakePluginHost()},

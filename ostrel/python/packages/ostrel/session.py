@@ -36,7 +36,13 @@ class Session(object):
     delegate     the ViewerAPI.ViewerDelegate; set up, viewing the scene, with all locations open
     lockedNodes  a set of node names: what the viewer sets on locations that one of them owns, by
                  their "attributeEditor.exclusiveTo", is not taken. See also isNodeEditable()
+
+    Manipulators edit only locations that name their node. Those of imported models name NODE;
+    scenes of other ops write it, or a name of their own, themselves.
     """
+
+    #: The name of the node that holds a session's edits.
+    NODE = "session"
 
     def __init__(self, delegatePlugin="SceneDelegate"):
         loadPlugins()
@@ -92,7 +98,8 @@ class Session(object):
         """
         path = os.path.abspath(path)
         args = GroupAttribute(("filePath", StringAttribute(path)),
-                              ("name", StringAttribute(self._uniqueName(path))))
+                              ("name", StringAttribute(self._uniqueName(path))),
+                              ("exclusiveTo", StringAttribute(self.NODE)))
         op = PyScenelib.createOp("Geometry.Import", self._timed(args))
         self._imports.append((op, args))
         self.addOp(op)

@@ -29,6 +29,7 @@ class View(object):
         # The grid first: so it stays behind the model and never cuts through it.
         self.viewport.addLayer("GridLayer", "grid")
         self.viewport.addLayer("MeshLayer", "meshes")
+        self.viewport.addLayer("ManipulatorLayer", "manipulators")
         self.camera = self.viewport.addCamera(cameraPlugin, "main")
         self.viewport.setActiveCamera(self.camera)
         self.camera.setFOV(_FOV)

@@ -5,6 +5,7 @@
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 
 #include <stdexcept>
@@ -19,6 +20,7 @@ using VlAttribute::Attribute;
 using VlAttribute::DoubleAttribute;
 using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
+using VlAttribute::GroupBuilder;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
@@ -76,6 +78,9 @@ CookResult cookLocation(CookContext& context, const std::shared_ptr<const Model>
         moment.seconds = context.getCurrentTime() / timing.framesPerSecond;
     }
     GroupAttribute attrs = model->getAttrs(location, moment);
+    if (const StringAttribute editor(context.getArg("exclusiveTo")); editor) {
+        attrs = GroupBuilder().update(attrs).set("attributeEditor.exclusiveTo", editor).build();
+    }
     const StringAttribute& names = model->getChildNames(location);
     if (!names) {
         return {std::move(attrs)};

@@ -15,6 +15,9 @@ namespace VlScenelibEngine {
 /// isn't, such as -1, shows the model at rest. `framesPerSecond` (a number, 24 unless told) turns
 /// the current time into the animation's. Before its beginning and after its end it stands still.
 ///
+/// `exclusiveTo`, where told, is written as `attributeEditor.exclusiveTo` on each of the model's
+/// locations: the node that may edit them.
+///
 /// The file is read when the model's own location is cooked, once for all ops that show it, and
 /// again when that location is cooked after the file has changed. Only locations that move, or
 /// whose bound does, read the time.

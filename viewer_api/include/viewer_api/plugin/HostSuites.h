@@ -1,5 +1,7 @@
 #pragma once
 
+#include "viewer_api/ManipulatorHandleHostSuite.h"
+#include "viewer_api/ManipulatorHostSuite.h"
 #include "viewer_api/OptionIdGeneratorHostSuite.h"
 #include "viewer_api/ViewerDelegateComponentHostSuite.h"
 #include "viewer_api/ViewerDelegateHostSuite.h"
@@ -54,6 +56,18 @@ template <>
 struct SuiteKey<ViewportCameraHostSuite> {
     static constexpr const char* name = VL_VIEWPORT_CAMERA_HOST_SUITE;
     static constexpr std::uint32_t version = VL_VIEWPORT_CAMERA_HOST_SUITE_VERSION;
+};
+
+template <>
+struct SuiteKey<ManipulatorHostSuite> {
+    static constexpr const char* name = VL_MANIPULATOR_HOST_SUITE;
+    static constexpr std::uint32_t version = VL_MANIPULATOR_HOST_SUITE_VERSION;
+};
+
+template <>
+struct SuiteKey<ManipulatorHandleHostSuite> {
+    static constexpr const char* name = VL_MANIPULATOR_HANDLE_HOST_SUITE;
+    static constexpr std::uint32_t version = VL_MANIPULATOR_HANDLE_HOST_SUITE_VERSION;
 };
 
 template <>

@@ -1,0 +1,198 @@
+#include "manipulator/gizmo.h"
+
+#include "camera/camerapose.h"
+#include "camera/tomatrix.h"
+#include "manipulator/dragmath.h"
+#include "manipulator/matrices.h"
+#include "viewer_api/plugin/OptionIds.h"
+#include "viewer_api/plugin/ViewerDelegateHost.h"
+
+#include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/StringAttribute.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+namespace Bundled {
+
+namespace {
+
+constexpr double kLengthPx = 100.0;
+/// How many steps there are, at most, in the gizmo's length.
+constexpr double kStepsInLength = 5.0;
+/// An axis is of no use that points so nearly at the camera, nor a plane that is seen so nearly
+/// from its edge: cosines of the angle to where the camera looks.
+constexpr double kHeadOn = 0.985;
+constexpr double kEdgeOn = 0.10;
+
+/// Turns x to the axis, and keeps the order of the others.
+Imath::M44d turnToAxis(int axis) {
+    Imath::M44d matrix;
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 3; ++column) {
+            matrix[row][column] = column == (axis + row) % 3 ? 1.0 : 0.0;
+        }
+    }
+    return matrix;
+}
+
+} // namespace
+
+Gizmo::Gizmo(ViewerPlugin::ManipulatorHost manipulatorHost, std::span<const Part> gizmoParts)
+    : ManipulatorPlugin(manipulatorHost), axesId(ViewerPlugin::optionId("axes")),
+      snapStepId(ViewerPlugin::optionId("snapStep")), readoutId(ViewerPlugin::optionId("readout")),
+      parts(gizmoParts) {
+    for (const Part& part : parts) {
+        const ViewerPlugin::Triple added = host.addManipulatorHandle(part.handlePlugin, part.name);
+        ViewerPlugin::ManipulatorHandleHost(added.host)
+            .setLocalXform(toAttribute(turnToAxis(part.axis)));
+    }
+}
+
+bool Gizmo::matches(const GroupAttribute& locationAttributes) {
+    const std::string type =
+        VlAttribute::StringAttribute(locationAttributes.getChildByName("type")).getValue();
+    return type != "error" && type != "warning" &&
+           (!type.empty() || GroupAttribute(locationAttributes.getChildByName("xform")));
+}
+
+ViewerPlugin::ManipulatorHandleHost Gizmo::handle(std::size_t index) const {
+    return ViewerPlugin::ManipulatorHandleHost(
+        host.getManipulatorHandleByIndex(static_cast<std::uint32_t>(index)).host);
+}
+
+PictureSpace Gizmo::pictureSpace() const {
+    const ViewerPlugin::ViewportHost view = viewport();
+    return {toMatrix(view.getViewMatrix()), toMatrix(view.getProjectionMatrix()), view.getWidth(),
+            view.getHeight()};
+}
+
+Gizmo::Place Gizmo::place(const PictureSpace& space) const {
+    Place result;
+    result.centre = toMatrix(host.calculateXform()).translation();
+    result.length = kLengthPx * space.pixelLengthAt(result.centre);
+    const VlAttribute::StringAttribute paths = host.getLocationPaths();
+    if (isLocal && paths.getNumberOfValues() > 0) {
+        const ViewerPlugin::ViewerDelegateHost delegate(viewport().getViewerDelegate().host);
+        result.axes = CameraPose::rigid(toMatrix(delegate.getWorldXform(paths.getValue())));
+        result.axes[3][0] = result.axes[3][1] = result.axes[3][2] = 0.0;
+    }
+    return result;
+}
+
+bool Gizmo::isUsable(const Part& part, const Place& place, const PictureSpace& space) {
+    const double cosine = std::abs(space.sightTo(place.centre).dot(place.axis(part.axis)));
+    return part.motion == Motion::Picture ||
+           (part.motion == Motion::Axis ? cosine < kHeadOn : cosine > kEdgeOn);
+}
+
+template <typename Use>
+void Gizmo::eachHandle(Use use) const {
+    const PictureSpace space = pictureSpace();
+    const Place now = place(space);
+    if (now.length <= 0.0) {
+        return;
+    }
+    Imath::M44d matrix;
+    matrix.setScale(now.length);
+    matrix *= now.axes;
+    matrix *= Imath::M44d().setTranslation(now.centre);
+    host.setXform(toAttribute(matrix));
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        if (isUsable(parts[i], now, space)) {
+            use(handle(i), i);
+        }
+    }
+}
+
+void Gizmo::draw() {
+    eachHandle([](const ViewerPlugin::ManipulatorHandleHost& each, std::size_t) { each.draw(); });
+}
+
+void Gizmo::pickerDraw(std::uint64_t pickerId) {
+    eachHandle([pickerId](const ViewerPlugin::ManipulatorHandleHost& each, std::size_t index) {
+        each.pickerDraw(pickerId + 1 + index);
+    });
+}
+
+bool Gizmo::event(const GroupAttribute& group) {
+    const auto event = Event::parse(group);
+    if (!event) {
+        return false;
+    }
+    const bool isLeft = event->button == Event::Button::Left;
+    if (!engaged) {
+        return event->type == Event::Type::MousePress && isLeft && press(*event);
+    }
+    if (event->type == Event::Type::MouseMove) {
+        moveTo(*event);
+    } else if (event->type == Event::Type::MouseRelease && isLeft) {
+        moveTo(*event);
+        end(true);
+    } else if (event->type == Event::Type::KeyPress && event->key == "Escape") {
+        end(false);
+    } else if (event->isKey()) {
+        return false;
+    }
+    return true;
+}
+
+bool Gizmo::press(const Event& event) {
+    if (!host.isEditable()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const ViewerPlugin::ManipulatorHandleHost each = handle(i);
+        if (!each.isMarked()) {
+            continue;
+        }
+        const PictureSpace space = pictureSpace();
+        const Place now = place(space);
+        if (!beginDrag({parts[i], now, space.rayAt({event.x, event.y}), space})) {
+            return false;
+        }
+        engaged = i;
+        engagedLength = now.length;
+        each.setEngaged(true);
+        viewport().setDirty(true);
+        return true;
+    }
+    return false;
+}
+
+void Gizmo::moveTo(const Event& event) {
+    const double step = !event.modifiers.control ? 0.0
+                        : snapStep > 0.0         ? snapStep
+                                                 : roundStep(engagedLength / kStepsInLength);
+    drag(pictureSpace().rayAt({event.x, event.y}), step);
+    viewport().setDirty(true);
+}
+
+void Gizmo::end(bool isKept) {
+    handle(*engaged).setEngaged(false);
+    engaged.reset();
+    endDrag(isKept);
+    viewport().setDirty(true);
+}
+
+void Gizmo::setOption(std::uint64_t optionId, const Attribute& value) {
+    if (optionId == axesId) {
+        isLocal = VlAttribute::StringAttribute(value).getValue() == "local";
+        viewport().setDirty(true);
+    } else if (optionId == snapStepId) {
+        snapStep = VlAttribute::FloatAttribute(value).getValue(0.0f);
+    }
+}
+
+VlAttribute::Attribute Gizmo::getOption(std::uint64_t optionId) {
+    if (optionId == axesId) {
+        return VlAttribute::StringAttribute(isLocal ? "local" : "world");
+    }
+    if (optionId == snapStepId) {
+        return VlAttribute::FloatAttribute(static_cast<float>(snapStep));
+    }
+    return optionId == readoutId && engaged ? getReadout() : Attribute();
+}
+
+} // namespace Bundled

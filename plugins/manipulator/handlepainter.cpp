@@ -1,0 +1,90 @@
+#include "manipulator/handlepainter.h"
+
+#include "camera/tomatrix.h"
+#include "gl/drawstate.h"
+
+#include <cstddef>
+
+namespace Bundled {
+
+namespace {
+
+const char* const kVertexShader = R"(
+layout(location = 0) in vec3 position;
+layout(location = 1) in vec3 normal;
+uniform mat4 shapeToView;
+uniform mat4 viewToClip;
+out vec3 viewNormal;
+void main() {
+    viewNormal = mat3(shapeToView) * normal;
+    gl_Position = viewToClip * (shapeToView * vec4(position, 1.0));
+}
+)";
+
+const char* const kFragmentShader = R"(
+in vec3 viewNormal;
+uniform vec4 tint;
+uniform int isLit;
+out vec4 color;
+void main() {
+    // Light from above the camera's shoulder: enough to see a cone's roundness, and the colour, by
+    // which handles are known, stays itself.
+    float light = isLit == 1
+        ? mix(0.55, 1.1, 0.5 + 0.5 * dot(normalize(viewNormal), normalize(vec3(-0.3, 0.6, 0.75))))
+        : 1.0;
+    color = vec4(tint.rgb * light, tint.a);
+}
+)";
+
+} // namespace
+
+std::shared_ptr<HandlePainter> HandlePainter::share() {
+    static std::weak_ptr<HandlePainter> shared;
+    std::shared_ptr<HandlePainter> painter = shared.lock();
+    if (!painter) {
+        painter = std::make_shared<HandlePainter>();
+        shared = painter;
+    }
+    return painter;
+}
+
+void HandlePainter::draw(const Shape& shape, const Imath::M44d& shapeToWorld,
+                         const ViewerPlugin::ViewportHost& viewport,
+                         const std::array<float, 4>& color) {
+    const DrawState state({.blend = true});
+    drawTriangles(shape, shapeToWorld, viewport, color, true);
+}
+
+void HandlePainter::drawId(const Shape& shape, const Imath::M44d& shapeToWorld,
+                           const ViewerPlugin::ViewportHost& viewport, std::uint64_t id) {
+    const DrawState state({.dither = false, .multisample = false});
+    const auto byte = [id](int shift) { return static_cast<float>(id >> shift & 0xFFU) / 255.0f; };
+    drawTriangles(shape, shapeToWorld, viewport, {byte(24), byte(16), byte(8), byte(0)}, false);
+}
+
+void HandlePainter::drawTriangles(const Shape& shape, const Imath::M44d& shapeToWorld,
+                                  const ViewerPlugin::ViewportHost& viewport,
+                                  const std::array<float, 4>& color, bool isLit) {
+    if (!program) {
+        program = ShaderProgram("handle", kVertexShader, kFragmentShader);
+    }
+    program.use();
+    // Multiplied in double precision: far from the origin a gizmo would tremble otherwise.
+    program.set("shapeToView", Imath::M44f(shapeToWorld * toMatrix(viewport.getViewMatrix())));
+    program.set("viewToClip", Imath::M44f(toMatrix(viewport.getProjectionMatrix())));
+    program.set("tint", color);
+    program.set("isLit", isLit ? 1 : 0);
+    glBindVertexArray(vertexArray.create());
+    glBindBuffer(GL_ARRAY_BUFFER, buffer.create());
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(shape.size() * sizeof(ShapeVertex)),
+                 shape.data(), GL_STREAM_DRAW);
+    for (const GLuint attribute : {0U, 1U}) {
+        glEnableVertexAttribArray(attribute);
+        glVertexAttribPointer(attribute, 3, GL_FLOAT, GL_FALSE, sizeof(ShapeVertex),
+                              reinterpret_cast<const void*>(attribute * sizeof(Imath::V3f)));
+    }
+    glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(shape.size()));
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+}
+
+} // namespace Bundled

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
+
+namespace Bundled {
+
+/// A half line in world space.
+struct Ray {
+    Imath::V3d origin;
+    /// Of length 1.
+    Imath::V3d direction;
+};
+
+/// How a picture and the world belong together, for what is done with the mouse. Pixels count from
+/// the top left; a pixel's place is its centre.
+class PictureSpace {
+public:
+    /// Perspective or orthographic; matrices for row vectors, `worldToView` without shear.
+    PictureSpace(const Imath::M44d& worldToView, const Imath::M44d& viewToClip, int width,
+                 int height);
+
+    /// What is seen at a pixel, which may lie outside of the picture. It begins at the camera, or
+    /// for an orthographic one in its plane.
+    [[nodiscard]] Ray rayAt(const Imath::V2i& pixel) const;
+
+    /// The length in the world of a pixel's edge at a point's depth; 0 for a point that is not in
+    /// front of the camera.
+    [[nodiscard]] double pixelLengthAt(const Imath::V3d& point) const;
+
+    /// From the camera to the point, of length 1.
+    [[nodiscard]] Imath::V3d sightTo(const Imath::V3d& point) const;
+
+    /// Where the camera looks, of length 1.
+    [[nodiscard]] Imath::V3d forward() const;
+
+    [[nodiscard]] bool isPerspective() const noexcept { return viewToClip[2][3] != 0.0; }
+
+private:
+    Imath::M44d worldToView;
+    Imath::M44d viewToWorld;
+    Imath::M44d viewToClip;
+    Imath::M44d clipToView;
+    double width;
+    double height;
+};
+
+} // namespace Bundled

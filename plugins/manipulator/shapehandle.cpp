@@ -1,0 +1,63 @@
+#include "manipulator/shapehandle.h"
+
+#include "gl/glcontext.h"
+#include "manipulator/matrices.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Bundled {
+
+namespace {
+
+using Color = std::array<float, 4>;
+
+constexpr Color kAxisColors[] = {
+    {0.78f, 0.055f, 0.065f, 1.0f}, {0.18f, 0.50f, 0.04f, 1.0f}, {0.06f, 0.17f, 0.85f, 1.0f}};
+constexpr Color kPlainColor = {0.70f, 0.70f, 0.72f, 1.0f};
+constexpr Color kMarkedColor = {1.0f, 0.62f, 0.05f, 1.0f};
+constexpr Color kEngagedColor = {1.0f, 0.85f, 0.30f, 1.0f};
+constexpr Color kReadOnlyColor = {0.20f, 0.20f, 0.21f, 1.0f};
+
+} // namespace
+
+int ShapeHandle::axis() const {
+    const Imath::M44d local = toMatrix(host.getLocalXform());
+    const double* row = local[0];
+    return static_cast<int>(
+        std::max_element(row, row + 3,
+                         [](double a, double b) { return std::abs(a) < std::abs(b); }) -
+        row);
+}
+
+void ShapeHandle::draw() {
+    if (!isGLReady()) {
+        return;
+    }
+    if (!painter) {
+        painter = HandlePainter::share();
+    }
+    const ViewerPlugin::ManipulatorHost owner = manipulator();
+    const int which = axis();
+    Color color = !owner.isEditable() ? kReadOnlyColor
+                  : host.isEngaged()  ? kEngagedColor
+                  : host.isMarked()   ? kMarkedColor
+                  : which < 0         ? kPlainColor
+                                      : kAxisColors[which];
+    color[3] = host.isEngaged() || host.isMarked() ? std::max(opacity(), 0.8f) : opacity();
+    painter->draw(shape(), toMatrix(host.getCombinedXform()),
+                  ViewerPlugin::ViewportHost(owner.getViewport().host), color);
+}
+
+void ShapeHandle::pickerDraw(std::uint64_t pickerId) {
+    if (!isGLReady()) {
+        return;
+    }
+    if (!painter) {
+        painter = HandlePainter::share();
+    }
+    painter->drawId(graspedShape(), toMatrix(host.getCombinedXform()),
+                    ViewerPlugin::ViewportHost(manipulator().getViewport().host), pickerId);
+}
+
+} // namespace Bundled

@@ -1,0 +1,77 @@
+#include "manipulator/shapes.h"
+
+#include <cmath>
+
+namespace Bundled {
+
+using Imath::V3f;
+
+namespace {
+
+constexpr int kSegments = 24;
+
+V3f turned(float x, float radius, int segment, int segments) {
+    const double angle = 2.0 * M_PI * segment / segments;
+    return {x, radius * static_cast<float>(std::cos(angle)),
+            radius * static_cast<float>(std::sin(angle))};
+}
+
+} // namespace
+
+Shape lathe(const std::vector<ProfilePoint>& profile, int segments) {
+    Shape shape;
+    for (std::size_t i = 0; i + 1 < profile.size(); ++i) {
+        const ProfilePoint& a = profile[i];
+        const ProfilePoint& b = profile[i + 1];
+        const Imath::V2f normal = Imath::V2f(a.radius - b.radius, b.x - a.x).normalized();
+        for (int segment = 0; segment < segments; ++segment) {
+            const auto vertex = [&](const ProfilePoint& point, int at) {
+                shape.push_back({turned(point.x, point.radius, at, segments),
+                                 turned(normal.x, normal.y, at, segments)});
+            };
+            vertex(a, segment);
+            vertex(b, segment);
+            vertex(b, segment + 1);
+            vertex(a, segment);
+            vertex(b, segment + 1);
+            vertex(a, segment + 1);
+        }
+    }
+    return shape;
+}
+
+Shape arrowShape(float thicken) {
+    const float shaft = 0.012f + thicken;
+    const float head = 0.05f + thicken;
+    return lathe({{0.16f, 0.0f},
+                  {0.16f, shaft},
+                  {0.78f, shaft},
+                  {0.78f, head},
+                  {1.0f + thicken, 0.2f * thicken},
+                  {1.0f + thicken, 0.0f}},
+                 kSegments);
+}
+
+Shape squareShape(float grow) {
+    const float low = 0.30f - grow;
+    const float high = 0.50f + grow;
+    const V3f normal(1.0f, 0.0f, 0.0f);
+    const ShapeVertex corners[] = {{{0.0f, low, low}, normal},
+                                   {{0.0f, high, low}, normal},
+                                   {{0.0f, high, high}, normal},
+                                   {{0.0f, low, high}, normal}};
+    return {corners[0], corners[1], corners[2], corners[0], corners[2], corners[3]};
+}
+
+Shape ballShape(float radius) {
+    constexpr int kSteps = 12;
+    std::vector<ProfilePoint> profile;
+    for (int i = 0; i <= kSteps; ++i) {
+        const double angle = M_PI * i / kSteps;
+        profile.push_back({-radius * static_cast<float>(std::cos(angle)),
+                           radius * static_cast<float>(std::sin(angle))});
+    }
+    return lathe(profile, kSegments);
+}
+
+} // namespace Bundled

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <Imath/ImathVec.h>
+
+#include <vector>
+
+namespace Bundled {
+
+struct ShapeVertex {
+    Imath::V3f position;
+    Imath::V3f normal;
+};
+/// Three vertices a triangle.
+using Shape = std::vector<ShapeVertex>;
+
+/// A place of a profile: x along the axis, and the distance from it.
+struct ProfilePoint {
+    float x;
+    float radius;
+};
+
+/// A profile turned around the x axis. Normals point to the left of the profile's direction, with
+/// the radius upwards.
+[[nodiscard]] Shape lathe(const std::vector<ProfilePoint>& profile, int segments);
+
+/// An arrow of length 1 along x that begins off the origin. `thicken` widens its shaft and head, in
+/// its own units.
+[[nodiscard]] Shape arrowShape(float thicken = 0.0f);
+
+/// A square in the positive quarter of the plane x = 0. `grow` moves its edges outwards.
+[[nodiscard]] Shape squareShape(float grow = 0.0f);
+
+/// A ball around the origin.
+[[nodiscard]] Shape ballShape(float radius);
+
+} // namespace Bundled
