@@ -73,6 +73,8 @@ TEST_F(LocationState, aListWithANullPathChangesNothing) {
           &VlViewerDelegateHostStruct::selectLocations}) {
         call(method, {"/root/a", nullptr});
         (delegate.get()->*method)(nullptr, 1);
+        EXPECT_EQ(delegate->locationTree.find("/root/a"), nullptr);
+        EXPECT_EQ(delegate->sourceLocationTree.find("/root/a"), nullptr);
     }
     EXPECT_THAT(runtime->takeCalls(), IsEmpty());
     EXPECT_THAT(log.take(), IsEmpty());
@@ -120,6 +122,67 @@ TEST_F(LocationState, pinningInWorkingSetModeChangesTheTreeAndNotTheClient) {
     EXPECT_TRUE(node->pinned);
     delegate->setWorkingSetVisibilityEnabled(false);
     EXPECT_THAT(client(kPinnedClient).active, ElementsAre("/root/a"));
+}
+
+TEST_F(LocationState, aPinOfWorkingSetModeShowsOnceTheModeIsOff) {
+    const auto told = [this](const char* path, int included) {
+        client(kPrimaryClient)
+            .report(path,
+                    VlAttribute::GroupBuilder()
+                        .set("__viewerWorkingSets.viewerVisibility.polished.included",
+                             IntAttribute(included))
+                        .build(),
+                    {"child"});
+    };
+    delegate->setWorkingSetVisibilityEnabled(true);
+    told("/root", 1);
+    told("/root/a", 0);
+    delegate->processLocationEvents();
+    plugin.takeEventLines();
+    // In the mode the set alone says what is shown, and how.
+    call(&VlViewerDelegateHostStruct::pinLocations, {"/root/a"});
+    delegate->flushLocationChanges(true);
+    EXPECT_THAT(plugin.takeEventLines(), IsEmpty());
+    delegate->setWorkingSetVisibilityEnabled(false);
+    delegate->flushLocationChanges(true);
+    EXPECT_THAT(plugin.takeEventLines(),
+                ElementsAre("/root/a leaf hiddenChanged leafChanged handled=0"));
+}
+
+TEST_F(LocationState, aPinOfWorkingSetModeIsNoPinOfTheViewAfterItIsTakenAway) {
+    open("/root");
+    report({"/root", "/root/a"});
+    delegate->setWorkingSetVisibilityEnabled(true);
+    call(&VlViewerDelegateHostStruct::pinLocations, {"/root/a"});
+    call(&VlViewerDelegateHostStruct::unpinLocations, {"/root/a"});
+    delegate->setWorkingSetVisibilityEnabled(false);
+    call(&VlViewerDelegateHostStruct::closeLocations, {"/root"});
+    delegate->flushLocationChanges(true);
+    EXPECT_THAT(plugin.takeEventLines(), testing::Contains("/root/a removed handled=0"));
+    EXPECT_THAT(client(kPinnedClient).active, IsEmpty());
+}
+
+TEST_F(LocationState, closingALocationNotCookedYetForgetsThatItWasOpened) {
+    open("/root/a");
+    call(&VlViewerDelegateHostStruct::closeLocations, {"/root/a"});
+    open("/root");
+    report({"/root", "/root/a"});
+    EXPECT_THAT(report({"/root/a/b"}), IsEmpty());
+}
+
+TEST_F(LocationState, anActiveSourceLocationShowsWithWhatIsBelowItAndGoesWhenInactive) {
+    call(&VlViewerDelegateHostStruct::activateSourceLocations, {"/root/a"});
+    for (const char* path : {"/root", "/root/a", "/root/a/b", "/root/c"})
+        client(kSourcesClient).report(path, named(path));
+    delegate->processLocationEvents();
+    EXPECT_THAT(log.take("sourceLocationEvent"),
+                ElementsAre("D sourceLocationEvent /root attributesChanged",
+                            "D sourceLocationEvent /root/a attributesChanged",
+                            "D sourceLocationEvent /root/a/b attributesChanged"));
+    call(&VlViewerDelegateHostStruct::deactivateSourceLocations, {"/root/a"});
+    delegate->flushLocationChanges(true);
+    EXPECT_THAT(log.take("sourceLocationEvent"),
+                ElementsAre("D sourceLocationEvent /root removed"));
 }
 
 TEST_F(LocationState, hidingALocationReachesWhatIsBelowIt) {

@@ -50,6 +50,10 @@ Imath::M44d matrixAt(const DoubleAttribute& matrix, float time) {
     return result;
 }
 
+bool isInverted(const Bounds& bounds) {
+    return bounds[0] > bounds[1] || bounds[2] > bounds[3] || bounds[4] > bounds[5];
+}
+
 bool isAffine(const Imath::M44d& matrix) {
     return matrix[0][3] == 0 && matrix[1][3] == 0 && matrix[2][3] == 0 && matrix[3][3] == 1;
 }
@@ -154,6 +158,11 @@ DoubleAttribute CalcTransformedBoundsAtExistingTimes(const DoubleAttribute& matr
     return sampled(times.finish(), 1, [&](float time) {
         const Imath::M44d transform = matrixAt(matrix, time);
         const Bounds box = boundsAt(bounds, time);
+        if (isInverted(box)) {
+            // The box of no points has the largest numbers in it, which any scale makes infinite
+            // and then no numbers at all.
+            return box;
+        }
         return isAffine(transform) ? transformAffine(transform, box)
                                    : transformProjective(transform, box);
     });

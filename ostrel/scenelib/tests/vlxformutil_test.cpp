@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -255,12 +256,15 @@ TEST(VlXFormUtil, invalidBoundsGiveNone) {
                      .isValid());
 }
 
-TEST(VlXFormUtil, invertedBoundsStayInverted) {
-    const GroupAttribute xform{{"rotate", DoubleAttribute({45, 1, 2, 3}, 4)}};
-    const Box box = toBox(VlXFormUtil::CalcTransformedBoundsAtExistingTimes(
-        VlXFormUtil::CalcTransformMatrixAtTime(xform, 0).first, fromBox({1, -1, 1, -1, 1, -1})));
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        EXPECT_GT(box[axis * 2], box[axis * 2 + 1]);
+TEST(VlXFormUtil, invertedBoundsStayAsTheyAre) {
+    constexpr double kMax = std::numeric_limits<double>::max();
+    const GroupAttribute xform{{"rotate", DoubleAttribute({45, 1, 2, 3}, 4)},
+                               {"scale", DoubleAttribute({100, 100, 100}, 3)}};
+    const DoubleAttribute matrix = VlXFormUtil::CalcTransformMatrixAtTime(xform, 0).first;
+    for (const DoubleAttribute& nothing :
+         {DoubleAttribute({1, -1, 1, -1, 1, -1}), DoubleAttribute({0, 1, 0, 1, 1, 0}),
+          DoubleAttribute({kMax, 0, kMax, 0, kMax, 0})}) {
+        EXPECT_EQ(VlXFormUtil::CalcTransformedBoundsAtExistingTimes(matrix, nothing), nothing);
     }
 }
 

@@ -3,7 +3,7 @@
 #include "sharedglcontext.h"
 #include "support/countingwindowsystem.h"
 #include "support/delegatetest.h"
-#include "support/plainscene.h"
+#include "support/plainxform.h"
 #include "support/recordingglcalls.h"
 #include "support/recordinghandle.h"
 #include "support/recordingmanipulator.h"

@@ -44,7 +44,7 @@ CalcTransformMatrixAtExistingTimes(const VlAttribute::GroupAttribute& xforms);
 
 /// The axis-aligned box around the transformed box, with a sample for every time at which matrix or
 /// bounds have one. A null matrix counts as the identity; invalid bounds give null. An inverted box
-/// (a minimum above its maximum: nothing) stays inverted.
+/// (a minimum above its maximum: nothing) stays as it is.
 [[nodiscard]] VlAttribute::DoubleAttribute
 CalcTransformedBoundsAtExistingTimes(const VlAttribute::DoubleAttribute& matrix,
                                      const VlAttribute::DoubleAttribute& bounds);

@@ -1,0 +1,424 @@
+// Boxes of random hierarchies against an evaluation that asks of each location by itself whether it
+// counts, and moves the eight corners of its box.
+
+#include "scenebounds.h"
+
+#include "support/delegatetest.h"
+#include "support/oracleseeds.h"
+#include "support/plainxform.h"
+
+#include "VlAttribute/FloatAttribute.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace ViewerAPI::test {
+namespace {
+
+using VlAttribute::Attribute;
+using VlAttribute::DoubleAttribute;
+using VlAttribute::FloatAttribute;
+using VlAttribute::GroupAttribute;
+using VlAttribute::GroupBuilder;
+
+struct PlainBox {
+    std::array<double, 6> values{}; ///< xmin, xmax, ymin, ymax, zmin, zmax
+    std::array<double, 6> sizes{};  ///< as those of a PlainMatrix
+
+    [[nodiscard]] bool isInverted() const {
+        return values[0] > values[1] || values[2] > values[3] || values[4] > values[5];
+    }
+};
+
+/// By time; empty where there is no box. All boxes that vary have the same times.
+using PlainBoxes = std::map<float, PlainBox>;
+
+PlainBox boxOf(const std::array<double, 6>& values) {
+    PlainBox box{values, values};
+    for (double& size : box.sizes)
+        size = std::abs(size);
+    return box;
+}
+
+PlainBox transformed(const PlainBox& box, const PlainMatrix& matrix) {
+    if (box.isInverted()) // nothing has no place
+        return box;
+    PlainBox result;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        double low = std::numeric_limits<double>::infinity();
+        double high = -low;
+        double size = 0;
+        for (std::size_t corner = 0; corner < 8; ++corner) {
+            double value = matrix.values[12 + axis];
+            double cornerSize = matrix.sizes[12 + axis];
+            for (std::size_t from = 0; from < 3; ++from) {
+                const std::size_t side = from * 2 + (corner >> from & 1U);
+                value += box.values[side] * matrix.values[from * 4 + axis];
+                cornerSize += box.sizes[side] * matrix.sizes[from * 4 + axis];
+            }
+            low = std::min(low, value);
+            high = std::max(high, value);
+            size = std::max(size, cornerSize);
+        }
+        result.values[axis * 2] = low;
+        result.values[axis * 2 + 1] = high;
+        result.sizes[axis * 2] = result.sizes[axis * 2 + 1] = size;
+    }
+    return result;
+}
+
+PlainBoxes transformed(const PlainBoxes& boxes, const PlainMatrix& matrix) {
+    PlainBoxes result;
+    for (const auto& [time, box] : boxes)
+        result[time] = transformed(box, matrix);
+    return result;
+}
+
+void mergeInto(PlainBoxes& merged, const PlainBoxes& added) {
+    if (merged.empty() || added.empty()) {
+        merged.insert(added.begin(), added.end());
+        return;
+    }
+    PlainBoxes result;
+    for (const float time : timesOf(merged, added)) {
+        const PlainBox& left = nearest(merged, time);
+        const PlainBox& right = nearest(added, time);
+        for (std::size_t side = 0; side < 6; ++side) {
+            result[time].values[side] = side % 2 == 0
+                                            ? std::min(left.values[side], right.values[side])
+                                            : std::max(left.values[side], right.values[side]);
+            // What comes out may be that of either.
+            result[time].sizes[side] = std::max(left.isInverted() ? 0 : left.sizes[side],
+                                                right.isInverted() ? 0 : right.sizes[side]);
+        }
+    }
+    merged = result;
+}
+
+std::string complaint(const PlainBoxes& expected, const DoubleAttribute& actual) {
+    if (actual.getNumberOfTimeSamples() != static_cast<std::int64_t>(expected.size()))
+        return std::to_string(actual.getNumberOfTimeSamples()) + " samples instead of " +
+               std::to_string(expected.size());
+    std::ostringstream out;
+    std::int64_t sample = 0;
+    for (const auto& [time, box] : expected) {
+        const auto values = actual.getSample(sample++);
+        if (values.size() != 6)
+            return std::to_string(values.size()) + " values";
+        for (std::size_t side = 0; side < 6; ++side) {
+            const double difference = std::abs(values[side] - box.values[side]);
+            if (!(difference <= kPlainTolerance * box.sizes[side]))
+                out << "at " << time << " value " << side << " is " << values[side]
+                    << " instead of " << box.values[side] << "\n";
+        }
+    }
+    return out.str();
+}
+
+/// An attribute that somebody has as a box, and the box if it counts as one.
+struct Answer {
+    Attribute attribute;
+    PlainBoxes boxes;
+};
+
+struct Location {
+    std::string path;
+    int parent = -1;
+    bool isProxy = false;
+    std::optional<PlainXform> xform;
+    bool isOpen = false;
+    bool isPinned = false;
+    bool isHidden = false;
+    Answer bound;          ///< the attribute
+    GroupAttribute points; ///< the group "geometry"
+    PlainBoxes pointBoxes;
+    std::vector<Answer> bounds;  ///< of the plug-in, then of components from last to first
+    std::vector<Answer> extents; ///< likewise
+};
+
+class ExtentsOracle : public DelegateTest {
+protected:
+    void run(unsigned seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        random.seed(seed);
+        makeScene();
+        start();
+        showScene();
+        for (std::size_t place = 0; place < scene.size(); ++place) {
+            SCOPED_TRACE(scene[place].path);
+            EXPECT_EQ(complaint(boundsOf(int(place)), delegate->getBounds(scene[place].path)), "");
+            EXPECT_EQ(complaint(extentOf(int(place)), delegate->computeExtent(scene[place].path)),
+                      "");
+        }
+        for (int query = 0; query < 8; ++query)
+            compareMerged();
+    }
+
+    int numberOfExtents = 0;
+
+private:
+    int upTo(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random); }
+    bool oneIn(int count) { return upTo(count) == 0; }
+    double number() { return std::uniform_real_distribution<double>(-5, 5)(random); }
+    const Location& at(int place) const { return scene[static_cast<std::size_t>(place)]; }
+
+    // ---- The scene
+
+    std::array<double, 6> randomBox() {
+        std::array<double, 6> values{};
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            const auto [low, high] = std::minmax({number(), number()});
+            values[axis * 2] = low;
+            values[axis * 2 + 1] = high;
+        }
+        return values;
+    }
+
+    Answer randomAnswer() {
+        const std::array<double, 6> first = randomBox();
+        const std::array<double, 6> second = randomBox();
+        switch (upTo(6)) {
+        case 0: {
+            const std::vector<float> times{0.0F, 1.0F};
+            const std::vector<std::vector<double>> samples{{first.begin(), first.end()},
+                                                           {second.begin(), second.end()}};
+            return {DoubleAttribute(times, samples), {{0.0F, boxOf(first)}, {1.0F, boxOf(second)}}};
+        }
+        case 1:
+            return {DoubleAttribute(std::span<const double>(first.data(), 5)), {}};
+        case 2:
+            return {FloatAttribute({0, 1, 0, 1, 0, 1}), {}};
+        default:
+            return {DoubleAttribute(first), {{0.0F, boxOf(first)}}};
+        }
+    }
+
+    /// Points of 3 or 4 floats each, and the box that the rules give: weighted by w, and with
+    /// maxima that begin at the smallest positive number.
+    void makePoints(Location& location) {
+        const bool areWeighted = oneIn(3);
+        const std::size_t length = areWeighted ? 4 : 3;
+        const int count = oneIn(6) ? 0 : 1 + upTo(4);
+        const bool areNegative = oneIn(4);
+        std::vector<float> values;
+        PlainBox box = boxOf({std::numeric_limits<double>::max(), 2.2250738585072014e-308,
+                              std::numeric_limits<double>::max(), 2.2250738585072014e-308,
+                              std::numeric_limits<double>::max(), 2.2250738585072014e-308});
+        for (int point = 0; point < count; ++point) {
+            std::array<float, 4> p{};
+            for (float& value : p)
+                value = static_cast<float>(areNegative ? -std::abs(number()) : number());
+            values.insert(values.end(), p.begin(), p.begin() + static_cast<long>(length));
+            for (std::size_t axis = 0; axis < 3; ++axis) {
+                const double value = areWeighted ? double(p[axis]) * double(p[3]) : p[axis];
+                box.values[axis * 2] = std::min(box.values[axis * 2], value);
+                box.values[axis * 2 + 1] = std::max(box.values[axis * 2 + 1], value);
+                box.sizes[axis * 2] = box.sizes[axis * 2 + 1] = 25;
+            }
+        }
+        GroupBuilder builder;
+        if (areWeighted && oneIn(2))
+            builder.set("point.P", FloatAttribute({1, 2})); // no whole point
+        builder.set(areWeighted ? "point.Pw" : "point.P",
+                    FloatAttribute(values, static_cast<std::int64_t>(length)));
+        location.points = builder.build();
+        location.pointBoxes = {{0.0F, box}};
+    }
+
+    void makeScene() {
+        const RandomXforms xforms{random};
+        scene.assign(1, Location());
+        scene.front().path = "/root";
+        const int count = 3 + upTo(14);
+        for (int i = 1; i < count; ++i) {
+            const int parent = std::max(0, i - 1 - upTo(6));
+            Location& added = scene.emplace_back();
+            added.path = at(parent).path + "/n" + std::to_string(i);
+            added.parent = parent;
+            // Below a proxy there are proxies only.
+            added.isProxy = at(parent).isProxy || oneIn(6);
+        }
+        for (Location& location : scene) {
+            if (!oneIn(5))
+                location.xform = xforms.make();
+            location.isOpen = !location.isProxy && !oneIn(6);
+            location.isPinned = !location.isProxy && oneIn(12);
+            location.isHidden = !location.isProxy && oneIn(10);
+            if (oneIn(8))
+                location.bound = randomAnswer();
+            if (oneIn(2))
+                makePoints(location);
+            location.bounds.resize(3);
+            location.extents.resize(3);
+            for (int who = 0; who < 3; ++who) {
+                if (oneIn(20))
+                    location.bounds[static_cast<std::size_t>(who)] = randomAnswer();
+                if (oneIn(6))
+                    location.extents[static_cast<std::size_t>(who)] = randomAnswer();
+            }
+        }
+    }
+
+    static GroupAttribute attributesOf(const Location& location) {
+        GroupBuilder attributes;
+        attributes.set("geometry", location.points);
+        attributes.set("bound", location.bound.attribute);
+        if (location.xform)
+            attributes.set("xform", toAttribute(*location.xform));
+        return attributes.build();
+    }
+
+    void showScene() {
+        delegate->addComponent("A", "a");
+        delegate->addComponent("B", "b");
+        const std::array<RecordingPlugin*, 3> asked{&plugin, &componentB, &componentA};
+        for (RecordingPlugin* const recorder : asked) {
+            recorder->bounds.clear();
+            recorder->extents.clear();
+        }
+        for (const Location& location : scene) {
+            for (std::size_t who = 0; who < asked.size(); ++who) {
+                asked[who]->bounds[location.path] = location.bounds[who].attribute;
+                asked[who]->extents[location.path] = location.extents[who].attribute;
+            }
+            const char* const path = location.path.c_str();
+            if (!location.isProxy)
+                client(kPrimaryClient).report(location.path, attributesOf(location), {"x"});
+            if (location.isOpen)
+                delegate->openLocations(&path, 1);
+            if (location.isPinned)
+                delegate->pinLocations(&path, 1);
+            if (location.isHidden)
+                delegate->hideLocations(&path, 1);
+        }
+        const char* const notThere = "/root/placeholder/pinned";
+        delegate->pinLocations(&notThere, 1);
+        delegate->processLocationEvents();
+        // Proxies come to locations that are as they shall be: those that were there before a
+        // location was hidden would not be hidden with it.
+        for (const Location& location : scene) {
+            if (location.isProxy)
+                delegate->locationTree.cook(location.path, attributesOf(location), {}, true, false);
+        }
+        delegate->flushLocationChanges(true);
+    }
+
+    // ---- The plain evaluation
+
+    bool isAtOrBelow(int place, int ancestor) const {
+        while (place > ancestor)
+            place = at(place).parent;
+        return place == ancestor;
+    }
+
+    /// Whether plug-ins were told of the location. Proxies come and go with theirs.
+    bool isSent(int place) const {
+        while (at(place).isProxy)
+            place = at(place).parent;
+        if (place == 0) // the placeholder below it is pinned too
+            return true;
+        bool areAncestorsOpen = true;
+        for (int above = at(place).parent; above >= 0; above = at(above).parent)
+            areAncestorsOpen = areAncestorsOpen && at(above).isOpen;
+        for (std::size_t i = 0; i < scene.size(); ++i) {
+            if (scene[i].isPinned && isAtOrBelow(int(i), place))
+                return true;
+        }
+        return areAncestorsOpen;
+    }
+
+    bool isHidden(int place) const {
+        for (; place >= 0; place = at(place).parent) {
+            if (at(place).isHidden)
+                return true;
+        }
+        return false;
+    }
+
+    PlainMatrix worldOf(int place) const {
+        PlainXform chain;
+        for (; place >= 0; place = at(place).parent) {
+            if (at(place).xform)
+                chain.insert(chain.begin(), at(place).xform->begin(), at(place).xform->end());
+        }
+        return evaluate(chain, 0.0F).matrix;
+    }
+
+    PlainBoxes boundsOf(int place) const {
+        if (isSent(place) && !at(place).bound.boxes.empty())
+            return at(place).bound.boxes;
+        for (const Answer& answer : at(place).bounds) {
+            if (!answer.boxes.empty())
+                return answer.boxes;
+        }
+        return {};
+    }
+
+    PlainBoxes extentOf(int place) const {
+        PlainBoxes extent;
+        if (isSent(place))
+            extent = at(place).pointBoxes;
+        for (const Answer& answer : at(place).extents)
+            mergeInto(extent, answer.boxes);
+        return extent;
+    }
+
+    /// Whether a walk from a location comes to one at or below it.
+    bool isReached(int place, int start, const std::string& excluded) const {
+        if (!isAtOrBelow(place, start))
+            return false;
+        for (int each = place;; each = at(each).parent) {
+            if (!isSent(each) || isHidden(each) || at(each).path == excluded ||
+                (each != place && !boundsOf(each).empty()))
+                return false;
+            if (each == start)
+                return true;
+        }
+    }
+
+    void compareMerged() {
+        std::vector<int> starts;
+        std::vector<const char*> paths;
+        for (int count = upTo(4); count > 0; --count) {
+            starts.push_back(oneIn(3) ? 0 : upTo(static_cast<int>(scene.size())));
+            paths.push_back(at(starts.back()).path.c_str());
+        }
+        if (oneIn(4))
+            paths.insert(paths.begin(), {"/root/unknown", nullptr, "/root/placeholder"});
+        const std::string excluded = oneIn(2) ? "" : at(upTo(static_cast<int>(scene.size()))).path;
+        PlainBoxes expected;
+        for (std::size_t i = 0; i < scene.size(); ++i) {
+            const int place = static_cast<int>(i);
+            if (std::any_of(starts.begin(), starts.end(),
+                            [&](int start) { return isReached(place, start, excluded); })) {
+                const PlainBoxes bounds = boundsOf(place);
+                mergeInto(expected,
+                          transformed(bounds.empty() ? extentOf(place) : bounds, worldOf(place)));
+            }
+        }
+        numberOfExtents += expected.empty() ? 0 : 1;
+        const DoubleAttribute actual = delegate->computeMergedExtent(
+            paths.data(), static_cast<std::uint32_t>(paths.size()), excluded);
+        EXPECT_EQ(complaint(expected, actual), "")
+            << testing::PrintToString(paths) << " without " << excluded;
+    }
+
+    std::mt19937 random;
+    std::vector<Location> scene;
+};
+
+TEST_F(ExtentsOracle, randomHierarchiesEqualThePlainEvaluation) {
+    const OracleSeeds seeds(20261121, 250);
+    for (unsigned seed = seeds.first; seed - seeds.first < seeds.count; ++seed) {
+        run(seed);
+        if (HasFailure())
+            return;
+    }
+    EXPECT_GT(numberOfExtents, static_cast<int>(seeds.count) * 3);
+}
+
+} // namespace
+} // namespace ViewerAPI::test
