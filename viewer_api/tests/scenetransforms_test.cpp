@@ -266,19 +266,6 @@ TEST(MultiplyMatrices, takesANullForTheIdentity) {
     EXPECT_FALSE(multiplyMatrices({}, {}).isValid());
 }
 
-TEST(MultiplyMatrices, takesNoTimeFromAMatrixThatDoesNotVary) {
-    const std::vector<double> identity{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
-    std::vector<double> doubled = identity;
-    doubled[0] = 2;
-    const std::vector<float> times{-1.0F, 10.0F};
-    const DoubleAttribute varying(times, {identity, doubled}, 4);
-    const DoubleAttribute constant(identity, 4);
-    // With a sample at 0 the one nearest to 5 would be another.
-    EXPECT_EQ(multiplyMatrices(varying, constant), varying);
-    EXPECT_EQ(multiplyMatrices(constant, varying), varying);
-    EXPECT_EQ(multiplyMatrices(constant, constant), constant);
-}
-
 TEST(MultiplyMatrices, hasASampleForEveryTimeOfEither) {
     const auto scale = [](double x) {
         return std::vector<double>{x, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};

@@ -27,6 +27,15 @@ struct Location {
     bool isCached = false; ///< known to the look-through client
 };
 
+/// What is asked of one location's transform.
+struct PartQuery {
+    std::string groupName;
+    std::string componentName;
+    bool includeComponent = false;
+    bool includeGroupsBefore = false;
+    bool includeGroupsAfter = false;
+};
+
 class TransformsOracle : public DelegateTest {
 protected:
     void run(unsigned seed) {
@@ -166,8 +175,8 @@ private:
         EXPECT_EQ(complaint(worldOf(at(place).parent, view), parent), "");
     }
 
-    PartialXformQuery makeQuery(const PlainXform& xform) {
-        PartialXformQuery query;
+    PartQuery makeQuery(const PlainXform& xform) {
+        PartQuery query;
         query.groupName = "interactive";
         query.componentName = "translate";
         if (!xform.empty() && !oneIn(10)) {
@@ -193,8 +202,7 @@ private:
     }
 
     /// The part of a transform as a transform.
-    static std::optional<PlainXform> partOf(const PlainXform& xform,
-                                            const PartialXformQuery& query) {
+    static std::optional<PlainXform> partOf(const PlainXform& xform, const PartQuery& query) {
         // The other groups come first, also those behind the one that is wanted.
         PlainXform part;
         const PlainGroup* wanted = nullptr;
@@ -229,7 +237,7 @@ private:
 
     void comparePart(int place, int view) {
         const std::optional<PlainXform>& xform = xformOf(place, view);
-        const PartialXformQuery query = makeQuery(xform.value_or(PlainXform()));
+        const PartQuery query = makeQuery(xform.value_or(PlainXform()));
         const bool includeParent = oneIn(2);
         SCOPED_TRACE("part " + query.groupName + " " + query.componentName + " component " +
                      std::to_string(query.includeComponent) + " before " +

@@ -119,6 +119,10 @@ bool isCommitCooked(std::int64_t commitId) {
     return application().engine->isCommitCooked(commitId);
 }
 
+std::uint64_t getNumberOfCooks() {
+    return application().engine->getNumberOfCooks();
+}
+
 void flushCaches() {
     application().engine->flushCaches();
 }

@@ -396,7 +396,12 @@ void ClientView::markLeft(ClientNode& node) {
     node.clear(ClientNode::kLive | ClientNode::kPending | ClientNode::kExpanded |
                ClientNode::kForced);
     node.source = nullptr;
-    ClientTree::forEachKid(node, [](ClientNode& kid) { markLeft(kid); });
+    if (group->views.size() > 1) {
+        // Until it comes back the viewer may hear of it from another client, other data or that it
+        // is gone, so what this one has told counts no longer.
+        node.toldVersion = 0;
+    }
+    ClientTree::forEachKid(node, [this](ClientNode& kid) { markLeft(kid); });
 }
 
 void ClientView::markPending(ClientNode& node) {

@@ -110,7 +110,7 @@ private:
     void align(ClientNode& node, CookNode& data);
     /// The client does not cook the location (any more): it is to be decided what it tells.
     void leave(ClientNode& node);
-    static void markLeft(ClientNode& node);
+    void markLeft(ClientNode& node);
     static void markPending(ClientNode& node);
     void noteMissing(const RequestNode& request, std::string& path);
     void noteMissingKids(const ClientNode& node, const RequestTree::Cursor& cursor,

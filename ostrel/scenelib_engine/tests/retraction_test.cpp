@@ -144,7 +144,20 @@ TEST_F(Retraction, isTakenBackWhenTheLocationReturnsBeforeTheFetch) {
     expanding->setLocationsClosed(paths({"/root"}));
     scene.settle();
     expanding->setLocationsOpen(paths({"/root"}));
-    EXPECT_THAT(scene.fetch(expanding), IsEmpty());
+    // Told again all the same: another client may have told of it meanwhile.
+    EXPECT_THAT(scene.fetch(expanding),
+                UnorderedElementsAre("+/root/a", "+/root/a/b", "+/root/a/c"));
+}
+
+TEST_F(Retraction, leavesNothingToldThatAnotherClientHasRetracted) {
+    // What the pins' client shows, it stops showing unheard; the other tells it gone.
+    pinning->setLocationsActive(paths({"/root/a/b"}));
+    scene.fetch(pinning);
+    pinning->setLocationsInactive(paths({"/root/a/b"}));
+    expanding->setLocationsClosed(paths({"/root"}));
+    EXPECT_THAT(scene.fetch(expanding), ElementsAre("-/root/a/b", "-/root/a/c", "-/root/a"));
+    pinning->setLocationsActive(paths({"/root/a/b"}));
+    EXPECT_THAT(scene.fetch(pinning), ElementsAre("+/root", "+/root/a", "+/root/a/b"));
 }
 
 } // namespace

@@ -64,6 +64,9 @@ private:
 /// commit has had yet.
 [[nodiscard]] bool isCommitCooked(std::int64_t commitId);
 
+/// Cooks run so far: by it one tells what an edit has cost.
+[[nodiscard]] std::uint64_t getNumberOfCooks();
+
 /// Drops what is memoised; every cooked location is cooked and reported again.
 void flushCaches();
 
