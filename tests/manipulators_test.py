@@ -273,6 +273,33 @@ class TranslateTest(ManipulatorTest):
         self.assertTrue(self.release(x + 60, y))
         self.settle()
         self.assertAlmost(self.position(), before, "released")
+        self.assertFalse(self.session.canUndo(), "nothing happened")
+
+    def testEscapeLeavesNoGroupThatTheDragMade(self):
+        self.show(thing=(("local.scale", [2.0, 1.0, 1.0]),))
+        self.activate()
+        before = self.session.delegate.getAttributes(PATH)
+        x, y = self.placeOn(0)
+        self.press(x, y)
+        self.move(x + 30, y)
+        self.assertNotEqual(self.session.delegate.getAttributes(PATH), before)
+        self.viewport.event(events.keyPress("Escape"))
+        self.settle()
+        self.assertEqual(self.session.delegate.getAttributes(PATH), before)
+        self.assertFalse(self.session.canUndo(), "nothing happened")
+
+    def testAPressWithoutAMoveChangesNothing(self):
+        for component in ("translate", "scale"):
+            self.show(thing=(("local." + component, [2.0, 1.0, 1.0]),))
+            self.activate()
+            before = self.session.delegate.getAttributes(PATH)
+            x, y = self.placeOn(0)
+            self.assertTrue(self.press(x, y))
+            self.assertTrue(self.release(x, y))
+            self.settle()
+            self.assertEqual(self.session.delegate.getAttributes(PATH), before)
+            self.assertFalse(self.session.canUndo())
+            self.session.close()
 
     def testAManipulatorThatEndsDuringItsDragBringsBackWhatWas(self):
         self.show()
@@ -417,6 +444,24 @@ class LayerTest(ManipulatorTest):
         self.activate()
         self.assertEqual(self.view.pick(x - 60, y - 60, 120, 120, deep=True), before)
         self.assertTrue(before)
+
+    def testItFollowsTheSelection(self):
+        self.show()
+        def shown():
+            return [list(self.viewport.getActiveManipulatorByIndex(i).getLocationPaths()
+                         .getNearestSample(0.0))
+                    for i in range(self.viewport.getNumberOfActiveManipulators())]
+        self.session.select([PATH])
+        self.assertEqual(shown(), [])
+        self.view.manipulate("TranslateManipulator")
+        self.assertEqual(self.view.getManipulator(), "TranslateManipulator")
+        self.assertEqual(shown(), [[PATH]])
+        self.session.select(["/root/parent"])
+        self.assertEqual(shown(), [["/root/parent"]])
+        self.session.select([])
+        self.assertEqual(shown(), [[]])
+        self.assertRaises(RuntimeError, self.view.manipulate, "NoManipulator")
+        self.assertEqual((self.view.getManipulator(), shown()), (None, []))
 
     def testItFitsLocationsOfTheSceneAndNoErrors(self):
         self.show()

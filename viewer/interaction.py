@@ -7,6 +7,11 @@ from PyVlAttribute import IntAttribute
 _CALM = 0.2
 
 
+def toggleManipulator(view):
+    """Shows the manipulator that moves what is selected, or ends that."""
+    view.manipulate(None if view.getManipulator() else "TranslateManipulator")
+
+
 class Pump(object):
     """Keeps a view up with its scene: call tick() regularly while the window is open.
 

@@ -5,7 +5,7 @@ import sys
 from PySide2.QtCore import Qt, QTimer
 from PySide2.QtWidgets import QApplication, QWidget
 
-from interaction import Pump
+from interaction import Pump, toggleManipulator
 from ostrel import events
 
 _TICK_MS = 16
@@ -123,9 +123,12 @@ class ViewWidget(QWidget):
                 self._session.redo()
             else:
                 self._session.undo()
-        elif not self._sendKey(event, events.keyPress) and event.key() in (Qt.Key_Escape,
-                                                                          Qt.Key_Q):
+        elif self._sendKey(event, events.keyPress):
+            return
+        elif event.key() in (Qt.Key_Escape, Qt.Key_Q):
             self.close()
+        elif event.key() == Qt.Key_W and self._view:
+            toggleManipulator(self._view)
 
     def keyReleaseEvent(self, event):
         self._sendKey(event, events.keyRelease)

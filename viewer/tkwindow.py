@@ -4,7 +4,7 @@ try:
 except ImportError:
     import Tkinter as tkinter
 
-from interaction import Pump
+from interaction import Pump, toggleManipulator
 from ostrel import events
 
 _TICK_MS = 16
@@ -94,8 +94,12 @@ class ViewWindow(object):
         return bool(name) and self._send(build(name, _names(event.state, _MODIFIERS)))
 
     def _keyPress(self, event):
-        if not self._sendKey(event, events.keyPress) and event.keysym in ("q", "Escape"):
+        if self._sendKey(event, events.keyPress):
+            return
+        if event.keysym in ("q", "Escape"):
             self._root.quit()
+        elif event.keysym == "w":
+            toggleManipulator(self._view)
 
     def _tick(self):
         self._pump.tick()

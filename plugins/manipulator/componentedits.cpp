@@ -55,11 +55,11 @@ ComponentEdits::ComponentEdits(ViewerPlugin::ManipulatorHost manipulator,
     const ViewerDelegateHost delegate(
         ViewerPlugin::ViewportHost(host.getViewport().host).getViewerDelegate().host);
     for (const std::string& path : topmostPaths(host.getLocationPaths())) {
-        const auto component =
-            XformComponent::find(GroupAttribute(host.getValue(path, "xform")), componentName);
+        const GroupAttribute xform(host.getValue(path, "xform"));
+        const auto component = XformComponent::find(xform, componentName);
         const auto toWorld = componentToWorld(delegate, path, component);
         if (toWorld && std::isnormal(toWorld->determinant())) {
-            edits.push_back({path, component, toWorld->inverse()});
+            edits.push_back({path, xform, component, toWorld->inverse()});
             current.push_back(component.values);
         }
     }
@@ -96,8 +96,18 @@ void ComponentEdits::restore() {
         for (std::size_t i = 0; i < edits.size(); ++i) {
             current[i] = edits[i].component.values;
         }
-        // Final as well: nothing else ends what the first value began.
-        write(true);
+        // Only a final value ends what the first one began. Where a group was made it is the whole
+        // transform that was there, so that the group is not kept.
+        write(false);
+        for (const Each& edit : edits) {
+            if (edit.component.exists() || !edit.xform) {
+                const XformComponent& component = edit.component;
+                host.setValue(edit.path, component.attributeName(),
+                              component.attribute(component.values), true);
+            } else {
+                host.setValue(edit.path, "xform", edit.xform, true);
+            }
+        }
     }
     close();
 }

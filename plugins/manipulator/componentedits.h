@@ -21,6 +21,8 @@ class ComponentEdits {
 public:
     struct Each {
         std::string path;
+        /// The whole transform at the beginning; may be null.
+        VlAttribute::GroupAttribute xform;
         XformComponent component;
         /// From world space to the space that the component's values are in.
         Imath::M44d worldToComponent;

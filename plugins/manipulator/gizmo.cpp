@@ -128,7 +128,10 @@ bool Gizmo::event(const GroupAttribute& group) {
     if (event->type == Event::Type::MouseMove) {
         moveTo(*event);
     } else if (event->type == Event::Type::MouseRelease && isLeft) {
-        moveTo(*event);
+        // A click that goes nowhere is no edit.
+        if (Imath::V2i(event->x, event->y) != last) {
+            moveTo(*event);
+        }
         end(true);
     } else if (event->type == Event::Type::KeyPress && event->key == "Escape") {
         end(false);
@@ -154,6 +157,7 @@ bool Gizmo::press(const Event& event) {
         }
         engaged = i;
         engagedLength = now.length;
+        last = {event.x, event.y};
         each.setEngaged(true);
         viewport().setDirty(true);
         return true;
@@ -165,7 +169,8 @@ void Gizmo::moveTo(const Event& event) {
     const double step = !event.modifiers.control ? 0.0
                         : snapStep > 0.0         ? snapStep
                                                  : roundStep(engagedLength / kStepsInLength);
-    drag(pictureSpace().rayAt({event.x, event.y}), step);
+    last = {event.x, event.y};
+    drag(pictureSpace().rayAt(last), step);
     viewport().setDirty(true);
 }
 

@@ -105,6 +105,8 @@ private:
     /// The part that is being dragged, and the gizmo's length when that began.
     std::optional<std::size_t> engaged;
     double engagedLength = 0.0;
+    /// Where the mouse was last.
+    Imath::V2i last;
 };
 
 } // namespace Bundled

@@ -168,16 +168,26 @@ class Session(object):
         """Sets several attributes as one step of undo: edits is a list of (location path, attribute
         name, attribute), each as for setAttribute(). Returns the commit's id.
 
-        What the viewer shows in place of the scene's values goes from these locations, and from
+        What is back at the scene's own value, after the viewer has shown others, is no edit. What
+        the viewer shows in place of the scene's values goes from these locations, and from
         the paths in dropped. With lastCommit, what an earlier call returned, the edits belong to
         that one's step, if it is still the last. Raises ValueError for impossible paths and names,
         TypeError for what is no attribute, and changes nothing then.
         """
         isSameStep = lastCommit is not None and lastCommit == self._stepCommit
-        isStep = self._history.apply(edits, isSameStep) or isSameStep
+        changes = [edit for edit in edits if not self._isBack(*edit)]
+        isStep = self._history.apply(changes, isSameStep) or isSameStep
         commit = self._commit(set(dropped).union(edit[0] for edit in edits))
         self._stepCommit = commit if isStep else None
         return commit
+
+    def _isBack(self, locationPath, attributeName, attribute):
+        """Whether the viewer, which shows another value in place of the scene's, sets that again."""
+        if self._history.getValue(locationPath, attributeName) is not None:
+            return False
+        return self.delegate.getLiveAttributes(locationPath) is not None and \
+            self.delegate.getCookedAttributes(locationPath).getChildByName(
+                attributeName) == attribute
 
     def getEditedValue(self, locationPath, attributeName):
         """The edit of an attribute; None when there is none."""
@@ -246,6 +256,8 @@ class Session(object):
         StringAttribute(locationPaths)  # raises TypeError, before anything has changed
         self._selection = locationPaths
         self.delegate.setSelectedLocations(locationPaths)
+        for view in list(self._views.values()):
+            view.selectionChanged()
 
     def getSelection(self):
         """The selected locations, a list of paths."""

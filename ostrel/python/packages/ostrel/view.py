@@ -36,6 +36,7 @@ class View(object):
         self._placed = None  # the view matrix that the orbit gave last
         self._locationPlugin = None
         self._locationPath = ""
+        self._manipulator = None
         self.updateCamera()
         self.resize(width, height)
 
@@ -110,6 +111,27 @@ class View(object):
             self.viewport.setActiveCamera(self.camera)
             self.viewport.removeCamera("location")
             self.viewport.setDirty(True)
+
+    def manipulate(self, pluginName):
+        """Shows this manipulator on what is selected, also when that changes; None ends it.
+
+        Raises RuntimeError, and shows none, when there is no such manipulator.
+        """
+        self._manipulator = None
+        self.viewport.deactivateAllManipulators(True)
+        if pluginName is not None:
+            self.viewport.activateManipulator(pluginName, self._session.getSelection(), True)
+        self._manipulator = pluginName
+        self.viewport.setDirty(True)
+
+    def getManipulator(self):
+        """The plug-in name of the manipulator that follows the selection, or None."""
+        return self._manipulator
+
+    def selectionChanged(self):
+        """The session has another selection."""
+        if self._manipulator is not None:
+            self.manipulate(self._manipulator)
 
     def draw(self):
         """Draws what the delegate knows by now."""
