@@ -13,7 +13,7 @@ namespace {
 using Color = std::array<float, 4>;
 
 constexpr Color kAxisColors[] = {
-    {0.78f, 0.055f, 0.065f, 1.0f}, {0.18f, 0.50f, 0.04f, 1.0f}, {0.06f, 0.17f, 0.85f, 1.0f}};
+    {0.78f, 0.055f, 0.065f, 1.0f}, {0.18f, 0.50f, 0.04f, 1.0f}, {0.09f, 0.24f, 0.95f, 1.0f}};
 constexpr Color kPlainColor = {0.70f, 0.70f, 0.72f, 1.0f};
 constexpr Color kMarkedColor = {1.0f, 0.62f, 0.05f, 1.0f};
 constexpr Color kEngagedColor = {1.0f, 0.85f, 0.30f, 1.0f};

@@ -23,6 +23,9 @@ Shape lathe(const std::vector<ProfilePoint>& profile, int segments) {
     for (std::size_t i = 0; i + 1 < profile.size(); ++i) {
         const ProfilePoint& a = profile[i];
         const ProfilePoint& b = profile[i + 1];
+        if (a.x == b.x && a.radius == b.radius) {
+            continue;
+        }
         const Imath::V2f normal = Imath::V2f(a.radius - b.radius, b.x - a.x).normalized();
         for (int segment = 0; segment < segments; ++segment) {
             const auto vertex = [&](const ProfilePoint& point, int at) {

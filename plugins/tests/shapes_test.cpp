@@ -1,0 +1,76 @@
+#include "manipulator/shapes.h"
+
+#include <Imath/ImathBox.h>
+#include <gtest/gtest.h>
+
+// The shapes of handles, in lengths of a gizmo.
+namespace {
+
+using Bundled::arrowShape;
+using Bundled::ballShape;
+using Bundled::Shape;
+using Bundled::ShapeVertex;
+using Bundled::squareShape;
+using Imath::V3f;
+
+Imath::Box3f boxOf(const Shape& shape) {
+    Imath::Box3f box;
+    for (const ShapeVertex& vertex : shape) {
+        box.extendBy(vertex.position);
+    }
+    return box;
+}
+
+TEST(Shapes, areTrianglesWithNormalsOfLengthOne) {
+    const struct {
+        const char* name;
+        Shape shape;
+    } rows[] = {{"arrow", arrowShape()},
+                {"thick arrow", arrowShape(0.05f)},
+                {"square", squareShape()},
+                {"ball", ballShape(0.5f)}};
+    for (const auto& row : rows) {
+        ASSERT_FALSE(row.shape.empty()) << row.name;
+        EXPECT_EQ(row.shape.size() % 3, 0u) << row.name;
+        for (const ShapeVertex& vertex : row.shape) {
+            EXPECT_NEAR(vertex.normal.length(), 1.0f, 1e-5f) << row.name;
+        }
+    }
+}
+
+TEST(Shapes, ballIsRoundAndItsNormalsPointOutwards) {
+    for (const ShapeVertex& vertex : ballShape(0.5f)) {
+        EXPECT_NEAR(vertex.position.length(), 0.5f, 1e-5f);
+        EXPECT_GT(vertex.position.dot(vertex.normal), 0.45f);
+    }
+}
+
+TEST(Shapes, arrowLiesAlongXUpToOneAndOffTheMiddle) {
+    const Imath::Box3f box = boxOf(arrowShape());
+    EXPECT_NEAR(box.max.x, 1.0f, 1e-6f);
+    EXPECT_GT(box.min.x, 0.1f) << "where the ball is";
+    EXPECT_NEAR(box.max.y, -box.min.y, 1e-5f);
+    EXPECT_LT(box.max.y, 0.1f);
+}
+
+TEST(Shapes, squareStandsUprightOnXInThePositiveQuarter) {
+    const Imath::Box3f box = boxOf(squareShape());
+    EXPECT_EQ(box.min.x, 0.0f);
+    EXPECT_EQ(box.max.x, 0.0f);
+    EXPECT_GT(box.min.y, 0.0f);
+    EXPECT_GT(box.min.z, 0.0f);
+}
+
+TEST(Shapes, whatIsGraspedReachesBeyondWhatIsSeenOnAllSides) {
+    const Imath::Box3f arrow = boxOf(arrowShape());
+    const Imath::Box3f graspedArrow = boxOf(arrowShape(0.05f));
+    EXPECT_GT(graspedArrow.max.x, arrow.max.x);
+    EXPECT_GT(graspedArrow.max.y, arrow.max.y);
+    EXPECT_LT(graspedArrow.min.z, arrow.min.z);
+    const Imath::Box3f square = boxOf(squareShape());
+    const Imath::Box3f graspedSquare = boxOf(squareShape(0.03f));
+    EXPECT_GT(graspedSquare.max.y, square.max.y);
+    EXPECT_LT(graspedSquare.min.z, square.min.z);
+}
+
+} // namespace
