@@ -53,7 +53,8 @@ protected:
 
     /// Gives the engine a commit that changes nothing here.
     void keepBusy() {
-        static const int other = VlScenelibEngine::ApplicationGraph::Transaction().createOp("no-op");
+        static const int other =
+            VlScenelibEngine::ApplicationGraph::Transaction().createOp("no-op");
         Transaction transaction;
         transaction.setOpArgs(other, "no-op", GroupAttribute{{"n", IntAttribute(++commits)}});
         transaction.commit();
