@@ -130,7 +130,11 @@ PickScene::PickScene(const std::vector<Box>& boxes, const PickCamera& camera) {
     view->setViewMatrix(viewMatrix(camera).getValue());
 }
 
-PickScene::~PickScene() = default;
+PickScene::~PickScene() {
+    // A viewport's end leaves its cameras to whoever holds them.
+    viewport_->setActiveCamera(nullptr);
+    viewport_->removeCameraByName("main");
+}
 
 bool PickScene::canDraw() const {
     return viewport_->makeGLContextCurrent();
