@@ -5,9 +5,9 @@
 
 namespace ViewerAPI {
 
-Imath::M44d toMatrix(const VlAttribute::DoubleAttribute& attribute) {
+Imath::M44d toMatrix(const VlAttribute::DoubleAttribute& attribute, float time) {
     Imath::M44d matrix;
-    const auto values = attribute.getNearestSample(0.0F);
+    const auto values = attribute.getNearestSample(time);
     std::copy_n(values.begin(), std::min<std::size_t>(values.size(), 16), matrix.getValue());
     return matrix;
 }

@@ -6,8 +6,9 @@
 
 namespace ViewerAPI {
 
-/// The sample nearest to time 0, for row vectors; the identity in place of values that are missing.
-[[nodiscard]] Imath::M44d toMatrix(const VlAttribute::DoubleAttribute& attribute);
+/// The sample nearest to a time, for row vectors; the identity in place of values that are missing.
+[[nodiscard]] Imath::M44d toMatrix(const VlAttribute::DoubleAttribute& attribute,
+                                   float time = 0.0F);
 
 /// 16 values, tuple size 4.
 [[nodiscard]] VlAttribute::DoubleAttribute toMatrixAttribute(const Imath::M44d& matrix);

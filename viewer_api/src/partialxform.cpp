@@ -1,5 +1,7 @@
 #include "partialxform.h"
 
+#include "matrixattribute.h"
+
 #include "VlAttribute/GroupBuilder.h"
 #include "VlScenelib/VlXFormUtil.h"
 
@@ -20,14 +22,6 @@ using VlAttribute::GroupBuilder;
 
 constexpr std::size_t kMatrixValues = 16;
 constexpr std::int64_t kMatrixTuple = 4;
-
-Imath::M44d matrixAt(const DoubleAttribute& attribute, float time) {
-    Imath::M44d matrix;
-    const std::span<const double> values = attribute.getNearestSample(time);
-    if (values.size() == kMatrixValues)
-        std::copy(values.begin(), values.end(), matrix.getValue());
-    return matrix;
-}
 
 /// A single sample holds for all times, and asks for none.
 void addSampleTimes(const DoubleAttribute& attribute, std::vector<float>& times) {
@@ -99,7 +93,7 @@ DoubleAttribute multiplyMatrices(const DoubleAttribute& left, const DoubleAttrib
     addSampleTimes(left, times);
     addSampleTimes(right, times);
     if (times.empty()) {
-        const Imath::M44d product = matrixAt(left, 0.0F) * matrixAt(right, 0.0F);
+        const Imath::M44d product = toMatrix(left, 0.0F) * toMatrix(right, 0.0F);
         return DoubleAttribute(std::span(product.getValue(), kMatrixValues), kMatrixTuple);
     }
     std::sort(times.begin(), times.end());
@@ -107,7 +101,7 @@ DoubleAttribute multiplyMatrices(const DoubleAttribute& left, const DoubleAttrib
     std::vector<std::vector<double>> samples;
     samples.reserve(times.size());
     for (const float time : times) {
-        const Imath::M44d product = matrixAt(left, time) * matrixAt(right, time);
+        const Imath::M44d product = toMatrix(left, time) * toMatrix(right, time);
         const double* const values = product.getValue();
         samples.emplace_back(values, values + kMatrixValues);
     }

@@ -17,6 +17,7 @@
 #include "VlScenelib/LocationEvent.h"
 #include "VlScenelib/ScenelibRuntime.h"
 
+#include <algorithm>
 #include <atomic>
 #include <vector>
 
@@ -191,6 +192,11 @@ void VlViewerDelegateHostStruct::handlePrimaryEvents(std::vector<LocationEvent>&
 
 void VlViewerDelegateHostStruct::tellManipulators(const std::string& path,
                                                   const GroupAttribute& attributes) {
+    // Most of the time there is none, and this is asked for every location of the scene.
+    if (std::ranges::all_of(viewports.viewports, [](const VlViewportHostStruct* viewport) {
+            return viewport->activeManipulators.empty();
+        }))
+        return;
     const std::vector<VlViewportHostStruct*> snapshot = viewports.viewports;
     for (VlViewportHostStruct* const viewport : snapshot) {
         if (viewports.contains(viewport))
