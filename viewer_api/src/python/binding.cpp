@@ -19,6 +19,14 @@ void setDestroyedError(const char* kind) noexcept {
     PyErr_Format(PyExc_RuntimeError, "Underlying C++ %s has been destroyed", kind);
 }
 
+bool checkWatch(const HostWatch& watch, const char* kind) noexcept {
+    if (watch.expired()) {
+        setDestroyedError(kind);
+        return false;
+    }
+    return true;
+}
+
 PyReference holdWrapperOf(const VlViewerDelegateHostStruct* delegate) {
     auto* wrapper = delegate ? static_cast<PyObject*>(delegate->hostedPythonObject) : nullptr;
     // The wrapper deletes the delegate when its last reference has gone, and from there a

@@ -138,6 +138,30 @@ void deallocateWrapper(PyObject* object) {
     deleteWrapper(reinterpret_cast<Record*>(object));
 }
 
+/// True while the host object lives; otherwise false, with the error set that one of this kind has
+/// gone.
+bool checkWatch(const HostWatch& watch, const char* kind) noexcept;
+
+/// tp_init of a type whose objects come from other calls; `Text` says from which. Calling a type
+/// without tp_new doesn't get here, as the interpreter refuses first; a call of __init__ does.
+template <const char* Text>
+int refuseConstruction(PyObject*, PyObject*, PyObject*) noexcept {
+    PyErr_SetString(PyExc_RuntimeError, Text);
+    return -1;
+}
+
+/// The type object of a record type, for a static variable; `name` is "module.Type".
+template <class Record>
+PyTypeObject wrapperType(const char* name, const char* documentation, PyMethodDef* methods,
+                         destructor deallocate, initproc refuse) {
+    PyTypeObject type = pythoncompat::makeType(name, sizeof(Record));
+    type.tp_doc = documentation;
+    type.tp_methods = methods;
+    type.tp_dealloc = deallocate;
+    type.tp_init = refuse;
+    return type;
+}
+
 /// The Python wrapper of a delegate, held; none when there is no delegate, none hosts it, or the
 /// wrapper is ending already.
 PyReference holdWrapperOf(const VlViewerDelegateHostStruct* delegate);

@@ -57,13 +57,8 @@ PyMethodDef methods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-// Calling the type doesn't get here, as there is no tp_new and the interpreter refuses first; only
-// a call of __init__ does.
-int refuseConstruction(PyObject*, PyObject*, PyObject*) {
-    PyErr_SetString(PyExc_RuntimeError, "Please use the Viewport.activateManipulator() function to "
-                                        "instantiate a Manipulator.");
-    return -1;
-}
+constexpr char kHowToGetOne[] = "Please use the Viewport.activateManipulator() function to "
+                                "instantiate a Manipulator.";
 
 void deallocate(PyObject* object) {
     auto* self = reinterpret_cast<Record*>(object);
@@ -71,16 +66,8 @@ void deallocate(PyObject* object) {
     deleteWrapper(self);
 }
 
-PyTypeObject makeType() {
-    PyTypeObject type = pythoncompat::makeType("ViewerAPI_cmodule.Manipulator", sizeof(Record));
-    type.tp_doc = "Manipulator plugin";
-    type.tp_dealloc = deallocate;
-    type.tp_methods = methods;
-    type.tp_init = refuseConstruction;
-    return type;
-}
-
-PyTypeObject type = makeType();
+PyTypeObject type = wrapperType<Record>("ViewerAPI_cmodule.Manipulator", "Manipulator plugin",
+                                        methods, deallocate, refuseConstruction<kHowToGetOne>);
 
 } // namespace
 

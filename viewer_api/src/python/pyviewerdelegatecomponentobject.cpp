@@ -8,11 +8,7 @@
 namespace ViewerAPI {
 
 bool PyViewerDelegateComponentObject::checkAlive() const {
-    if (watch.expired()) {
-        setDestroyedError("component");
-        return false;
-    }
-    return true;
+    return checkWatch(watch, "component");
 }
 
 PyReference PyViewerDelegateComponentObject::holdDelegate() const {
@@ -35,26 +31,13 @@ PyMethodDef methods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-// Calling the type doesn't get here, as there is no tp_new and the interpreter refuses first; only
-// a call of __init__ does.
-int refuseConstruction(PyObject*, PyObject*, PyObject*) {
-    PyErr_SetString(PyExc_RuntimeError, "Please use the ViewerDelegate.addComponent() or "
-                                        "ViewerDelegate.insertComonent() function to instantiate a "
-                                        "ViewerDelegateComponent.");
-    return -1;
-}
+constexpr char kHowToGetOne[] = "Please use the ViewerDelegate.addComponent() or "
+                                "ViewerDelegate.insertComonent() function to instantiate a "
+                                "ViewerDelegateComponent.";
 
-PyTypeObject makeType() {
-    PyTypeObject type =
-        pythoncompat::makeType("ViewerAPI_cmodule.ViewerDelegateComponent", sizeof(Record));
-    type.tp_doc = "ViewerDelegateComponent plugin";
-    type.tp_dealloc = deallocateWrapper<Record>;
-    type.tp_methods = methods;
-    type.tp_init = refuseConstruction;
-    return type;
-}
-
-PyTypeObject type = makeType();
+PyTypeObject type = wrapperType<Record>(
+    "ViewerAPI_cmodule.ViewerDelegateComponent", "ViewerDelegateComponent plugin", methods,
+    deallocateWrapper<Record>, refuseConstruction<kHowToGetOne>);
 
 } // namespace
 

@@ -453,20 +453,15 @@ PyObject* allocate(PyTypeObject* subtype, PyObject* /*args*/, PyObject* /*keywor
     return subtype->tp_alloc(subtype, 0);
 }
 
-int refuseConstruction(PyObject*, PyObject*, PyObject*) {
-    PyErr_SetString(PyExc_RuntimeError, "Please use the CreateViewerDelegate() function to "
-                                        "instantiate a ViewerDelegate.");
-    return -1;
-}
+constexpr char kHowToGetOne[] = "Please use the CreateViewerDelegate() function to "
+                                "instantiate a ViewerDelegate.";
 
 PyTypeObject makeType() {
-    PyTypeObject type = pythoncompat::makeType("ViewerAPI_cmodule.ViewerDelegate", sizeof(Record));
-    type.tp_doc = "ViewerDelegate plugin";
-    type.tp_dealloc = deallocate;
+    PyTypeObject type =
+        wrapperType<Record>("ViewerAPI_cmodule.ViewerDelegate", "ViewerDelegate plugin", methods,
+                            deallocate, refuseConstruction<kHowToGetOne>);
     type.tp_weaklistoffset = offsetof(Record, weakrefs);
-    type.tp_methods = methods;
     type.tp_new = allocate;
-    type.tp_init = refuseConstruction;
     return type;
 }
 

@@ -20,11 +20,7 @@ using pythoncompat::TextArgument;
 using VlAttribute::Attribute;
 
 bool PyViewportCameraObject::checkAlive() const {
-    if (watch.expired()) {
-        setDestroyedError("camera");
-        return false;
-    }
-    return true;
+    return checkWatch(watch, "camera");
 }
 
 PyReference PyViewportCameraObject::holdDelegate() const {
@@ -251,25 +247,13 @@ PyMethodDef methods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-// Calling the type doesn't get here, as there is no tp_new and the interpreter refuses first; only
-// a call of __init__ does.
-int refuseConstruction(PyObject*, PyObject*, PyObject*) {
-    PyErr_SetString(PyExc_RuntimeError,
-                    "Please use the Viewport.addCamera() or Viewport.insertCamera() function to "
-                    "instantiate a ViewportCamera.");
-    return -1;
-}
+constexpr char kHowToGetOne[] =
+    "Please use the Viewport.addCamera() or Viewport.insertCamera() function to "
+    "instantiate a ViewportCamera.";
 
-PyTypeObject makeType() {
-    PyTypeObject type = pythoncompat::makeType("ViewerAPI_cmodule.ViewportCamera", sizeof(Record));
-    type.tp_doc = "ViewportCamera plugin";
-    type.tp_dealloc = deallocateWrapper<Record>;
-    type.tp_methods = methods;
-    type.tp_init = refuseConstruction;
-    return type;
-}
-
-PyTypeObject type = makeType();
+PyTypeObject type =
+    wrapperType<Record>("ViewerAPI_cmodule.ViewportCamera", "ViewportCamera plugin", methods,
+                        deallocateWrapper<Record>, refuseConstruction<kHowToGetOne>);
 
 struct Constant {
     const char* name;

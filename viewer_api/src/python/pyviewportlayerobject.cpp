@@ -10,11 +10,7 @@
 namespace ViewerAPI {
 
 bool PyViewportLayerObject::checkAlive() const {
-    if (watch.expired()) {
-        setDestroyedError("layer");
-        return false;
-    }
-    return true;
+    return checkWatch(watch, "layer");
 }
 
 PyReference PyViewportLayerObject::holdDelegate() const {
@@ -84,25 +80,13 @@ PyMethodDef methods[] = {
     {nullptr, nullptr, 0, nullptr},
 };
 
-// Calling the type doesn't get here, as there is no tp_new and the interpreter refuses first; only
-// a call of __init__ does.
-int refuseConstruction(PyObject*, PyObject*, PyObject*) {
-    PyErr_SetString(PyExc_RuntimeError,
-                    "Please use the Viewport.addLayer() or Viewport.insertLayer() function to "
-                    "instantiate a ViewportLayer.");
-    return -1;
-}
+constexpr char kHowToGetOne[] =
+    "Please use the Viewport.addLayer() or Viewport.insertLayer() function to "
+    "instantiate a ViewportLayer.";
 
-PyTypeObject makeType() {
-    PyTypeObject type = pythoncompat::makeType("ViewerAPI_cmodule.ViewportLayer", sizeof(Record));
-    type.tp_doc = "ViewportLayer plugin";
-    type.tp_dealloc = deallocateWrapper<Record>;
-    type.tp_methods = methods;
-    type.tp_init = refuseConstruction;
-    return type;
-}
-
-PyTypeObject type = makeType();
+PyTypeObject type =
+    wrapperType<Record>("ViewerAPI_cmodule.ViewportLayer", "ViewportLayer plugin", methods,
+                        deallocateWrapper<Record>, refuseConstruction<kHowToGetOne>);
 
 } // namespace
 

@@ -39,11 +39,7 @@ PyObject* delegateOf(const PyViewportObject& self) {
 } // namespace
 
 bool PyViewportObject::checkAlive() const {
-    if (watch.expired()) {
-        setDestroyedError("viewport");
-        return false;
-    }
-    return true;
+    return checkWatch(watch, "viewport");
 }
 
 PyReference PyViewportObject::holdDelegate() const {
@@ -436,25 +432,12 @@ void deallocate(PyObject* object) {
     deleteWrapper(self);
 }
 
-// Calling the type doesn't get here, as there is no tp_new and the interpreter refuses first; only
-// a call of __init__ does.
-int refuseConstruction(PyObject*, PyObject*, PyObject*) {
-    PyErr_SetString(PyExc_RuntimeError,
-                    "Please use the ViewerDelegate.addViewport() function to instantiate a "
-                    "Viewport.");
-    return -1;
-}
+constexpr char kHowToGetOne[] =
+    "Please use the ViewerDelegate.addViewport() function to instantiate a "
+    "Viewport.";
 
-PyTypeObject makeType() {
-    PyTypeObject type = pythoncompat::makeType("ViewerAPI_cmodule.Viewport", sizeof(Record));
-    type.tp_doc = "Viewport plugin";
-    type.tp_dealloc = deallocate;
-    type.tp_methods = methods;
-    type.tp_init = refuseConstruction;
-    return type;
-}
-
-PyTypeObject type = makeType();
+PyTypeObject type = wrapperType<Record>("ViewerAPI_cmodule.Viewport", "Viewport plugin", methods,
+                                        deallocate, refuseConstruction<kHowToGetOne>);
 
 } // namespace
 

@@ -32,8 +32,8 @@ struct PyViewportObject {
                                        VlViewerDelegateHostStruct* delegate,
                                        PyObject* delegateWrapper);
 
-/// The view that was handed in as an argument. The object's type is not looked at: it must be a view
-/// of a viewport.
+/// The view that was handed in as an argument. The object's type is not looked at: it must be a
+/// view of a viewport.
 [[nodiscard]] const PyViewportObject& viewportArgument(PyObject* object);
 
 /// Adds the type to the module.
