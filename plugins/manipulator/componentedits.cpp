@@ -47,79 +47,34 @@ std::optional<Imath::M44d> componentToWorld(const ViewerDelegateHost& delegate,
     return toMatrix(matrix);
 }
 
+std::vector<ComponentEdits::Each> findEdits(const ViewerPlugin::ManipulatorHost& host,
+                                            const std::string& componentName) {
+    const ViewerDelegateHost delegate(
+        ViewerPlugin::ViewportHost(host.getViewport().host).getViewerDelegate().host);
+    std::vector<ComponentEdits::Each> edits;
+    for (const std::string& path : topmostPaths(host.getLocationPaths())) {
+        const auto component =
+            XformComponent::find(GroupAttribute(host.getValue(path, "xform")), componentName);
+        const auto toWorld = componentToWorld(delegate, path, component);
+        if (toWorld && std::isnormal(toWorld->determinant())) {
+            edits.push_back({path, component, toWorld->inverse()});
+        }
+    }
+    return edits;
+}
+
+std::vector<LiveEdits::Target> targetsOf(const std::vector<ComponentEdits::Each>& edits) {
+    std::vector<LiveEdits::Target> targets;
+    for (const auto& [path, component, worldToComponent] : edits) {
+        targets.push_back({path, component.attributeName(), component.attribute(component.values)});
+    }
+    return targets;
+}
+
 } // namespace
 
 ComponentEdits::ComponentEdits(ViewerPlugin::ManipulatorHost manipulator,
                                const std::string& componentName)
-    : host(manipulator) {
-    const ViewerDelegateHost delegate(
-        ViewerPlugin::ViewportHost(host.getViewport().host).getViewerDelegate().host);
-    for (const std::string& path : topmostPaths(host.getLocationPaths())) {
-        const GroupAttribute xform(host.getValue(path, "xform"));
-        const auto component = XformComponent::find(xform, componentName);
-        const auto toWorld = componentToWorld(delegate, path, component);
-        if (toWorld && std::isnormal(toWorld->determinant())) {
-            edits.push_back({path, xform, component, toWorld->inverse()});
-            current.push_back(component.values);
-        }
-    }
-    for (const Each& edit : edits) {
-        host.openManipulationGroup(edit.path);
-    }
-}
-
-ComponentEdits::~ComponentEdits() {
-    try {
-        restore();
-    } catch (...) {
-        // The application, which is told of the end, may fail; there is nobody to tell it to.
-    }
-}
-
-void ComponentEdits::write(bool isFinal) {
-    for (std::size_t i = 0; i < edits.size(); ++i) {
-        const XformComponent& component = edits[i].component;
-        host.setValue(edits[i].path, component.attributeName(), component.attribute(current[i]),
-                      isFinal);
-    }
-}
-
-void ComponentEdits::finish() {
-    if (isOpen && isChanged) {
-        write(true);
-    }
-    close();
-}
-
-void ComponentEdits::restore() {
-    if (isOpen && isChanged) {
-        for (std::size_t i = 0; i < edits.size(); ++i) {
-            current[i] = edits[i].component.values;
-        }
-        // Only a final value ends what the first one began. Where a group was made it is the whole
-        // transform that was there, so that the group is not kept.
-        write(false);
-        for (const Each& edit : edits) {
-            if (edit.component.exists() || !edit.xform) {
-                const XformComponent& component = edit.component;
-                host.setValue(edit.path, component.attributeName(),
-                              component.attribute(component.values), true);
-            } else {
-                host.setValue(edit.path, "xform", edit.xform, true);
-            }
-        }
-    }
-    close();
-}
-
-void ComponentEdits::close() {
-    if (!isOpen) {
-        return;
-    }
-    isOpen = false;
-    for (const Each& edit : edits) {
-        host.closeManipulationGroup(edit.path);
-    }
-}
+    : edits(findEdits(manipulator, componentName)), live(manipulator, targetsOf(edits)) {}
 
 } // namespace Bundled

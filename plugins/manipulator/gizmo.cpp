@@ -4,6 +4,7 @@
 #include "camera/tomatrix.h"
 #include "manipulator/dragmath.h"
 #include "manipulator/matrices.h"
+#include "scene/raisedflag.h"
 #include "viewer_api/plugin/OptionIds.h"
 #include "viewer_api/plugin/ViewerDelegateHost.h"
 
@@ -118,24 +119,33 @@ void Gizmo::pickerDraw(std::uint64_t pickerId) {
 
 bool Gizmo::event(const GroupAttribute& group) {
     const auto event = Event::parse(group);
-    if (!event) {
+    // What hears of a value may bring the next event before this one is through: the drag that it
+    // would move or end is in use.
+    if (!event || isResponding) {
         return false;
     }
-    const bool isLeft = event->button == Event::Button::Left;
+    const RaisedFlag responding(isResponding);
+    return respond(*event);
+}
+
+bool Gizmo::respond(const Event& event) {
+    const bool isLeft = event.button == Event::Button::Left;
     if (!engaged) {
-        return event->type == Event::Type::MousePress && isLeft && press(*event);
+        return event.type == Event::Type::MousePress && isLeft && press(event);
     }
-    if (event->type == Event::Type::MouseMove) {
-        moveTo(*event);
-    } else if (event->type == Event::Type::MouseRelease && isLeft) {
+    if (event.type == Event::Type::MouseMove) {
+        moveTo(event);
+    } else if (event.type == Event::Type::MouseRelease && isLeft) {
         // A click that goes nowhere is no edit.
-        if (Imath::V2i(event->x, event->y) != last) {
-            moveTo(*event);
+        if (Imath::V2i(event.x, event.y) != last) {
+            moveTo(event);
         }
-        end(true);
-    } else if (event->type == Event::Type::KeyPress && event->key == "Escape") {
+        if (engaged) {
+            end(host.isEditable());
+        }
+    } else if (event.type == Event::Type::KeyPress && event.key == "Escape") {
         end(false);
-    } else if (event->isKey()) {
+    } else if (event.isKey()) {
         return false;
     }
     return true;
@@ -170,15 +180,17 @@ void Gizmo::moveTo(const Event& event) {
                         : snapStep > 0.0         ? snapStep
                                                  : roundStep(engagedLength / kStepsInLength);
     last = {event.x, event.y};
-    drag(pictureSpace().rayAt(last), step);
+    if (!host.isEditable() || !drag(pictureSpace().rayAt(last), step)) {
+        end(false);
+    }
     viewport().setDirty(true);
 }
 
 void Gizmo::end(bool isKept) {
     handle(*engaged).setEngaged(false);
     engaged.reset();
-    endDrag(isKept);
     viewport().setDirty(true);
+    endDrag(isKept);
 }
 
 void Gizmo::setOption(std::uint64_t optionId, const Attribute& value) {

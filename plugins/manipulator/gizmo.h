@@ -18,8 +18,8 @@ namespace Bundled {
 /// any distance, and turns drags of them into what a derived class makes of them.
 ///
 /// A drag begins with the left button over the handle that is marked: whoever routes the events
-/// marks what the pointer is over. Escape takes back what it did. With control held, it goes in
-/// steps.
+/// marks what the pointer is over. With control held, it goes in steps. Escape takes back what it
+/// did, and so does the loss of all its locations, or of the leave to edit them.
 ///
 /// Option "axes" (string, "world"): along which axes the handles stand; "local" for those of the
 /// first location, as it is turned. Option "snapStep" (float, 0): the step, in world units; 0 for
@@ -73,8 +73,9 @@ protected:
 
     /// A drag begins; false when there is nothing to drag.
     virtual bool beginDrag(const Grasp& grasp) = 0;
-    /// The mouse points along this ray. `step` is 0 when it may go freely.
-    virtual void drag(const Ray& ray, double step) = 0;
+    /// The mouse points along this ray. `step` is 0 when it may go freely. False when nothing is
+    /// left that could be changed: the drag then ends as if taken back.
+    virtual bool drag(const Ray& ray, double step) = 0;
     /// What has been done is kept, or taken back.
     virtual void endDrag(bool isKept) = 0;
     [[nodiscard]] virtual Attribute getReadout() const = 0;
@@ -92,6 +93,7 @@ private:
     template <typename Use>
     void eachHandle(Use use) const;
     [[nodiscard]] ViewerPlugin::ManipulatorHandleHost handle(std::size_t index) const;
+    bool respond(const Event& event);
     bool press(const Event& event);
     void moveTo(const Event& event);
     void end(bool isKept);
@@ -107,6 +109,7 @@ private:
     double engagedLength = 0.0;
     /// Where the mouse was last.
     Imath::V2i last;
+    bool isResponding = false;
 };
 
 } // namespace Bundled

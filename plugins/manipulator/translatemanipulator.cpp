@@ -26,7 +26,7 @@ public:
 
 protected:
     bool beginDrag(const Grasp& grasp) override;
-    void drag(const Ray& ray, double step) override;
+    bool drag(const Ray& ray, double step) override;
     void endDrag(bool isKept) override;
     Attribute getReadout() const override;
 
@@ -82,10 +82,10 @@ bool TranslateManipulator::beginDrag(const Grasp& grasp) {
     return current.has_value();
 }
 
-void TranslateManipulator::drag(const Ray& ray, double step) {
+bool TranslateManipulator::drag(const Ray& ray, double step) {
     const auto point = pointUnder(current->grasp, ray);
     if (!point) {
-        return;
+        return true;
     }
     const Imath::M44d& axes = current->grasp.place.axes;
     axes.transposed().multDirMatrix(*point - current->grasped, current->way);
@@ -94,7 +94,7 @@ void TranslateManipulator::drag(const Ray& ray, double step) {
     }
     Imath::V3d way;
     axes.multDirMatrix(current->way, way);
-    current->edits.show([&way](const ComponentEdits::Each& edit) {
+    return current->edits.show([&way](const ComponentEdits::Each& edit) {
         Imath::V3d change;
         edit.worldToComponent.multDirMatrix(way, change);
         std::vector<double> values = edit.component.values;

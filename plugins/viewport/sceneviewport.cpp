@@ -5,6 +5,7 @@
 #include "gl/renderer.h"
 #include "gl/scissorguard.h"
 #include "gl/shaders.h"
+#include "scene/raisedflag.h"
 #include "viewer_api/ViewportCameraPluginSuite.h"
 #include "viewer_api/ViewportLayerPluginSuite.h"
 #include "viewer_api/plugin/OptionIds.h"
@@ -142,14 +143,7 @@ void SceneViewport::drawLayers() {
 
 void SceneViewport::pickerDraw(const ViewerPlugin::PickRegion& region,
                                const GroupAttribute& excluded) {
-    struct Guard {
-        explicit Guard(bool& raised) : flag(raised) { flag = true; }
-        Guard(const Guard&) = delete;
-        Guard& operator=(const Guard&) = delete;
-        ~Guard() { flag = false; }
-        bool& flag;
-    };
-    const Guard guard(beingPicked);
+    const RaisedFlag picking(beingPicked);
     fitDepth();
     for (std::uint32_t i = 0; i < host.getNumberOfLayers(); ++i) {
         const ViewerPlugin::Triple layer = host.getLayerByIndex(i);
