@@ -48,8 +48,9 @@ public:
     /// Ends what openManipulationGroup began.
     virtual void closeManipulationGroup(const std::string& location) = 0;
 
-    /// The viewer drops what was set on top of the location. Called once for every event of the
-    /// primary and pinned clients, so an implementation must be quick.
+    /// The viewer drops what was set on top of the location. Called for every event of the primary
+    /// and pinned clients, and where live values end without one, so an implementation must be
+    /// quick.
     virtual void cleanupLiveAttributes(const std::string& location) = 0;
 };
 

@@ -4,6 +4,7 @@
 #include "matrixattribute.h"
 #include "plugininstance.h"
 #include "raisedflag.h"
+#include "stringvalues.h"
 #include "vlmanipulatorhandlehost.h"
 #include "vlviewerdelegatehost.h"
 #include "vlviewporthost.h"
@@ -31,7 +32,7 @@ VlManipulatorHostStruct::VlManipulatorHostStruct(const std::string& pluginName_,
     try {
         createPluginInstance(PluginKind::Manipulator, pluginName, this, pluginSuite,
                              pluginInstance);
-        xform = toMatrixAttribute({});
+        setXform(toMatrixAttribute({}));
         std::vector<std::string> found;
         if (VlViewerDelegateHostStruct* const owner = delegate()) {
             for (const std::string& path : candidateLocationPaths) {
@@ -57,12 +58,16 @@ VlManipulatorHostStruct::~VlManipulatorHostStruct() {
     endLife();
     endHandles();
     destroyPluginInstance(pluginSuite, pluginInstance);
+    endHandles();
 }
 
 void VlManipulatorHostStruct::endHandles() {
-    handleIndexByName.clear();
-    for (VlManipulatorHandleHostStruct* const handle : std::exchange(handles, {}))
-        HostObject::retire(handle);
+    // A destroy entry may still look at the list, and even add to it.
+    while (!handles.empty()) {
+        handleIndexByName.clear();
+        for (VlManipulatorHandleHostStruct* const handle : std::exchange(handles, {}))
+            HostObject::retire(handle);
+    }
 }
 
 VlViewerDelegateHostStruct* VlManipulatorHostStruct::delegate() const {
@@ -117,16 +122,19 @@ void VlManipulatorHostStruct::setXform(const DoubleAttribute& value) {
 
 DoubleAttribute VlManipulatorHostStruct::calculateXform() const {
     Imath::V3d center(0.0);
+    double found = 0.0;
     const VlViewerDelegateHostStruct* const owner = delegate();
-    const auto paths = activeLocationPaths.getNearestSample(0.0F);
-    for (const auto path : paths) {
-        if (!owner)
-            break;
-        center +=
-            toMatrix(owner->getWorldXform(path.str(), kVlViewerDelegatePrimary)).translation();
+    for (const auto path : activeLocationPaths.getNearestSample(0.0F)) {
+        // A location that plug-ins don't know (yet, or again) stands nowhere.
+        const DoubleAttribute world =
+            owner ? owner->getWorldXform(path.str(), kVlViewerDelegatePrimary) : DoubleAttribute();
+        if (world) {
+            center += toMatrix(world).translation();
+            ++found;
+        }
     }
-    if (!paths.empty())
-        center /= static_cast<double>(paths.size());
+    if (found > 0.0)
+        center /= found;
     Imath::M44d matrix;
     matrix.setTranslation(center);
     return toMatrixAttribute(matrix);
@@ -161,31 +169,23 @@ void VlManipulatorHostStruct::closeManipulationGroup(const std::string& path) {
 
 bool VlManipulatorHostStruct::onLocationChanged(const std::string& path,
                                                 const GroupAttribute& attributes) {
-    const HostCall call(*this);
-    if (!attributes)
-        return removeLocationPath(path);
+    // First, as this is all that most of a scene's locations should cost.
     if (std::ranges::find(candidateLocationPaths, path) == candidateLocationPaths.end())
         return false;
-    return matches(attributes) ? addLocationPath(path) : removeLocationPath(path);
+    const HostCall call(*this);
+    return attributes && matches(attributes) ? addLocationPath(path) : removeLocationPath(path);
 }
 
 bool VlManipulatorHostStruct::removeLocationPath(const std::string& path) {
-    std::vector<std::string> kept;
-    const auto active = activeLocationPaths.getNearestSample(0.0F);
-    for (const auto each : active) {
-        if (each != path)
-            kept.push_back(each.str());
-    }
-    const bool isRemoved = kept.size() < active.size();
-    activeLocationPaths = StringAttribute(kept);
+    std::vector<std::string> paths = toStrings(activeLocationPaths);
+    const bool isRemoved = std::erase(paths, path) > 0;
+    activeLocationPaths = StringAttribute(paths);
     refreshEditable();
     return isRemoved;
 }
 
 bool VlManipulatorHostStruct::addLocationPath(const std::string& path) {
-    std::vector<std::string> paths;
-    for (const auto each : activeLocationPaths.getNearestSample(0.0F))
-        paths.push_back(each.str());
+    std::vector<std::string> paths = toStrings(activeLocationPaths);
     const bool isNew = std::ranges::find(paths, path) == paths.end();
     if (isNew)
         paths.push_back(path);
@@ -227,7 +227,6 @@ VlManipulatorHostStruct::addManipulatorHandle(const std::string& handlePluginNam
     const HostCall call(*this);
     std::unique_ptr<VlManipulatorHandleHostStruct, RetireHostObject> handle(
         new VlManipulatorHandleHostStruct(handlePluginName, this));
-    handles.reserve(handles.size() + 1);
     handleIndexByName[name] = static_cast<std::uint32_t>(handles.size());
     handles.push_back(handle.get());
     return handle.release();
@@ -270,8 +269,8 @@ void VlManipulatorHostStruct::removeManipulatorHandleByIndex(std::uint32_t index
     const HostCall call(*this);
     const std::unique_ptr<VlManipulatorHandleHostStruct, RetireHostObject> handle(handles[index]);
     handles.erase(handles.begin() + index);
-    // The walk ends at the removed handle's name: those behind it keep their index, on which
-    // plug-ins have come to rely.
+    // The walk ends at the removed handle's name, and those behind it keep their index: told to
+    // plug-in authors with the table, and not to be tidied.
     for (auto entry = handleIndexByName.begin(); entry != handleIndexByName.end(); ++entry) {
         if (entry->second == index) {
             handleIndexByName.erase(entry);

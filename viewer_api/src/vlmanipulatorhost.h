@@ -50,11 +50,13 @@ struct VlManipulatorHostStruct : public HostObject {
     bool draw();
     bool pickerDraw(std::uint64_t pickerId);
 
-    /// The transform that plug-in and handles share: a DoubleAttribute of 16 values.
+    /// The transform that plug-in and handles share, as it was set; the identity at first, and null
+    /// while the plug-in's `create` runs.
     [[nodiscard]] VlAttribute::DoubleAttribute getXform() const { return xform; }
     /// Null stands for the identity.
     void setXform(const VlAttribute::DoubleAttribute& value);
-    /// A translation to the mean of the locations' world positions; the identity without any.
+    /// A translation to the mean of the world positions of those locations that plug-ins know; the
+    /// identity without any.
     [[nodiscard]] VlAttribute::DoubleAttribute calculateXform() const;
 
     /// An attribute of any location, live values on top; null when there is none.
@@ -67,7 +69,7 @@ struct VlManipulatorHostStruct : public HostObject {
     void closeManipulationGroup(const std::string& path);
 
     /// A location has new attributes, or, with null, is gone. Whether the list of locations that
-    /// are edited has changed.
+    /// are edited has changed; one that was not given at activation never enters.
     bool onLocationChanged(const std::string& path, const VlAttribute::GroupAttribute& attributes);
     /// Asks anew whether all locations may be edited: each has to name, as
     /// "attributeEditor.xform.exclusiveTo" or "attributeEditor.exclusiveTo", a node that the

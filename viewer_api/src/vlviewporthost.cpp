@@ -53,6 +53,8 @@ VlViewportHostStruct::~VlViewportHostStruct() {
     SharedGLContext::releaseDeviceContext(windowId, deviceContext);
     deviceContext = nullptr;
     destroyPluginInstance(pluginSuite, pluginHandle);
+    endLayers();
+    endManipulators();
     leaveCameras();
 }
 
@@ -144,6 +146,8 @@ void VlViewportHostStruct::setViewFrozen(bool isFrozen) {
         return;
     HostCall call(*this);
     isViewFrozen = isFrozen;
+    if (!viewerDelegate)
+        return;
     const VlAttribute::GroupAttribute state{
         {"viewport", VlAttribute::StringAttribute(name)},
         {"isViewFrozen", VlAttribute::IntAttribute(isFrozen ? 1 : 0)}};

@@ -1,5 +1,6 @@
 // The viewport's active manipulators, at most one of each plug-in.
 
+#include "stringvalues.h"
 #include "vlmanipulatorhost.h"
 #include "vlviewerdelegatehost.h"
 #include "vlviewporthost.h"
@@ -26,16 +27,13 @@ void VlViewportHostStruct::activateManipulator(const std::string& pluginName,
     makeGLContextCurrent();
     if (getActiveManipulator(pluginName))
         return;
-    std::vector<std::string> paths;
-    for (const auto path : locationPaths.getNearestSample(0.0F))
-        paths.push_back(path.str());
     std::unique_ptr<VlManipulatorHostStruct, RetireHostObject> created(
-        new VlManipulatorHostStruct(pluginName, this, std::move(paths)));
+        new VlManipulatorHostStruct(pluginName, this, toStrings(locationPaths)));
     // The plug-in may have activated itself once more while it was made.
     if (getActiveManipulator(pluginName))
         return;
-    activeManipulators.reserve(activeManipulators.size() + 1);
-    activeManipulators.push_back(created.release());
+    activeManipulators.push_back(created.get());
+    created.release();
     if (signal)
         signalActiveManipulatorsChanged(pluginName);
 }
@@ -64,11 +62,12 @@ void VlViewportHostStruct::deactivateAllManipulators(bool signal) {
 }
 
 void VlViewportHostStruct::endManipulators() {
-    if (activeManipulators.empty())
-        return;
-    makeGLContextCurrent();
-    for (VlManipulatorHostStruct* const manipulator : std::exchange(activeManipulators, {}))
-        HostObject::retire(manipulator);
+    // A destroy entry may still look at the list, and even add to it.
+    while (!activeManipulators.empty()) {
+        makeGLContextCurrent();
+        for (VlManipulatorHostStruct* const manipulator : std::exchange(activeManipulators, {}))
+            HostObject::retire(manipulator);
+    }
 }
 
 void VlViewportHostStruct::signalActiveManipulatorsChanged(const std::string& manipulatorName) {

@@ -185,6 +185,17 @@ TEST_F(ManipulatorEditing, calculateXformIsATranslationToTheMeanOfTheLocations) 
     EXPECT_EQ(mean.getTupleSize(), 4);
 }
 
+TEST_F(ManipulatorEditing, calculateXformLeavesOutWhatPluginsNoLongerKnow) {
+    populate({{"/root/a", at(2, 0, 0)}, {"/root/b", at(4, 0, 0)}});
+    const VlManipulatorHostStruct& host = *activate({"/root/a", "/root/b"});
+    delegate->flushCaches();
+    EXPECT_EQ(textOf(host.calculateXform()), kIdentity);
+    cook("/root", named("root"));
+    cook("/root/b", at(4, 0, 0));
+    EXPECT_EQ(pathsOf(host), "(\"/root/a\" \"/root/b\")");
+    EXPECT_EQ(textOf(host.calculateXform()), "(1 0 0 0 0 1 0 0 0 0 1 0 4 0 0 1)");
+}
+
 TEST_F(ManipulatorEditing, calculateXformWithoutLocationsIsTheIdentity) {
     VlManipulatorHostStruct& host = *activate({"/root/a"});
     host.setXform(DoubleAttribute({2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 5, 5, 5, 1}, 4));

@@ -319,6 +319,27 @@ TEST_F(ManipulatorReentrance, destroySeesNoHandles) {
     EXPECT_EQ(count, 0U);
 }
 
+TEST_F(ManipulatorReentrance, whatDestroyEntriesAddEndsWithTheManipulator) {
+    VlManipulatorHostStruct* const host = activate({});
+    host->addManipulatorHandle("Arrow", "a");
+    once(arrow, "destroy", [&] { host->addManipulatorHandle("Ring", "late"); });
+    once(move, "destroy", [&] { host->addManipulatorHandle("Ring", "later"); });
+    log.take();
+    viewport->deactivateManipulator("Move", false);
+    EXPECT_THAT(log.take(), ElementsAre("Arrow destroy", "Ring create", "Ring destroy",
+                                        "Move destroy", "Ring create", "Ring destroy"));
+}
+
+TEST_F(ManipulatorReentrance, whatDestroyEntriesActivateEndsWithTheViewport) {
+    activate({});
+    once(move, "destroy", [&] { activate({}, "Aim"); });
+    plugins.hooks["viewport1.destroy"] = [&](auto&) { activate({}, "Move"); };
+    log.take();
+    delegate->removeViewport("view");
+    EXPECT_EQ(move.numberOfInstances + aim.numberOfInstances, 0);
+    EXPECT_THAT(log.take("create"), ElementsAre("Aim create", "Move create"));
+}
+
 TEST_F(ManipulatorReentrance, theListenerMayDeactivateWhatItHearsOf) {
     channels.onFire = [&](const std::string&) {
         viewport->deactivateAllManipulators(false);

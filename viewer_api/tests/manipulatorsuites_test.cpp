@@ -130,6 +130,8 @@ TEST_F(ManipulatorSuites, setValueIsFinalForAnythingButZero) {
     EXPECT_EQ(suite.setValue(host, "/root/a", "x", nullptr, 0), 0);
     EXPECT_EQ(suite.setValue(host, "/root/b", "x", value.getHandle(), 0), 0);
     EXPECT_EQ(suite.setValue(host, nullptr, "x", value.getHandle(), 0), 0);
+    EXPECT_THROW(suite.setValue(host, "/root/a", nullptr, value.getHandle(), 0),
+                 std::runtime_error);
     EXPECT_EQ(textOfResult(suite.getValue(host, "/root/a", "x")), "5");
 }
 

@@ -9,6 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using VlAttribute::DoubleAttribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
@@ -79,6 +80,7 @@ TEST_F(VlManipulatorHost, onAViewportWithoutADelegateItHasNoLocations) {
     EXPECT_EQ(textOf(host.calculateXform()), kIdentity);
     host.openManipulationGroup("/root/a");
     host.closeManipulationGroup("/root/a");
+    alone->setViewFrozen(true);
     EXPECT_THAT(log.take(), ElementsAre("Move create"));
 }
 
@@ -206,6 +208,29 @@ TEST_F(VlManipulatorHost, onLocationChangedTellsWhetherTheListChanged) {
     EXPECT_TRUE(host.onLocationChanged("/root/b", GroupAttribute()));
     EXPECT_FALSE(host.onLocationChanged("/root/b", GroupAttribute()));
     EXPECT_FALSE(host.onLocationChanged("/root/c", GroupAttribute()));
+}
+
+TEST_F(VlManipulatorHost, whatHappensToOtherLocationsAsksNobody) {
+    populate({{"/root/a", exclusiveTo("n")}, {"/root/c", exclusiveTo("n")}});
+    VlManipulatorHostStruct& host = *activate({"/root/a"});
+    log.take();
+    host.onLocationChanged("/root/c", fits());
+    host.onLocationChanged("/root/c", GroupAttribute());
+    EXPECT_THAT(log.take(), IsEmpty());
+    host.onLocationChanged("/root/a", fits());
+    EXPECT_THAT(log.take(), testing::Not(IsEmpty()));
+}
+
+TEST_F(VlManipulatorHost, aTransformSetInCreateGivesWayToTheIdentity) {
+    move.onCall = [&](std::string_view entry) {
+        if (entry == "create") {
+            auto& host = *static_cast<VlManipulatorHostStruct*>(move.host);
+            host.setXform(DoubleAttribute(std::vector<double>(16, 2.0), 4));
+        }
+    };
+    const VlManipulatorHostStruct& host = *activate({});
+    EXPECT_EQ(textOf(host.getXform()), kIdentity);
+    EXPECT_EQ(host.xformMatrix, Imath::M44d());
 }
 
 TEST_F(VlManipulatorHost, aHandedOutListDoesNotFollow) {

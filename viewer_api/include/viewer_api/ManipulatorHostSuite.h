@@ -1,7 +1,7 @@
 /* What the host offers to a Manipulator plug-in, and to whoever draws and drives manipulators.
  *
  * Texts are copied where they are kept; a returned text is never null and valid while the object
- * lives. A returned attribute handle comes with one reference for the caller; one passed in stays
+ * lives, but where an entry says less. A returned attribute handle comes with one reference for the caller; one passed in stays
  * the caller's. A triple (host object, plug-in instance, plug-in suite) is always written, with
  * three nulls when the object does not exist. Matrices are DoubleAttributes of 16 values for row
  * vectors.
@@ -27,8 +27,8 @@ typedef struct ManipulatorHostSuite {
      * [ui-thread] */
     int (*event)(VlManipulatorHandle host, VlAttributeStruct* event);
 
-    /* Draws the manipulator, after setting it up the first time; 0 when it has no locations, and
-     * then nothing is drawn.
+    /* Draws the manipulator, after setting it up the first time; 0 when it has no locations, or
+     * from within its setup, and then nothing is drawn.
      * [gl-current] */
     int (*draw)(VlManipulatorHandle host);
 
@@ -36,7 +36,8 @@ typedef struct ManipulatorHostSuite {
      * [gl-current] */
     int (*pickerDraw)(VlManipulatorHandle host, uint64_t pickerId);
 
-    /* The transform that the manipulator and its handles share.
+    /* The transform that the manipulator and its handles share; null while the plug-in's create
+     * runs, and after null was set.
      * [ui-thread] */
     VlAttributeStruct* (*getXform)(VlManipulatorHandle host);
 
@@ -44,7 +45,8 @@ typedef struct ManipulatorHostSuite {
      * [ui-thread] */
     void (*setXform)(VlManipulatorHandle host, VlAttributeStruct* xform);
 
-    /* A translation to the mean of the locations' world positions; the identity without locations.
+    /* A translation to the mean of the world positions of those locations that the viewer knows;
+     * the identity without any.
      * [ui-thread] */
     VlAttributeStruct* (*calculateXform)(VlManipulatorHandle host);
 
@@ -53,7 +55,8 @@ typedef struct ManipulatorHostSuite {
     VlAttributeStruct* (*getValue)(VlManipulatorHandle host, const char* path, const char* name);
 
     /* Sets an attribute of a location, as ViewerDelegateHostSuite::setManipulatedAttribute; 1 when
-     * it was taken.
+     * it was taken. A name that can't be one of an attribute, such as null, "" or "a..b", comes as
+     * an exception.
      * [ui-thread] */
     int (*setValue)(VlManipulatorHandle host, const char* path, const char* name,
                     VlAttributeStruct* value, int isFinal);
@@ -63,7 +66,8 @@ typedef struct ManipulatorHostSuite {
     void (*getViewport)(VlManipulatorHandle host, void** viewportHost, void** instance,
                         const void** suite);
 
-    /* The paths that the manipulator edits now, a StringAttribute.
+    /* The paths that the manipulator edits now, a StringAttribute; null while the plug-in's create
+     * runs.
      * [ui-thread] */
     VlAttributeStruct* (*getLocationPaths)(VlManipulatorHandle host);
 
@@ -88,7 +92,9 @@ typedef struct ManipulatorHostSuite {
     void (*removeManipulatorHandle)(VlManipulatorHandle host, const char* name);
 
     /* Destroys the handle with this index. An index equal to the count comes as an out-of-range
-     * exception; a larger one does nothing.
+     * exception; a larger one does nothing. Names that sort behind the removed handle's keep the
+     * index that they had, and so lead to another handle or to none: remove by name where the
+     * others are to be found by name.
      * [ui-thread] */
     void (*removeManipulatorHandleByIndex)(VlManipulatorHandle host, uint32_t index);
 
@@ -96,7 +102,8 @@ typedef struct ManipulatorHostSuite {
      * [ui-thread] */
     uint32_t (*getNumberOfManipulatorHandles)(VlManipulatorHandle host);
 
-    /* The name of the handle with this index, or "".
+    /* The name of the handle with this index, or ""; valid until the next entry that adds or
+     * removes handles.
      * [ui-thread] */
     const char* (*getManipulatorHandleName)(VlManipulatorHandle host, uint32_t index);
 

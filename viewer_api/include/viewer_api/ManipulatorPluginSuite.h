@@ -32,7 +32,8 @@ typedef struct ManipulatorPluginSuite {
      * [ui-thread] */
     VlAttributeStruct* (*getTags)(void);
 
-    /* Called once, right before the first draw or pickerDraw that has locations.
+    /* Called once, right before the first draw or pickerDraw that has locations; again before the
+     * next when it ended by an exception.
      * [gl-current] */
     void (*setup)(void* instance);
 

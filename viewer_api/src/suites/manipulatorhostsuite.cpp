@@ -1,6 +1,7 @@
 #include "manipulatorhostsuite.h"
 
 #include "manipulatorregistry.h"
+#include "text.h"
 #include "triple.h"
 #include "vlmanipulatorhandlehost.h"
 #include "vlmanipulatorhost.h"
@@ -15,11 +16,6 @@ using VlAttribute::DoubleAttribute;
 
 VlManipulatorHostStruct& manipulatorOf(void* host) {
     return *static_cast<VlManipulatorHostStruct*>(host);
-}
-
-// A null text finds nothing, and no plug-in can be loaded by it.
-const char* textOf(const char* text) {
-    return text ? text : "";
 }
 
 const char* getPluginName(void* host) {

@@ -1,5 +1,6 @@
 #include "viewerdelegatehostsuite.h"
 
+#include "text.h"
 #include "triple.h"
 #include "vlviewerdelegatecomponenthost.h"
 #include "vlviewerdelegatehost.h"
@@ -15,11 +16,6 @@ using VlAttribute::GroupAttribute;
 
 VlViewerDelegateHostStruct& delegateOf(VlViewerDelegateHandle handle) {
     return *static_cast<VlViewerDelegateHostStruct*>(handle);
-}
-
-/// A null pointer counts as the empty text.
-std::string textOf(const char* text) {
-    return text ? text : "";
 }
 
 int setViewOp(VlViewerDelegateHandle host, int opId) {

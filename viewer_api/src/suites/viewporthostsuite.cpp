@@ -1,5 +1,6 @@
 #include "viewporthostsuite.h"
 
+#include "text.h"
 #include "triple.h"
 #include "vlmanipulatorhost.h"
 #include "vlviewerdelegatehost.h"
@@ -20,11 +21,6 @@ VlViewportHostStruct& viewportOf(void* host) {
 
 VlViewportCameraHostStruct* cameraOf(void* host) {
     return static_cast<VlViewportCameraHostStruct*>(host);
-}
-
-// A null name is no name: it finds nothing, and no plug-in can be loaded by it.
-const char* textOf(const char* text) {
-    return text ? text : "";
 }
 
 const char* getName(void* host) {
