@@ -209,6 +209,26 @@ StringAttribute LocationTree::getDescendantLocations(std::string_view path) cons
     return StringAttribute(std::span<const std::string_view>(paths));
 }
 
+void LocationTree::visitSent(const std::function<void(const LocationChange&)>& visit) const {
+    std::vector<const LocationNode*> nodes(roots_.begin(), roots_.end());
+    while (!nodes.empty()) {
+        const LocationNode& node = *nodes.back();
+        nodes.pop_back();
+        if (node.sent) {
+            LocationChange change;
+            change.path = node.path;
+            change.attributes = node.sentAttributes;
+            change.hidden = node.sentHidden;
+            change.leaf = node.sentLeaf;
+            change.proxy = node.proxy;
+            change.attributesChanged = change.hiddenChanged = change.leafChanged = true;
+            visit(change);
+        }
+        nodes.insert(nodes.end(), node.children.begin(), node.children.end());
+        nodes.insert(nodes.end(), node.proxyChildren.begin(), node.proxyChildren.end());
+    }
+}
+
 bool LocationTree::storeAttributes(LocationNode& node, GroupAttribute attributes) {
     if (attributes == node.attributes) {
         return false;

@@ -5,6 +5,7 @@
 #include "workingsetstate.h"
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -66,6 +67,11 @@ public:
     /// The locations below this one that plug-ins know, without itself, nearest first: per
     /// location its children, then its proxies. Null when plug-ins don't know the location.
     [[nodiscard]] VlAttribute::StringAttribute getDescendantLocations(std::string_view path) const;
+
+    /// Describes every location that plug-ins know, parents before children: its record as it would
+    /// be the first for the location, without the transform. Neither called for a change nor
+    /// making one: `visit` must leave the tree alone.
+    void visitSent(const std::function<void(const LocationChange&)>& visit) const;
 
     /// Hidden by itself or by an ancestor, now.
     [[nodiscard]] static bool isHidden(const LocationNode& node) {

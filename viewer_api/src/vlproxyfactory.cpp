@@ -33,17 +33,14 @@ void VlProxyFactory::initialise() {}
 void VlProxyFactory::setAttributeName(std::string_view /*name*/) {}
 
 bool VlProxyFactory::isEligible(const LocationChange& change) const {
+    // What most locations lack comes first: this is asked for every change of the scene.
     const GroupAttribute& attributes = change.attributes;
-    const IntAttribute hide(attributes.borrowChildByName("viewer.default.drawOptions.hide"));
-    if (hide.getValue(0) != 0)
-        return false;
-    if (leavesOnly && !change.leaf)
-        return false;
-    if (change.hidden)
+    if ((leavesOnly && !change.leaf) || change.hidden || !hasRequiredAttributes(attributes))
         return false;
     if (skipGeometry && attributes.borrowChildByName("geometry.point").isValid())
         return false;
-    return hasRequiredAttributes(attributes);
+    const IntAttribute hide(attributes.borrowChildByName("viewer.default.drawOptions.hide"));
+    return hide.getValue(0) == 0;
 }
 
 bool VlProxyFactory::storeLocation(const LocationPath& path, const GroupAttribute& attrs) {

@@ -20,9 +20,9 @@ struct VlViewerDelegateHostStruct;
 /// kind makes the generated locations.
 ///
 /// Changes of the view become requests, and a collection turns the requests into products, which
-/// the delegate brings into its location tree. A location is known here while it qualifies,
-/// whether or not the factory is enabled; requests are made only while it is. Requests are not
-/// de-duplicated: a path may be asked for twice in one collection.
+/// the delegate brings into its location tree. A location is known here while it qualifies;
+/// requests are made only while the factory is enabled. Requests are not de-duplicated: a path may
+/// be asked for twice in one collection.
 ///
 /// Nothing here has a thread or a lock of its own: everything runs inside calls of the delegate.
 /// [ui-thread]
@@ -50,6 +50,8 @@ public:
     virtual bool storeLocation(const LocationPath& path, const VlAttribute::GroupAttribute& attrs);
     [[nodiscard]] virtual bool hasLocation(std::string_view path) const;
     virtual void forgetLocation(std::string_view path);
+    /// Forgets all locations, and nothing of what was made for them.
+    void forgetLocations() { locations.clear(); }
     /// The location at `path` and all below have left the view, and their generated locations with
     /// them: forgets them without asking for removals.
     virtual void removeSubtree(std::string_view path);

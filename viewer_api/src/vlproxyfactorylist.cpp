@@ -2,6 +2,7 @@
 
 #include "vlboundingboxfactory.h"
 #include "vlproxygeometryfactory.h"
+#include "vlviewerdelegatehost.h"
 
 #include <algorithm>
 
@@ -36,6 +37,7 @@ void VlProxyFactoryList::initialise() {
 }
 
 void VlProxyFactoryList::setOwner(VlViewerDelegateHostStruct* delegate) {
+    owner_ = delegate;
     for (const auto& factory : factories_)
         factory->setOwner(delegate);
 }
@@ -47,12 +49,33 @@ void VlProxyFactoryList::setSystemArgs(const GroupAttribute& args) {
 
 void VlProxyFactoryList::setBoundingBoxesEnabled(bool isEnabled) {
     if (!factories_.empty())
-        factories_[kBoundingBoxes]->setEnabled(isEnabled);
+        setEnabled(*factories_[kBoundingBoxes], isEnabled);
 }
 
 void VlProxyFactoryList::setProxyGeometryEnabled(bool isEnabled) {
     if (!factories_.empty())
-        factories_[kProxyGeometry]->setEnabled(isEnabled);
+        setEnabled(*factories_[kProxyGeometry], isEnabled);
+}
+
+void VlProxyFactoryList::setEnabled(VlProxyFactory& factory, bool isEnabled) {
+    if (isEnabled == factory.isEnabled())
+        return;
+    if (isEnabled)
+        learn(factory);
+    factory.setEnabled(isEnabled);
+    if (!isEnabled)
+        factory.forgetLocations();
+}
+
+void VlProxyFactoryList::learn(VlProxyFactory& factory) const {
+    if (!owner_)
+        return;
+    // In the midst of a delivery the tree is ahead of what the factories have been told. What they
+    // are told of then is known already, or goes: products are collected only after it.
+    owner_->locationTree.visitSent([&factory](const LocationChange& location) {
+        if (!location.proxy && factory.isEligible(location))
+            factory.storeLocation(location.path, location.attributes);
+    });
 }
 
 void VlProxyFactoryList::applyChanges(std::span<const LocationChange> changes) {
@@ -64,8 +87,10 @@ void VlProxyFactoryList::applyChanges(std::span<const LocationChange> changes) {
             removeSubtree(change.path);
             continue;
         }
-        for (const auto& factory : factories_)
-            applyChange(*factory, change);
+        for (const auto& factory : factories_) {
+            if (factory->isEnabled())
+                applyChange(*factory, change);
+        }
     }
 }
 
@@ -75,10 +100,9 @@ void VlProxyFactoryList::applyChange(VlProxyFactory& factory, const LocationChan
         if (!isKnown)
             return;
         factory.forgetLocation(change.path);
-        if (factory.isEnabled())
-            factory.requestRemove(change.path);
+        factory.requestRemove(change.path);
     } else if (change.attributesChanged || !isKnown) {
-        if (factory.storeLocation(change.path, change.attributes) && factory.isEnabled())
+        if (factory.storeLocation(change.path, change.attributes))
             factory.requestProduce(change.path);
     }
 }

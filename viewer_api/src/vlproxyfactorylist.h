@@ -16,7 +16,11 @@ class VlProxyFactory;
 struct VlViewerDelegateHostStruct;
 
 /// The two factories of a delegate, for bounding boxes and for proxy geometry. Every operation goes
-/// to the one and then to the other. [ui-thread]
+/// to the one and then to the other.
+///
+/// A factory that is switched off costs nothing: it is not told of changes and knows no location.
+/// Switched on, it learns from the owner's primary tree what it would have come to know.
+/// [ui-thread]
 class VlProxyFactoryList {
 public:
     VlProxyFactoryList();
@@ -28,7 +32,7 @@ public:
     void createFactories();
     /// Throws std::runtime_error when the scene library's services are not to be had.
     void initialise();
-    /// Not owned; it outlives the list.
+    /// Not owned; it outlives the list. Without one, what is switched on knows nothing yet.
     void setOwner(VlViewerDelegateHostStruct* delegate);
     /// May be null.
     void setSystemArgs(const VlAttribute::GroupAttribute& args);
@@ -46,8 +50,12 @@ public:
     void clear();
 
 private:
-    void applyChange(VlProxyFactory& factory, const LocationChange& change);
+    void setEnabled(VlProxyFactory& factory, bool isEnabled);
+    /// Makes known what plug-ins have been told of.
+    void learn(VlProxyFactory& factory) const;
+    static void applyChange(VlProxyFactory& factory, const LocationChange& change);
 
+    const VlViewerDelegateHostStruct* owner_ = nullptr;
     std::vector<std::unique_ptr<VlProxyFactory>> factories_;
 };
 

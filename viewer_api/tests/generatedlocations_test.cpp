@@ -256,12 +256,12 @@ TEST_F(GeneratedLocations, aPumpWithinADeliveryLeavesTheProductsToTheOuterOne) {
 
 TEST_F(GeneratedLocations, aProductWhoseParentIsUnknownIsPassedOver) {
     showTwoBoxes();
-    // The factories believe in locations that have gone without their hearing of it.
+    // The factories believe in a location that has gone without their hearing of it.
+    delegate->locationTree.setAttributes("/root/a", bounded(3));
+    delegate->flushLocationChanges(true);
     delegate->locationTree.deleteLocation("/root");
     std::vector<LocationChange> changes;
     delegate->locationTree.collect(changes);
-    delegate->setBoundingBoxesEnabled(false);
-    delegate->setBoundingBoxesEnabled(true);
     plugin.takeEventLines();
     pump();
     EXPECT_THAT(plugin.takeEventLines(), IsEmpty());

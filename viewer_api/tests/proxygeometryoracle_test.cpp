@@ -25,6 +25,8 @@ protected:
         list.createFactories();
         list.initialise();
         list.setOwner(delegate.get());
+        for (const std::string& path : paths)
+            delegate->locationTree.openLocation(path);
         list.setSystemArgs(systemAt(1));
         cooks().takeCalls();
     }
@@ -103,14 +105,26 @@ protected:
 
     // The tree, as far as it matters: the locations in view, and what was generated below them.
 
-    void apply(const LocationChange& change) {
-        if (change.removed) {
-            eraseSubtree(inView, change.path.str());
-            eraseSubtree(generated, change.path.str());
-        } else {
-            inView[change.path.str()] = "";
-        }
-        list.applyChanges({&change, 1});
+    void show(const std::string& path, const GroupAttribute& attributes) {
+        inView.insert(path);
+        delegate->locationTree.cook(path, attributes, {}, false, true);
+        tellList();
+    }
+    void remove(const std::string& path) {
+        forgetSubtree(path);
+        delegate->locationTree.deleteLocation(path);
+        tellList();
+    }
+    void forgetSubtree(const std::string& path) {
+        std::erase_if(inView, [&path](const std::string& each) {
+            return LocationPath::isAtOrBelow(each, path);
+        });
+        eraseSubtree(generated, path);
+    }
+    void tellList() {
+        std::vector<LocationChange> changes;
+        delegate->locationTree.collect(changes);
+        list.applyChanges(changes);
     }
     static void eraseSubtree(std::map<std::string, std::string>& map, const std::string& path) {
         std::erase_if(map, [&path](const auto& entry) {
@@ -153,7 +167,7 @@ protected:
     std::mt19937 random;
     VlProxyFactoryList list;
     std::map<int, std::string> jobOfClient;
-    std::map<std::string, std::string> inView;
+    std::set<std::string> inView;
     std::map<std::string, std::string> generated;
 };
 
@@ -168,20 +182,20 @@ void ProxyGeometryOracle::step(PlainProxies& model) {
             !parent.empty() && !inView.contains(parent))
             return;
         const std::string& kind = anyOf(kinds);
-        apply(leafChange(path, attributesOf(kind)));
+        show(path, attributesOf(kind));
         model.show(path, kind);
         break;
     }
     case 4:
         if (!inView.contains(path))
             return;
-        apply(leafChange(path, GroupAttribute::Empty()));
+        show(path, GroupAttribute::Empty());
         model.disqualify(path);
         break;
     case 5:
         if (path == "/root" && !oneIn(10))
             return;
-        apply(removalOf(path));
+        remove(path);
         model.remove(path);
         break;
     case 6:
@@ -201,8 +215,7 @@ void ProxyGeometryOracle::step(PlainProxies& model) {
         if (!oneIn(20))
             return;
         // As the delegate does it: the scene goes first.
-        eraseSubtree(inView, "/root");
-        eraseSubtree(generated, "/root");
+        remove("/root");
         list.clear();
         model.clear();
         break;
@@ -253,11 +266,11 @@ TEST_F(ProxyGeometryOracle, afterEverythingIsCookedEachLocationShowsItsOwnJob) {
             time = 1 + upTo(3);
             list.setSystemArgs(systemAt(static_cast<float>(time)));
         } else if (oneIn(5)) {
-            apply(removalOf(path));
+            remove(path);
             eraseSubtree(shown, path);
         } else if (parent.empty() || inView.contains(parent)) {
             shown[path] = std::to_string(place) + (oneIn(2) ? "x" : "y");
-            apply(leafChange(path, attributesOf(shown[path])));
+            show(path, attributesOf(shown[path]));
         }
         collectAll();
         while (list.hasPendingWork() && !oneIn(6)) {

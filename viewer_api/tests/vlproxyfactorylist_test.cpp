@@ -1,5 +1,6 @@
 #include "vlproxyfactorylist.h"
 
+#include "support/delegatetest.h"
 #include "support/factorytest.h"
 #include "support/scriptedruntime.h"
 
@@ -138,24 +139,113 @@ TEST_F(VlProxyFactoryListTest, aHiddenLocationLosesItsBox) {
     EXPECT_THAT(collected(), IsEmpty());
 }
 
-TEST_F(VlProxyFactoryListTest, aLocationThatStopsQualifyingWhileDisabledIsForgottenQuietly) {
+TEST_F(VlProxyFactoryListTest, whatIsSwitchedOffAsksForNothing) {
     apply(leafChange("/root/a", bounded(1)));
     collected();
     list.setBoundingBoxesEnabled(false);
-    collected();
+    EXPECT_THAT(collected(), ElementsAre("removed /root/a/__VlOst_bbox"));
+    apply(leafChange("/root/a", bounded(2)));
+    apply(leafChange("/root/b", bounded(1)));
     apply(leafChange("/root/a", GroupAttribute::Empty()));
     EXPECT_FALSE(list.hasPendingWork());
-    list.setBoundingBoxesEnabled(true);
     EXPECT_THAT(collected(), IsEmpty());
 }
 
-TEST_F(VlProxyFactoryListTest, keepsTrackWhileDisabled) {
+/// A list with an owner whose tree it learns from.
+class SwitchedFactories : public DelegateTest {
+protected:
+    SwitchedFactories() {
+        list.createFactories();
+        list.initialise();
+        list.setOwner(delegate.get());
+        cook("/root", GroupAttribute::Empty());
+        delegate->locationTree.openLocation("/root");
+        tellList();
+    }
+
+    void cook(const char* path, const GroupAttribute& attributes) {
+        delegate->locationTree.cook(path, attributes, {}, false, std::string(path) != "/root");
+    }
+    void tellList() {
+        std::vector<LocationChange> changes;
+        delegate->locationTree.collect(changes);
+        list.applyChanges(changes);
+    }
+    std::vector<std::string> collected() { return linesOf(collect(list)); }
+
+    VlProxyFactoryList list;
+};
+
+TEST_F(SwitchedFactories, learnWhatQualifiesWhenTheyAreSwitchedOn) {
     list.setBoundingBoxesEnabled(false);
-    apply(leafChange("/root/a", bounded(1)));
+    cook("/root/c", bounded(1));
+    cook("/root/a", bounded(1));
+    cook("/root/b", GroupAttribute::Empty());
+    tellList();
     EXPECT_FALSE(list.hasPendingWork());
-    EXPECT_THAT(collected(), IsEmpty());
+    list.setBoundingBoxesEnabled(true);
+    EXPECT_TRUE(list.hasPendingWork());
+    EXPECT_THAT(collected(),
+                ElementsAre("produced /root/a/__VlOst_bbox", "produced /root/c/__VlOst_bbox"));
+}
+
+TEST_F(SwitchedFactories, learnWhatPluginsWereToldOfAndNotWhatIsToCome) {
+    cook("/root/a", bounded(1));
+    tellList();
+    collected();
+    list.setBoundingBoxesEnabled(false);
+    collected();
+    cook("/root/a", GroupAttribute::Empty());
+    cook("/root/b", bounded(1));
     list.setBoundingBoxesEnabled(true);
     EXPECT_THAT(collected(), ElementsAre("produced /root/a/__VlOst_bbox"));
+    tellList();
+    EXPECT_THAT(collected(),
+                ElementsAre("removed /root/a/__VlOst_bbox", "produced /root/b/__VlOst_bbox"));
+}
+
+TEST_F(SwitchedFactories, forgetQuietlyWhatStopsQualifyingWhileTheyAreOff) {
+    cook("/root/a", bounded(1));
+    tellList();
+    collected();
+    list.setBoundingBoxesEnabled(false);
+    collected();
+    cook("/root/a", GroupAttribute::Empty());
+    tellList();
+    list.setBoundingBoxesEnabled(true);
+    EXPECT_FALSE(list.hasPendingWork());
+}
+
+TEST_F(SwitchedFactories, takeAwayAtASecondSwitchOffWhatNeverHadAProduct) {
+    list.setBoundingBoxesEnabled(false);
+    cook("/root/a", bounded(1));
+    tellList();
+    list.setBoundingBoxesEnabled(true);
+    list.setBoundingBoxesEnabled(false);
+    EXPECT_THAT(collected(), ElementsAre("removed /root/a/__VlOst_bbox"));
+    EXPECT_THAT(collected(), IsEmpty());
+}
+
+TEST_F(SwitchedFactories, areToldOfNoGeneratedLocation) {
+    cook("/root/a", bounded(1));
+    delegate->locationTree.cook("/root/a/__VlOst_bbox", bounded(1), {}, true, false);
+    list.setBoundingBoxesEnabled(false);
+    tellList();
+    list.setBoundingBoxesEnabled(true);
+    EXPECT_THAT(collected(), ElementsAre("produced /root/a/__VlOst_bbox"));
+}
+
+TEST_F(SwitchedFactories, heedNeitherHiddenNorExpandedLocations) {
+    list.setBoundingBoxesEnabled(false);
+    cook("/root/a", bounded(1));
+    cook("/root/b", bounded(1));
+    delegate->locationTree.cook("/root/c", bounded(1), {}, false, false);
+    const char* const hidden[] = {"/root/a"};
+    delegate->locationTree.hideLocations(hidden);
+    delegate->locationTree.openLocation("/root/c");
+    tellList();
+    list.setBoundingBoxesEnabled(true);
+    EXPECT_THAT(collected(), ElementsAre("produced /root/b/__VlOst_bbox"));
 }
 
 TEST_F(VlProxyFactoryListTest, appliesChangesInOrder) {
