@@ -71,16 +71,28 @@ def mesh(shape, colour, position, turn=0.0):
         ("material.baseColor", FloatAttribute(colour, 3)))
 
 
+def boundsOf(shape, position, turn=0.0):
+    """The box around a mesh() where it stands."""
+    cosine, sine = math.cos(math.radians(turn)), math.sin(math.radians(turn))
+    points = [(x * cosine + z * sine, y, z * cosine - x * sine) for x, y, z in shape[0]]
+    return [position[axis] + pick(point[axis] for point in points)
+            for axis in range(3) for pick in (min, max)]
+
+
 def addTo(session):
     """Adds the scene to a session."""
     shapes = [
-        ("sphere", mesh(sphere(1.0), [0.76, 0.15, 0.10], [-1.3, 0, -0.9])),
-        ("cube", mesh(cube(1.5), [0.10, 0.34, 0.60], [1.2, 0, -1.0], 60.0)),
-        ("torus", mesh(torus(0.75, 0.28), [0.85, 0.52, 0.08], [1.3, 0, 1.4])),
-        ("cone", mesh(cone(0.7, 1.6), [0.16, 0.45, 0.20], [-1.2, 0, 1.5])),
+        ("sphere", sphere(1.0), [0.76, 0.15, 0.10], [-1.3, 0, -0.9], 0.0),
+        ("cube", cube(1.5), [0.10, 0.34, 0.60], [1.2, 0, -1.0], 60.0),
+        ("torus", torus(0.75, 0.28), [0.85, 0.52, 0.08], [1.3, 0, 1.4], 0.0),
+        ("cone", cone(0.7, 1.6), [0.16, 0.45, 0.20], [-1.2, 0, 1.5], 0.0),
     ]
+    bounds = [boundsOf(shape, position, turn) for _, shape, _, position, turn in shapes]
     scene = GroupAttribute(
         ("a", GroupAttribute(("type", StringAttribute("group")))),
         ("c.shapes.a.type", StringAttribute("group")),
-        *[("c.shapes.c.%s.a" % name, attributes) for name, attributes in shapes])
+        ("c.shapes.a.bound", DoubleAttribute([pick(each[i] for each in bounds)
+                                              for i, pick in enumerate(3 * (min, max))])),
+        *[("c.shapes.c.%s.a" % name, mesh(shape, colour, position, turn))
+          for name, shape, colour, position, turn in shapes])
     session.createOp("Scene.Literal", GroupAttribute(("staticScene", scene)))

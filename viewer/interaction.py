@@ -1,4 +1,4 @@
-"""What the window toolkits share: when to look for changes, and when to draw."""
+"""What the window toolkits share: what keys do, when to look for changes, and when to draw."""
 import time
 
 from PyVlAttribute import IntAttribute
@@ -7,9 +7,25 @@ from PyVlAttribute import IntAttribute
 _CALM = 0.2
 
 
-def toggleManipulator(view):
-    """Shows the manipulator that moves what is selected, or ends that."""
-    view.manipulate(None if view.getManipulator() else "TranslateManipulator")
+def pressKey(session, view, key):
+    """Does what a key does, named as docs/events.md has it, that nothing in the viewport takes."""
+    if key == "w":
+        view.manipulate(None if view.getManipulator() else "TranslateManipulator")
+    elif key == "c":
+        session.setCollapsed(not session.isCollapsed())
+    elif key == "b":
+        session.setBoxesShown(not session.areBoxesShown())
+    elif key == "p":
+        session.setProxiesShown(not session.areProxiesShown())
+    elif key == "Left":
+        session.setTime(session.getTime() - 1)
+    elif key == "Right":
+        session.setTime(session.getTime() + 1)
+
+
+def titleAt(title, frame):
+    """A window's title while it shows this frame."""
+    return "%s, frame %g" % (title, frame)
 
 
 class Pump(object):

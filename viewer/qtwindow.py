@@ -5,7 +5,7 @@ import sys
 from PySide2.QtCore import Qt, QTimer
 from PySide2.QtWidgets import QApplication, QWidget
 
-from interaction import Pump, toggleManipulator
+from interaction import Pump, pressKey, titleAt
 from ostrel import events
 
 _TICK_MS = 16
@@ -41,9 +41,10 @@ class ViewWidget(QWidget):
         self.setAttribute(Qt.WA_OpaquePaintEvent)
         self.setAttribute(Qt.WA_NoSystemBackground)
         self.setMouseTracking(True)
-        self.setWindowTitle(title)
+        self.setWindowTitle(titleAt(title, session.getTime()))
         self.resize(*size)
         self._session = session
+        self._title = title
         self._loaded = loaded
         self._cameraPath = cameraPath
         self._view = None
@@ -127,8 +128,9 @@ class ViewWidget(QWidget):
             return
         elif event.key() in (Qt.Key_Escape, Qt.Key_Q):
             self.close()
-        elif event.key() == Qt.Key_W and self._view:
-            toggleManipulator(self._view)
+        elif self._view:
+            pressKey(self._session, self._view, _keyName(event))
+            self.setWindowTitle(titleAt(self._title, self._session.getTime()))
 
     def keyReleaseEvent(self, event):
         self._sendKey(event, events.keyRelease)

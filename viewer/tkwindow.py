@@ -4,7 +4,7 @@ try:
 except ImportError:
     import Tkinter as tkinter
 
-from interaction import Pump, toggleManipulator
+from interaction import Pump, pressKey, titleAt
 from ostrel import events
 
 _TICK_MS = 16
@@ -38,8 +38,10 @@ class ViewWindow(object):
     """A window with a frame that the viewer draws into."""
 
     def __init__(self, session, size, title, loaded, cameraPath=None):
+        self._session = session
+        self._title = title
         self._root = tkinter.Tk()
-        self._root.title(title)
+        self._root.title(titleAt(title, session.getTime()))
         # No background: Tk would paint it over the picture at every change of size.
         self._frame = tkinter.Frame(self._root, width=size[0], height=size[1], background="")
         self._frame.pack(fill="both", expand=True)
@@ -96,10 +98,12 @@ class ViewWindow(object):
     def _keyPress(self, event):
         if self._sendKey(event, events.keyPress):
             return
-        if event.keysym in ("q", "Escape"):
+        name = _keyName(event)
+        if name in ("q", "Escape"):
             self._root.quit()
-        elif event.keysym == "w":
-            toggleManipulator(self._view)
+        else:
+            pressKey(self._session, self._view, name)
+            self._root.title(titleAt(self._title, self._session.getTime()))
 
     def _tick(self):
         self._pump.tick()

@@ -14,9 +14,10 @@ EPILOG = """With a display a window opens: drag to orbit, drag with the middle b
 to pan, turn the wheel or drag with the right button to come nearer. Click to select, with shift to
 add, with control to toggle; drag with control to select what is in a rectangle. Press F to frame
 the selection, or everything, W to move the selection by a gizmo, Ctrl+Z to undo an edit,
-Ctrl+Shift+Z or Ctrl+Y to redo it. Without a display, or with --output, a picture is written. A
-model that can't be read is reported on a line of its own and the others still show; the exit status
-is then 1."""
+Ctrl+Shift+Z or Ctrl+Y to redo it. Left and Right go to the frame before and after, C closes the
+models or opens them again, B and P switch the boxes and proxies that stand for them. Without a
+display, or with --output, a picture is written. A model that can't be read is reported on a line of
+its own and the others still show; the exit status is then 1."""
 
 
 def parseSize(text):
@@ -42,7 +43,16 @@ def parseArguments(arguments):
     parser.add_argument("--size", metavar="WxH", type=parseSize, default=(1280, 720),
                         help="of the picture or window, in pixels (default: 1280x720)")
     parser.add_argument("--frame", metavar="N", type=float, default=0.0,
-                        help="show animated models at this frame (default: 0)")
+                        help="show animated models, and proxies, at this frame (default: 0)")
+    parser.add_argument("--collapse", action="store_true",
+                        help="show the models closed: each by its box, or its proxy")
+    parser.add_argument("--proxy", metavar="FILE",
+                        help="a lighter model, which is shown in place of each while it is closed; "
+                        "closes them as --collapse does")
+    parser.add_argument("--no-boxes", action="store_true",
+                        help="show no boxes for what is closed")
+    parser.add_argument("--no-proxies", action="store_true",
+                        help="show no proxies for what is closed")
     parser.add_argument("--camera", metavar="PATH",
                         help="look through this location, a camera or a light, \"/root/...\"")
     parser.add_argument("--pick", metavar="X,Y[,W,H]", type=parseRegion,
@@ -52,6 +62,8 @@ def parseArguments(arguments):
                         help="with --pick: also the locations hidden behind those")
     parser.add_argument("--python", metavar="2.7|3", help="the interpreter that runs this")
     parsed = parser.parse_args(arguments)
+    if parsed.proxy is not None and not parsed.scenes:
+        parser.error("--proxy goes with a SCENE")
     if parsed.deep and not parsed.pick:
         parser.error("--deep goes with --pick")
     if parsed.pick:
@@ -93,9 +105,12 @@ def loadScenes(session, options):
 
     if options.scenes:
         for scene in options.scenes:
-            session.importModel(scene)
+            session.importModel(scene, options.proxy)
     else:
         defaultscene.addTo(session)
+    session.setCollapsed(options.collapse or options.proxy is not None)
+    session.setBoxesShown(not options.no_boxes)
+    session.setProxiesShown(not options.no_proxies)
     session.setTime(options.frame)
 
 

@@ -30,6 +30,7 @@ sys.path.insert(0, %r)
 class Session(object):
     def addView(self, *arguments): return self
     def lookThrough(self, path): pass
+    def getTime(self): return 0.0
     viewport = property(lambda self: self)
     def event(self, group):
         get = lambda name: group.getChildByName(name)

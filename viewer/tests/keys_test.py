@@ -18,6 +18,16 @@ class Session(object):
     calls = []
     def undo(self): self.calls.append("undo")
     def redo(self): self.calls.append("redo")
+    def setCollapsed(self, isCollapsed): self.calls.append("collapsed=%%d" %% isCollapsed)
+    def isCollapsed(self): return False
+    def setBoxesShown(self, areShown): self.calls.append("boxes=%%d" %% areShown)
+    def setProxiesShown(self, areShown): self.calls.append("proxies=%%d" %% areShown)
+    areBoxesShown = areProxiesShown = lambda self: True
+    time = 5.0
+    def getTime(self): return self.time
+    def setTime(self, frame):
+        self.time = frame
+        self.calls.append("frame=%%g" %% frame)
     def addView(self, *arguments): return self
     def lookThrough(self, path): pass
     def event(self, group): return False
@@ -30,23 +40,30 @@ from PySide2.QtGui import QKeyEvent
 from PySide2.QtWidgets import QApplication
 from qtwindow import ViewWidget
 application = QApplication([])
-widget = ViewWidget(session, (10, 10), "", None)
-control, shift = Qt.ControlModifier, Qt.ShiftModifier
+widget = ViewWidget(session, (10, 10), "model", None)
+widget._view = session
+plain, control, shift = Qt.NoModifier, Qt.ControlModifier, Qt.ShiftModifier
 for key, modifiers in ((Qt.Key_Z, control), (Qt.Key_Z, control | shift), (Qt.Key_Y, control),
-                       (Qt.Key_Z, Qt.NoModifier), (Qt.Key_Y, Qt.NoModifier)):
+                       (Qt.Key_Z, plain), (Qt.Key_Y, plain), (Qt.Key_C, plain),
+                       (Qt.Key_B, plain), (Qt.Key_P, plain), (Qt.Key_Right, plain),
+                       (Qt.Key_Right, plain), (Qt.Key_Left, plain)):
     application.sendEvent(widget, QKeyEvent(QEvent.KeyPress, key, modifiers))
 print(" ".join(session.calls))
+print(widget.windowTitle())
+widget._view = None
 """
 TK = COMMON + """
 import tkwindow
-window = tkwindow.ViewWindow(session, (10, 10), "", None)
+window = tkwindow.ViewWindow(session, (10, 10), "model", None)
 window._frame.unbind("<Configure>")
 window._frame.unbind("<Expose>")
 window._root.focus_force()
 window._root.update()
-for key in ("<Control-z>", "<Control-Shift-Z>", "<Control-y>", "<z>", "<y>"):
+for key in ("<Control-z>", "<Control-Shift-Z>", "<Control-y>", "<z>", "<y>", "<c>", "<b>", "<p>",
+            "<Right>", "<Right>", "<Left>"):
     window._root.event_generate(key)
 print(" ".join(session.calls))
+print(window._root.title())
 """
 
 
@@ -64,15 +81,18 @@ class KeysTest(unittest.TestCase):
         output = subprocess.check_output([sys.executable, "-c", script],
                                          env=dict(os.environ, XDG_RUNTIME_DIR=self.folder,
                                                   **environment))  # or Qt complains
-        self.assertEqual(output.decode("ascii").split(), ["undo", "redo", "redo"])
+        calls, title = output.decode("ascii").splitlines()
+        self.assertEqual(calls.split(), ["undo", "redo", "redo", "collapsed=1", "boxes=0", "proxies=0",
+                                         "frame=6", "frame=7", "frame=6"])
+        self.assertEqual(title, "model, frame 6")
 
     @unittest.skipUnless(hasModule("PySide2.QtWidgets"), "no Qt")
-    def testQtWindowUndoesAndRedoes(self):
+    def testQtWindowHeedsKeys(self):
         self.check(QT, QT_QPA_PLATFORM="offscreen")
 
     @unittest.skipUnless(os.path.exists("/usr/bin/Xvfb"), "no Xvfb")
     @unittest.skipUnless(hasModule("tkinter" if sys.version_info[0] >= 3 else "Tkinter"), "no Tk")
-    def testTkWindowUndoesAndRedoes(self):
+    def testTkWindowHeedsKeys(self):
         screen = Screen(self.folder, 100, 100)
         self.addCleanup(screen.close)
         self.check(TK, DISPLAY=screen.display)

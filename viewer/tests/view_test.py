@@ -111,6 +111,49 @@ class ViewTest(unittest.TestCase):
                     for frame in (10, 25, 50))
         self.assertTrue(later > 0.005)
 
+    # What stands for models that are closed.
+
+    def testClosedModelsAreBoxes(self):
+        whole = self.picture(DUCK)
+        boxed = self.picture(DUCK, "--collapse")
+        nothing = self.picture(DUCK, "--collapse", "--no-boxes")
+        self.assertTrue(boxed.difference(whole) > 0.01)
+        self.assertTrue(boxed.difference(nothing) > 0.001, "wires of a box")
+        self.assertTrue(nothing.difference(whole) > 0.01)
+
+    def testAClosedModelIsPickedByItsBox(self):
+        hits = self.picks(DUCK, "--collapse", "--pick", "0,0,320,180")
+        self.assertEqual(hits, ["/root/duck_dae/__VlOst_bbox"])
+
+    def testAProxyStandsForAClosedModel(self):
+        light = self.path("light.obj", b"v -90 0 0\nv 90 0 0\nv 0 160 0\nf 1 2 3\n")
+        hits = self.picks(DUCK, "--proxy", light, "--no-boxes", "--pick", "0,0,320,180")
+        self.assertEqual(len(hits), 1, hits)
+        self.assertTrue(hits[0].startswith("/root/duck_dae/__VlOst_proxy/light_obj"), hits)
+        shown = self.picture(DUCK, "--proxy", light, "--no-boxes")
+        self.checkShowsSomething(shown)
+        nothing = self.picture(DUCK, "--proxy", light, "--no-boxes", "--no-proxies")
+        self.assertTrue(shown.difference(nothing) > 0.01)
+        self.assertEqual(nothing.difference(self.picture(DUCK, "--collapse", "--no-boxes")), 0)
+
+    def testFrameShowsTheProxyOfThatMoment(self):
+        moving = MODELS + "/Collada/box_nested_animation.dae"
+        closed = (moving, "--proxy", moving, "--no-boxes", "--frame")
+        pictures = [self.picture(*closed + (frame,)) for frame in ("0", "25")]
+        self.assertTrue(pictures[0].difference(pictures[1]) > 0.005)
+
+    def testAProxyThatCannotBeReadIsToldAndTheBoxStillShows(self):
+        for name, content in (("missing.obj", None), ("garbage.dae", bytearray(range(256)) * 20),
+                              ("letter.txt", b"Dear reader,\n")):
+            path = os.path.join(self.folder, name)
+            if content is not None:
+                self.path(name, content)
+            status, lines = self.view(DUCK, "--proxy", path, "--output", self.output, "--size", SIZE)
+            self.assertEqual(status, 1)
+            self.assertEqual(len(lines), 1, lines)
+            self.assertTrue(name in lines[0], lines)
+            self.assertEqual(Picture(self.output).difference(self.picture(DUCK, "--collapse")), 0)
+
     def testCameraOfTheSceneIsLookedThrough(self):
         through = self.picture(DUCK, "--camera", "/root/duck_dae/camera1")
         self.checkShowsSomething(through)
@@ -207,17 +250,19 @@ class ViewTest(unittest.TestCase):
         for arguments in (["--size", "0x5"], ["--size", "20"], ["--size", "99999x1"],
                           ["--frame", "x"], ["--unknown"], ["--output"], ["--pick", "1"],
                           ["--pick", "1,2,3"], ["--pick", "1,2,0,3"], ["--pick", "-1,2"],
-                          ["--pick", "1280,0"], ["--pick", "1270,0,11,1"], ["--deep"]):
+                          ["--pick", "1280,0"], ["--pick", "1270,0,11,1"], ["--deep"], ["--proxy"]):
             status, lines = self.view(DUCK, *arguments)
             self.assertEqual(status, 2, arguments)
             self.assertTrue(lines[-1].startswith("view: error: "), lines)
+        status, lines = self.view("--proxy", DUCK)
+        self.assertEqual((status, lines[-1]), (2, "view: error: --proxy goes with a SCENE"))
 
     def testHelpTellsTheOptions(self):
         process = subprocess.Popen([sys.executable, VIEW, "--help"], stdout=subprocess.PIPE)
         text = process.communicate()[0].decode("utf-8")
         self.assertEqual(process.returncode, 0)
-        for option in ("SCENE", "--output", "--size", "--frame", "--camera", "--pick", "--deep",
-                       "--python"):
+        for option in ("SCENE", "--output", "--size", "--frame", "--collapse", "--proxy",
+                       "--no-boxes", "--no-proxies", "--camera", "--pick", "--deep", "--python"):
             self.assertTrue(option in text, option)
 
 

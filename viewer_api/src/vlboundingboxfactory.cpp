@@ -49,18 +49,20 @@ FloatAttribute makeCorners(std::span<const double> bound) {
 GroupAttribute buildBox(std::span<const double> bound) {
     // What all boxes have in common they share.
     static const StringAttribute type("locator");
-    static const IntAttribute vertexList({2,      3, 1, 0, /**/ 4, 5, 3, 2, /**/ 6, 7, 5, 4,
-                                          /**/ 0, 1, 7, 6, /**/ 3, 5, 7, 1, /**/ 4, 2, 0, 6});
-    static const IntAttribute startIndex({0, 4, 8, 12, 16, 20, 24});
-    static const StringAttribute fill("wireframe");
-    static const StringAttribute smoothing("off");
+    static const GroupAttribute poly{
+        {"vertexList", IntAttribute({2,      3, 1, 0, /**/ 4, 5, 3, 2, /**/ 6, 7, 5, 4,
+                                     /**/ 0, 1, 7, 6, /**/ 3, 5, 7, 1, /**/ 4, 2, 0, 6})},
+        {"startIndex", IntAttribute({0, 4, 8, 12, 16, 20, 24})}};
+    static const GroupAttribute viewer =
+        GroupBuilder()
+            .set("default.drawOptions.fill", StringAttribute("wireframe"))
+            .set("default.drawOptions.smoothing", StringAttribute("off"))
+            .build();
     return GroupBuilder()
         .set("type", type)
         .set("geometry.point.P", makeCorners(bound))
-        .set("geometry.poly.vertexList", vertexList)
-        .set("geometry.poly.startIndex", startIndex)
-        .set("viewer.default.drawOptions.fill", fill)
-        .set("viewer.default.drawOptions.smoothing", smoothing)
+        .set("geometry.poly", poly)
+        .set("viewer", viewer)
         .build();
 }
 

@@ -297,6 +297,11 @@ TEST(ProxyStaticScene, listsParentsFirstAndSiblingsByName) {
                             "/a/c \"ac\"", "/z/a \"za\"", "/z/b \"zb\"", "/z/a/x \"zax\""));
 }
 
+TEST(ProxyStaticScene, aNameWithADotLeadsToAnotherChildAndLosesItsAttributes) {
+    const GroupAttribute scene = level("root", {{"a", level("a")}, {"b.d", level("bd")}});
+    EXPECT_THAT(flatten(scene), ElementsAre(" \"root\"", "/a \"a\"", "/b null"));
+}
+
 TEST(ProxyStaticScene, thatIsNullIsOneItemWithNullAttributes) {
     std::map<std::uint64_t, ProxyResult> results;
     ProxyRuntime::storeStaticScene(7, {}, results);

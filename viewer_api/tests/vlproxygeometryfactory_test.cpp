@@ -358,6 +358,19 @@ TEST_F(VlProxyGeometryFactoryTest, aRemovalCancelsACookThatOthersWaitForAndTheyS
     EXPECT_THAT(collected(), ElementsAre("produced /root/b/__VlOst_proxy"));
 }
 
+TEST_F(VlProxyGeometryFactoryTest, aNewWishCancelsACookThatOthersWaitForAndTheyStayWaiting) {
+    tell("/root/a", proxied("x"));
+    tell("/root/b", proxied("x"));
+    collected();
+    tell("/root/a", proxied("y"));
+    EXPECT_FALSE(isCooking(1));
+    collected();
+    finish(2, sceneOf("y", {}));
+    EXPECT_THAT(collected(), ElementsAre("produced /root/a/__VlOst_proxy"));
+    factory.requestProduce(LocationPath("/root/b"));
+    EXPECT_FALSE(factory.hasPendingWork());
+}
+
 TEST_F(VlProxyGeometryFactoryTest, thoseThatWaitForACancelledCookAreServedWhenItIsCookedAgain) {
     tell("/root/a", proxied("x"));
     tell("/root/b", proxied("x"));

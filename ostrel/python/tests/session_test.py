@@ -193,12 +193,124 @@ class SessionTest(unittest.TestCase):
         self.assertTrue(root is not None)
         self.assertEqual(self.session.getBounds(), (0, 1, 0, 1, 0, 0))
 
-    def testAProxyFileThatIsNotThereIsAnError(self):
-        self.add("a", self.proxied(("viewer", StringAttribute("no such file.obj"))))
-        self.assertTrue(self.session.pump(timeout=60))
+    def testClosedModelsShowTheirBoxOrTheirProxy(self):
+        model = "/usr/share/assimp/models/OBJ/box.obj"
+        self.session.setCollapsed(True)
+        self.session.importModel(model)
+        self.session.importModel(model, proxy=model)
+        get = self.session.delegate.getAttributes
+
+        def shown():
+            self.assertTrue(self.session.pump(timeout=60))
+            self.assertEqual(self.session.getErrors(), [])
+            return [name for name in ("/__VlOst_bbox", "/__VlOst_proxy/box_obj", "_2/__VlOst_bbox",
+                                      "_2/__VlOst_proxy/box_obj")
+                    if get("/root/box_obj" + name) is not None]
+        self.assertEqual(shown(), ["/__VlOst_bbox", "_2/__VlOst_bbox", "_2/__VlOst_proxy/box_obj"])
+        extent = self.session.getBounds()
+        self.session.setBoxesShown(False)
+        self.assertEqual(shown(), ["_2/__VlOst_proxy/box_obj"])
+        self.session.setProxiesShown(False)
+        self.assertEqual(shown(), [])
+        self.session.setBoxesShown(True)
+        self.assertEqual(shown(), ["/__VlOst_bbox", "_2/__VlOst_bbox"])
+        self.session.setProxiesShown(True)
+        self.assertTrue(self.session.isCollapsed())
+        self.session.setCollapsed(False)
+        self.assertEqual(shown(), [])
+        self.assertFalse(self.session.isCollapsed())
+        self.assertEqual(self.session.getBounds(), extent)
+        self.session.setCollapsed(True)
+        self.assertEqual(shown(), ["/__VlOst_bbox", "_2/__VlOst_bbox", "_2/__VlOst_proxy/box_obj"])
+
+    def testProxyFilesThatCannotBeReadAreErrorsAndTheOthersStandUnharmed(self):
+        folder = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, folder)
+        for name, content in (("garbage.dae", bytearray(range(256)) * 20), ("empty.obj", b""),
+                              ("letter.txt", b"Dear reader,\n")):
+            with open(os.path.join(folder, name), "wb") as stream:
+                stream.write(content)
+        os.mkdir(os.path.join(folder, "folder.dae"))
+        names = ["empty.obj", "folder.dae", "garbage.dae", "letter.txt", "missing.obj"]
+        for number, name in enumerate(names):
+            self.add("bad%d" % number,
+                     self.proxied(("viewer", StringAttribute(os.path.join(folder, name)))))
+        self.checkOthersAreUnharmed()
+        errors = self.session.getErrors()
+        self.assertEqual([path for path, _ in errors],
+                         ["/root/bad%d/__VlOst_proxy/%s" % (number, name.replace(".", "_"))
+                          for number, name in enumerate(names)])
+        for (_, message), name in zip(errors, names):
+            self.assertTrue(message.startswith("Can't import '%s" % os.path.join(folder, name)),
+                            message)
+
+    def checkOthersAreUnharmed(self):
+        """A shape and a good proxy show, at once and at another frame."""
+        viewer = GroupAttribute(("load.opType", StringAttribute("Scene.Literal")),
+                                ("load.opArgs", literal("b", square())))
+        self.add("good", self.proxied(("viewer", viewer)))
+        self.add("shape", square())
+        get = self.session.delegate.getAttributes
+        for frame in (0, 1):
+            self.session.setTime(frame)
+            self.assertTrue(self.session.pump(timeout=60))
+            self.assertEqual(get("/root/good/__VlOst_proxy/b"), square())
+            self.assertEqual(get("/root/shape"), square())
+
+    WARNING = GroupAttribute(("type", StringAttribute("warning")),
+                             ("warningMessage", StringAttribute("Unable to produce proxy")))
+
+    def testALoaderThatGivesNoOpLeavesAWarningInTheProxysPlace(self):
+        answers = [None, 7, 10 ** 30, "Geometry.Import", StringAttribute("Geometry.Import"),
+                   ["Geometry.Import"], {"opType": "Geometry.Import"}, object(),
+                   GroupAttribute(), GroupAttribute(("opArgs.filePath", StringAttribute("a.obj"))),
+                   GroupAttribute(("opType", IntAttribute(1)))]
+        asked = []
+
+        def answer(question):
+            asked.append(question.getChildByName("filePath").getValue())
+            return answers[int(asked[-1])]
+
+        self.session.delegate.registerCallback("getViewerProxyLoaderOp", answer)
+        for number in range(len(answers)):
+            self.add("a%d" % number, self.proxied(("viewer", StringAttribute(str(number)))))
+        self.checkOthersAreUnharmed()
+        for number in range(len(answers)):
+            proxy = "/root/a%d/__VlOst_proxy" % number
+            self.assertEqual(self.session.delegate.getAttributes(proxy), self.WARNING, answers[number])
+        self.assertEqual(sorted(asked, key=int), sorted(2 * [str(i) for i in range(len(answers))],
+                                                        key=int), "once a frame")
+        self.assertEqual(self.session.getErrors(), [])
+
+    def testWithoutALoaderProxyFilesAreWarnings(self):
+        self.session.delegate.unregisterCallback("getViewerProxyLoaderOp")
+        self.add("a", self.proxied(("viewer", StringAttribute("a.obj"))))
+        self.checkOthersAreUnharmed()
+        self.assertEqual(self.session.delegate.getAttributes("/root/a/__VlOst_proxy"), self.WARNING)
+
+    def testALoaderThatNamesAnUnknownOpIsAnErrorInTheProxysPlace(self):
+        self.session.delegate.registerCallback(
+            "getViewerProxyLoaderOp",
+            lambda question: GroupAttribute(("opType", StringAttribute("No.Such"))))
+        self.add("a", self.proxied(("viewer", StringAttribute("a.obj"))))
+        self.checkOthersAreUnharmed()
         (path, message), = self.session.getErrors()
-        self.assertTrue(path.startswith("/root/a/__VlOst_proxy"), path)
-        self.assertTrue("no such file.obj" in message, message)
+        self.assertEqual(path, "/root/a/__VlOst_proxy")
+        self.assertTrue("No.Such" in message, message)
+
+    def testALoaderThatRaisesIsToldByThePumpAndCostsItsOwnProxyAlone(self):
+        def answer(question):
+            raise ValueError("no loader for " + question.getChildByName("filePath").getValue())
+
+        self.session.delegate.registerCallback("getViewerProxyLoaderOp", answer)
+        self.add("a", self.proxied(("viewer", StringAttribute("a.obj")), ("static", IntAttribute(1))))
+        with self.assertRaises(RuntimeError) as context:
+            self.session.pump(timeout=60)
+        self.assertTrue("no loader for a.obj" in str(context.exception), context.exception)
+        self.session.delegate.unregisterCallback("getViewerProxyLoaderOp")
+        self.assertTrue(self.session.pump(timeout=60))
+        self.assertTrue(self.session.delegate.getAttributes("/root/a/__VlOst_proxy") is None)
+        self.checkOthersAreUnharmed()
 
     def testProxiesFollowTheFrame(self):
         asked = []

@@ -151,6 +151,17 @@ TEST_F(ImportOpTest, everyLocationOfTheModelNamesTheNodeThatMayEditIt) {
     }
 }
 
+TEST_F(ImportOpTest, theModelsOwnLocationTellsOfItsProxies) {
+    const GroupAttribute proxies{{"viewer", StringAttribute("light.obj")}};
+    const auto args = GroupBuilder()
+                          .set("filePath", StringAttribute(write("a.obj", kObj)))
+                          .set("proxies", proxies)
+                          .build();
+    for (const auto& [path, attrs] : show(args)) {
+        EXPECT_EQ(attrs.getChildByName("proxies") == proxies, path == "/root/a_obj") << path;
+    }
+}
+
 TEST_F(ImportOpTest, aFileThatCannotBeReadIsAnErrorLocationUnderItsName) {
     const std::string path = (folder / "missing.obj").string();
     const auto told = show(argsOf(path));

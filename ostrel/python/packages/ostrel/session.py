@@ -7,7 +7,8 @@ import weakref
 
 import PyScenelib
 import PyWindowSystem
-from PyVlAttribute import FloatAttribute, GroupAttribute, GroupBuilder, StringAttribute
+from PyVlAttribute import (FloatAttribute, GroupAttribute, GroupBuilder, IntAttribute,
+                           StringAttribute)
 
 import ViewerAPI
 from ostrel import lookthrough
@@ -47,6 +48,7 @@ class Session(object):
     def __init__(self, delegatePlugin="SceneDelegate"):
         loadPlugins()
         self._time = 0.0
+        self._areBoxesShown = self._areProxiesShown = True
         self._imports = []  # (op id, args)
         self._names = set()
         self._inputs = []
@@ -61,7 +63,7 @@ class Session(object):
         ViewerAPI.setEditor(self._edit, self)
         self.delegate = ViewerAPI.CreateViewerDelegate(delegatePlugin)
         self.delegate.setup()
-        self.delegate.addComponent("LocationExpander", "expander")
+        self._expander = self.delegate.addComponent("LocationExpander", "expander")
         self._errors = self.delegate.addComponent("ErrorCollector", "errors")
         self.delegate.registerCallback(LOADER_CHANNEL, proxyLoaderOp)
         self.delegate.setSystemArgs(self._systemArgs())
@@ -84,22 +86,26 @@ class Session(object):
         ViewerAPI.setEditor(self._edit, None)
         self.delegate.cleanup()
         self.delegate = None
-        self._errors = None
+        self._errors = self._expander = None
         for windowId in self._windowIds:
             PyWindowSystem.destroyOffscreen(windowId)
         self._windowIds = []
 
     # The scene.
 
-    def importModel(self, path):
-        """Adds a model file to the scene, under a location of its own; returns the op's id.
+    def importModel(self, path, proxy=None):
+        """Adds a model file to the scene, under a location of its own; returns the op's id. proxy is
+        another model file, which is shown in the model's place while that is closed.
 
         Importing happens later: a file that can't be read shows in getErrors() after a pump().
         """
         path = os.path.abspath(path)
-        args = GroupAttribute(("filePath", StringAttribute(path)),
-                              ("name", StringAttribute(self._uniqueName(path))),
-                              ("exclusiveTo", StringAttribute(self.NODE)))
+        items = [("filePath", StringAttribute(path)),
+                 ("name", StringAttribute(self._uniqueName(path))),
+                 ("exclusiveTo", StringAttribute(self.NODE))]
+        if proxy is not None:
+            items.append(("proxies.viewer", StringAttribute(os.path.abspath(proxy))))
+        args = GroupAttribute(*items)
         op = PyScenelib.createOp("Geometry.Import", self._timed(args))
         self._imports.append((op, args))
         self.addOp(op)
@@ -264,6 +270,32 @@ class Session(object):
         return list(self._selection)
 
     # The viewer.
+
+    def setCollapsed(self, isCollapsed):
+        """Whether all that stands right below "/root", such as models, is closed: it shows as its
+        box, or its proxy, in place of what it holds. Not at first. Takes effect in a pump()."""
+        self._expander.setOptionByName("collapsed", IntAttribute(1 if isCollapsed else 0))
+
+    def isCollapsed(self):
+        return self._expander.getOptionByName("collapsed").getValue() == 1
+
+    def setBoxesShown(self, areShown):
+        """Whether locations that show nothing of their own have boxes; at first they do. Takes
+        effect in a pump()."""
+        self._areBoxesShown = bool(areShown)
+        self.delegate.setBoundingBoxesEnabled(self._areBoxesShown)
+
+    def areBoxesShown(self):
+        return self._areBoxesShown
+
+    def setProxiesShown(self, areShown):
+        """Whether locations that show nothing of what they hold have their proxies; at first they
+        do. Takes effect in a pump()."""
+        self._areProxiesShown = bool(areShown)
+        self.delegate.setProxyGeometryEnabled(self._areProxiesShown)
+
+    def areProxiesShown(self):
+        return self._areProxiesShown
 
     def pump(self, progress=None, timeout=None):
         """Passes what is cooked to the viewer until nothing is left to do.

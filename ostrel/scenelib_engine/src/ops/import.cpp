@@ -112,7 +112,11 @@ CookResult cookModel(CookContext& context) {
         const double rate = number(context.getArg("framesPerSecond"), kFramesPerSecond);
         timing.framesPerSecond = rate > 0 ? rate : kFramesPerSecond;
     }
-    return cookLocation(context, model, timing, 0);
+    CookResult result = cookLocation(context, model, timing, 0);
+    if (const GroupAttribute proxies(context.getArg("proxies")); proxies) {
+        result.attrs = GroupBuilder().update(result.attrs).set("proxies", proxies).build();
+    }
+    return result;
 }
 
 } // namespace

@@ -18,6 +18,9 @@ namespace VlScenelibEngine {
 /// `exclusiveTo`, where told, is written as `attributeEditor.exclusiveTo` on each of the model's
 /// locations: the node that may edit them.
 ///
+/// `proxies`, a group, where told, is written as `proxies` on the model's own location: what stands
+/// for the model while a viewer shows nothing of what is below.
+///
 /// The file is read when the model's own location is cooked, once for all ops that show it, and
 /// again when that location is cooked after the file has changed. Only locations that move, or
 /// whose bound does, read the time.
