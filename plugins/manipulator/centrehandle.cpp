@@ -16,7 +16,6 @@ protected:
         static const Shape grasped = ballShape(0.11f);
         return grasped;
     }
-    int axis() const override { return -1; }
 };
 
 } // namespace Bundled

@@ -6,14 +6,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <string_view>
 
 namespace Bundled {
 
 namespace {
 
-using ViewerPlugin::ViewerDelegateHost;
 using VlAttribute::GroupAttribute;
 
 bool isBelow(std::string_view path, std::string_view ancestor) {
@@ -33,31 +31,15 @@ std::vector<std::string> topmostPaths(const VlAttribute::StringAttribute& paths)
     return topmost;
 }
 
-/// The space of a component's values: its parent's, turned and sized by what stands before it.
-std::optional<Imath::M44d> componentToWorld(const ViewerDelegateHost& delegate,
-                                            const std::string& path,
-                                            const XformComponent& component) {
-    const auto matrix =
-        component.exists()
-            ? delegate.getPartialXform(path, component.group, component.name, {.component = false})
-            : delegate.getWorldXform(path);
-    if (!matrix) {
-        return std::nullopt;
-    }
-    return toMatrix(matrix);
-}
-
 std::vector<ComponentEdits::Each> findEdits(const ViewerPlugin::ManipulatorHost& host,
-                                            const std::string& componentName) {
-    const ViewerDelegateHost delegate(
-        ViewerPlugin::ViewportHost(host.getViewport().host).getViewerDelegate().host);
+                                            XformComponents::Kind kind) {
     std::vector<ComponentEdits::Each> edits;
     for (const std::string& path : topmostPaths(host.getLocationPaths())) {
-        const auto component =
-            XformComponent::find(GroupAttribute(host.getValue(path, "xform")), componentName);
-        const auto toWorld = componentToWorld(delegate, path, component);
+        const auto components =
+            XformComponents::find(GroupAttribute(host.getValue(path, "xform")), kind);
+        const auto toWorld = ComponentEdits::componentsToWorld(host, path, components);
         if (toWorld && std::isnormal(toWorld->determinant())) {
-            edits.push_back({path, component, toWorld->inverse()});
+            edits.push_back({path, components, toWorld->inverse()});
         }
     }
     return edits;
@@ -65,16 +47,33 @@ std::vector<ComponentEdits::Each> findEdits(const ViewerPlugin::ManipulatorHost&
 
 std::vector<LiveEdits::Target> targetsOf(const std::vector<ComponentEdits::Each>& edits) {
     std::vector<LiveEdits::Target> targets;
-    for (const auto& [path, component, worldToComponent] : edits) {
-        targets.push_back({path, component.attributeName(), component.attribute(component.values)});
+    for (const auto& [path, components, worldToComponents] : edits) {
+        for (const auto& [name, atRest] : components.settings(components.values)) {
+            targets.push_back({path, name, atRest});
+        }
     }
     return targets;
 }
 
 } // namespace
 
+std::optional<Imath::M44d>
+ComponentEdits::componentsToWorld(ViewerPlugin::ManipulatorHost manipulator,
+                                  const std::string& path, const XformComponents& components) {
+    const ViewerPlugin::ViewerDelegateHost delegate(
+        ViewerPlugin::ViewportHost(manipulator.getViewport().host).getViewerDelegate().host);
+    const auto matrix = components.exists() ? delegate.getPartialXform(path, components.group,
+                                                                       components.names.front(),
+                                                                       {.component = false})
+                                            : delegate.getWorldXform(path);
+    if (!matrix) {
+        return std::nullopt;
+    }
+    return toMatrix(matrix);
+}
+
 ComponentEdits::ComponentEdits(ViewerPlugin::ManipulatorHost manipulator,
-                               const std::string& componentName)
-    : edits(findEdits(manipulator, componentName)), live(manipulator, targetsOf(edits)) {}
+                               XformComponents::Kind kind)
+    : edits(findEdits(manipulator, kind)), live(manipulator, targetsOf(edits)) {}
 
 } // namespace Bundled

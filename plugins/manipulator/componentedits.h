@@ -1,18 +1,19 @@
 #pragma once
 
 #include "manipulator/liveedits.h"
-#include "manipulator/xformcomponent.h"
+#include "manipulator/xformcomponents.h"
 #include "viewer_api/plugin/ManipulatorHost.h"
 
 #include <Imath/ImathMatrix.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace Bundled {
 
-/// A gesture that changes one component of the transform of each of a manipulator's locations; it
-/// begins and ends as LiveEdits do. [ui-thread]
+/// A gesture that changes components of one kind of the transform of each of a manipulator's
+/// locations; it begins and ends as LiveEdits do. [ui-thread]
 ///
 /// A location below another of the manipulator's goes along with that one and is left out, and so
 /// is one that a scale of 0 has flattened: no value says there where a point of the world is.
@@ -20,27 +21,34 @@ class ComponentEdits {
 public:
     struct Each {
         std::string path;
-        XformComponent component;
-        /// From world space to the space that the component's values are in.
-        Imath::M44d worldToComponent;
+        XformComponents components;
+        /// From world space to the space that the components' values are in.
+        Imath::M44d worldToComponents;
     };
 
-    ComponentEdits(ViewerPlugin::ManipulatorHost manipulator, const std::string& componentName);
+    ComponentEdits(ViewerPlugin::ManipulatorHost manipulator, XformComponents::Kind kind);
 
-    [[nodiscard]] const std::vector<Each>& get() const noexcept { return edits; }
+    [[nodiscard]] bool isEmpty() const noexcept { return edits.empty(); }
 
-    /// Shows the value of `newValues(const Each&)` for each location. False when none is left.
+    /// Shows the values of `newValues(const Each&)` for each location. False when none is left.
     template <typename NewValues>
     bool show(NewValues newValues) {
         std::vector<VlAttribute::Attribute> values;
-        values.reserve(edits.size());
         for (const Each& edit : edits) {
-            values.push_back(edit.component.attribute(newValues(edit)));
+            for (auto& [name, value] : edit.components.settings(newValues(edit))) {
+                values.push_back(std::move(value));
+            }
         }
         return live.show(values);
     }
     /// Keeps what is shown. Nothing can be shown any more.
     void finish() { live.finish(); }
+
+    /// The space that a location's components are in, seen from the world: its parent's, turned and
+    /// sized by what stands before them. Nothing for a location that is not there.
+    static std::optional<Imath::M44d> componentsToWorld(ViewerPlugin::ManipulatorHost manipulator,
+                                                        const std::string& path,
+                                                        const XformComponents& components);
 
 private:
     const std::vector<Each> edits;

@@ -1,9 +1,9 @@
 #include "manipulator/gizmo.h"
 
 #include "camera/camerapose.h"
-#include "camera/tomatrix.h"
 #include "manipulator/dragmath.h"
 #include "manipulator/matrices.h"
+#include "manipulator/pictureof.h"
 #include "scene/raisedflag.h"
 #include "viewer_api/plugin/OptionIds.h"
 #include "viewer_api/plugin/ViewerDelegateHost.h"
@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 namespace Bundled {
 
@@ -40,14 +41,16 @@ Imath::M44d turnToAxis(int axis) {
 
 } // namespace
 
-Gizmo::Gizmo(ViewerPlugin::ManipulatorHost manipulatorHost, std::span<const Part> gizmoParts)
+Gizmo::Gizmo(ViewerPlugin::ManipulatorHost manipulatorHost, std::span<const GizmoPart> gizmoParts)
     : ManipulatorPlugin(manipulatorHost), axesId(ViewerPlugin::optionId("axes")),
       snapStepId(ViewerPlugin::optionId("snapStep")), readoutId(ViewerPlugin::optionId("readout")),
       parts(gizmoParts) {
-    for (const Part& part : parts) {
+    for (const GizmoPart& part : parts) {
         const ViewerPlugin::Triple added = host.addManipulatorHandle(part.handlePlugin, part.name);
-        ViewerPlugin::ManipulatorHandleHost(added.host)
-            .setLocalXform(toAttribute(turnToAxis(part.axis)));
+        if (part.axis >= 0) {
+            ViewerPlugin::ManipulatorHandleHost(added.host)
+                .setLocalXform(toAttribute(turnToAxis(part.axis)));
+        }
     }
 }
 
@@ -63,35 +66,47 @@ ViewerPlugin::ManipulatorHandleHost Gizmo::handle(std::size_t index) const {
         host.getManipulatorHandleByIndex(static_cast<std::uint32_t>(index)).host);
 }
 
-PictureSpace Gizmo::pictureSpace() const {
-    const ViewerPlugin::ViewportHost view = viewport();
-    return {toMatrix(view.getViewMatrix()), toMatrix(view.getProjectionMatrix()), view.getWidth(),
-            view.getHeight()};
+std::string Gizmo::firstLocation() const {
+    return host.getLocationPaths().getValue("");
 }
 
-Gizmo::Place Gizmo::place(const PictureSpace& space) const {
-    Place result;
-    result.centre = toMatrix(host.calculateXform()).translation();
-    result.length = kLengthPx * space.pixelLengthAt(result.centre);
-    const VlAttribute::StringAttribute paths = host.getLocationPaths();
-    if (isLocal && paths.getNumberOfValues() > 0) {
+Imath::M44d Gizmo::axes() const {
+    Imath::M44d matrix;
+    if (isLocal) {
         const ViewerPlugin::ViewerDelegateHost delegate(viewport().getViewerDelegate().host);
-        result.axes = CameraPose::rigid(toMatrix(delegate.getWorldXform(paths.getValue())));
-        result.axes[3][0] = result.axes[3][1] = result.axes[3][2] = 0.0;
+        matrix = CameraPose::rigid(toMatrix(delegate.getWorldXform(firstLocation())));
+        matrix[3][0] = matrix[3][1] = matrix[3][2] = 0.0;
     }
-    return result;
+    return matrix;
 }
 
-bool Gizmo::isUsable(const Part& part, const Place& place, const PictureSpace& space) {
-    const double cosine = std::abs(space.sightTo(place.centre).dot(place.axis(part.axis)));
-    return part.motion == Motion::Picture ||
-           (part.motion == Motion::Axis ? cosine < kHeadOn : cosine > kEdgeOn);
+double Gizmo::usualStep(double length) const {
+    return roundStep(length / kStepsInLength);
+}
+
+GizmoPlace Gizmo::place(const PictureSpace& space) const {
+    const Imath::V3d centre = toMatrix(host.calculateXform()).translation();
+    return {centre, axes(), kLengthPx * space.pixelLengthAt(centre)};
+}
+
+bool Gizmo::isUsable(const GizmoPart& part, const GizmoPlace& place, const PictureSpace& space) {
+    const Imath::V3d sight = space.sightTo(place.centre);
+    switch (part.motion) {
+    case Motion::Axis:
+        return std::abs(sight.dot(place.axis(part.axis))) < kHeadOn;
+    case Motion::Plane:
+        return std::abs(sight.dot(place.normal(part.axis))) > kEdgeOn;
+    case Motion::Ring:
+    case Motion::Picture:
+        break;
+    }
+    return true;
 }
 
 template <typename Use>
 void Gizmo::eachHandle(Use use) const {
-    const PictureSpace space = pictureSpace();
-    const Place now = place(space);
+    const PictureSpace space = pictureOf(viewport());
+    const GizmoPlace now = place(space);
     if (now.length <= 0.0) {
         return;
     }
@@ -108,6 +123,9 @@ void Gizmo::eachHandle(Use use) const {
 }
 
 void Gizmo::draw() {
+    if (current) {
+        current->draw(viewport());
+    }
     eachHandle([](const ViewerPlugin::ManipulatorHandleHost& each, std::size_t) { each.draw(); });
 }
 
@@ -130,7 +148,7 @@ bool Gizmo::event(const GroupAttribute& group) {
 
 bool Gizmo::respond(const Event& event) {
     const bool isLeft = event.button == Event::Button::Left;
-    if (!engaged) {
+    if (!current) {
         return event.type == Event::Type::MousePress && isLeft && press(event);
     }
     if (event.type == Event::Type::MouseMove) {
@@ -140,7 +158,7 @@ bool Gizmo::respond(const Event& event) {
         if (Imath::V2i(event.x, event.y) != last) {
             moveTo(event);
         }
-        if (engaged) {
+        if (current) {
             end(host.isEditable());
         }
     } else if (event.type == Event::Type::KeyPress && event.key == "Escape") {
@@ -160,9 +178,10 @@ bool Gizmo::press(const Event& event) {
         if (!each.isMarked()) {
             continue;
         }
-        const PictureSpace space = pictureSpace();
-        const Place now = place(space);
-        if (!beginDrag({parts[i], now, space.rayAt({event.x, event.y}), space})) {
+        const PictureSpace space = pictureOf(viewport());
+        const GizmoPlace now = place(space);
+        current = beginDrag({parts[i], now, space.rayAt({event.x, event.y}), space});
+        if (!current) {
             return false;
         }
         engaged = i;
@@ -178,19 +197,21 @@ bool Gizmo::press(const Event& event) {
 void Gizmo::moveTo(const Event& event) {
     const double step = !event.modifiers.control ? 0.0
                         : snapStep > 0.0         ? snapStep
-                                                 : roundStep(engagedLength / kStepsInLength);
+                                                 : usualStep(engagedLength);
     last = {event.x, event.y};
-    if (!host.isEditable() || !drag(pictureSpace().rayAt(last), step)) {
+    if (!host.isEditable() || !current->moveTo(pictureOf(viewport()).rayAt(last), step)) {
         end(false);
     }
     viewport().setDirty(true);
 }
 
 void Gizmo::end(bool isKept) {
-    handle(*engaged).setEngaged(false);
-    engaged.reset();
+    handle(engaged).setEngaged(false);
     viewport().setDirty(true);
-    endDrag(isKept);
+    const std::unique_ptr<Drag> ended = std::move(current);
+    if (isKept) {
+        ended->finish();
+    }
 }
 
 void Gizmo::setOption(std::uint64_t optionId, const Attribute& value) {
@@ -209,7 +230,7 @@ VlAttribute::Attribute Gizmo::getOption(std::uint64_t optionId) {
     if (optionId == snapStepId) {
         return VlAttribute::FloatAttribute(static_cast<float>(snapStep));
     }
-    return optionId == readoutId && engaged ? getReadout() : Attribute();
+    return optionId == readoutId && current ? current->getReadout() : Attribute();
 }
 
 } // namespace Bundled

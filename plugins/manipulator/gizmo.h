@@ -1,6 +1,7 @@
 #pragma once
 
-#include "manipulator/picturespace.h"
+#include "manipulator/drag.h"
+#include "manipulator/grasp.h"
 #include "viewer_api/plugin/ManipulatorHandleHost.h"
 #include "viewer_api/plugin/ManipulatorPlugin.h"
 #include "viewer_api/plugin/ViewportEvent.h"
@@ -9,22 +10,23 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <span>
+#include <string>
 
 namespace Bundled {
 
 /// A manipulator that shows handles around the middle of its locations, as large on the screen at
-/// any distance, and turns drags of them into what a derived class makes of them.
+/// any distance, and has a derived class make a `Drag` of what the mouse does with them.
 ///
 /// A drag begins with the left button over the handle that is marked: whoever routes the events
 /// marks what the pointer is over. With control held, it goes in steps. Escape takes back what it
 /// did, and so does the loss of all its locations, or of the leave to edit them.
 ///
 /// Option "axes" (string, "world"): along which axes the handles stand; "local" for those of the
-/// first location, as it is turned. Option "snapStep" (float, 0): the step, in world units; 0 for
-/// a round number that suits the gizmo's size. Option "readout" (doubles, read only): what the drag
-/// has done so far; null without one.
+/// first location, as it is turned. Option "snapStep" (float, 0): the step, in the unit of the
+/// readout; 0 for the usual one. Option "readout" (doubles, read only): what the drag has done so
+/// far; null without one.
 class Gizmo : public ViewerPlugin::ManipulatorPlugin {
 public:
     bool event(const GroupAttribute& event) override;
@@ -37,56 +39,25 @@ public:
     static bool matches(const GroupAttribute& locationAttributes);
 
 protected:
-    enum class Motion {
-        Axis,    ///< along the axis
-        Plane,   ///< in the plane that the axis stands upright on
-        Picture, ///< in the plane of the picture
-    };
-    struct Part {
-        const char* name;
-        const char* handlePlugin;
-        Motion motion;
-        /// 0, 1 or 2: which of the gizmo's axes the handle's x axis lies along.
-        int axis;
-    };
-    /// Where the gizmo stands.
-    struct Place {
-        Imath::V3d centre;
-        /// The directions of its axes, in rows; a rotation.
-        Imath::M44d axes;
-        /// Of its axes, in world units.
-        double length = 0.0;
-
-        [[nodiscard]] Imath::V3d axis(int index) const {
-            return {axes[index][0], axes[index][1], axes[index][2]};
-        }
-    };
-    struct Grasp {
-        Part part;
-        Place place;
-        Ray ray;
-        PictureSpace space;
-    };
-
     /// The parts live as long as the library.
-    Gizmo(ViewerPlugin::ManipulatorHost manipulatorHost, std::span<const Part> gizmoParts);
+    Gizmo(ViewerPlugin::ManipulatorHost manipulatorHost, std::span<const GizmoPart> gizmoParts);
 
-    /// A drag begins; false when there is nothing to drag.
-    virtual bool beginDrag(const Grasp& grasp) = 0;
-    /// The mouse points along this ray. `step` is 0 when it may go freely. False when nothing is
-    /// left that could be changed: the drag then ends as if taken back.
-    virtual bool drag(const Ray& ray, double step) = 0;
-    /// What has been done is kept, or taken back.
-    virtual void endDrag(bool isKept) = 0;
-    [[nodiscard]] virtual Attribute getReadout() const = 0;
+    /// A drag begins; null when there is nothing to drag.
+    virtual std::unique_ptr<Drag> beginDrag(const Grasp& grasp) = 0;
+    /// The directions of the gizmo's axes, of length 1, in rows: as the option says.
+    [[nodiscard]] virtual Imath::M44d axes() const;
+    /// The step that suits a gizmo of this length, in the unit of the readout: a round part of it.
+    [[nodiscard]] virtual double usualStep(double length) const;
+
+    /// Of the manipulator's locations the first; "" without one.
+    [[nodiscard]] std::string firstLocation() const;
 
 private:
     using Event = ViewerPlugin::ViewportEvent;
 
-    [[nodiscard]] PictureSpace pictureSpace() const;
-    [[nodiscard]] Place place(const PictureSpace& space) const;
+    [[nodiscard]] GizmoPlace place(const PictureSpace& space) const;
     /// Whether a part can be dragged as it is seen now.
-    [[nodiscard]] static bool isUsable(const Part& part, const Place& place,
+    [[nodiscard]] static bool isUsable(const GizmoPart& part, const GizmoPlace& place,
                                        const PictureSpace& space);
     /// Moves the handles to where they stand now, and calls `use(handle host, index)` for those
     /// that are usable.
@@ -101,11 +72,12 @@ private:
     const std::uint64_t axesId;
     const std::uint64_t snapStepId;
     const std::uint64_t readoutId;
-    const std::span<const Part> parts;
+    const std::span<const GizmoPart> parts;
     bool isLocal = false;
     double snapStep = 0.0;
+    std::unique_ptr<Drag> current;
     /// The part that is being dragged, and the gizmo's length when that began.
-    std::optional<std::size_t> engaged;
+    std::size_t engaged = 0;
     double engagedLength = 0.0;
     /// Where the mouse was last.
     Imath::V2i last;

@@ -42,35 +42,13 @@ std::pair<std::string, Attribute> whatIsThere(const GroupAttribute& location, st
                : std::pair<std::string, Attribute>();
 }
 
-} // namespace
-
-LiveEdits::LiveEdits(ManipulatorHost manipulator, const std::vector<Target>& targets)
-    : host(manipulator) {
-    const ViewerDelegateHost delegate = delegateOf(host);
-    for (const Target& target : targets) {
-        auto [name, original] =
-            whatIsThere(delegate.getAttributes(target.path), target.attributeName);
-        edits.push_back({target, std::move(name), std::move(original), target.atRest});
-    }
-    for (const Edit& edit : edits) {
-        host.openManipulationGroup(edit.target.path);
-    }
-}
-
-LiveEdits::~LiveEdits() {
-    try {
-        close([this] { takeBack(); });
-    } catch (...) {
-        // The application, which is told of the end, may fail; there is nobody to tell it to.
-    }
-}
-
-template <typename Call>
-void LiveEdits::each(Call call) {
+/// Calls for each, and raises what the first that failed has raised.
+template <typename Elements, typename Call>
+void each(Elements& elements, Call call) {
     std::exception_ptr first;
-    for (Edit& edit : edits) {
+    for (auto& element : elements) {
         try {
-            call(edit);
+            call(element);
         } catch (...) {
             if (!first) {
                 first = std::current_exception();
@@ -82,10 +60,36 @@ void LiveEdits::each(Call call) {
     }
 }
 
+} // namespace
+
+LiveEdits::LiveEdits(ManipulatorHost manipulator, const std::vector<Target>& targets)
+    : host(manipulator) {
+    const ViewerDelegateHost delegate = delegateOf(host);
+    for (const Target& target : targets) {
+        auto [name, original] =
+            whatIsThere(delegate.getAttributes(target.path), target.attributeName);
+        edits.push_back({target, std::move(name), std::move(original), target.atRest});
+        if (paths.empty() || paths.back() != target.path) {
+            paths.push_back(target.path);
+        }
+    }
+    for (const std::string& path : paths) {
+        host.openManipulationGroup(path);
+    }
+}
+
+LiveEdits::~LiveEdits() {
+    try {
+        close([this] { takeBack(); });
+    } catch (...) {
+        // The application, which is told of the end, may fail; there is nobody to tell it to.
+    }
+}
+
 bool LiveEdits::lookForLost() {
-    const StringAttribute paths = host.getLocationPaths();
+    const StringAttribute locations = host.getLocationPaths();
     std::unordered_set<std::string_view> active;
-    for (const std::string_view path : paths.getNearestSample(0.0f)) {
+    for (const std::string_view path : locations.getNearestSample(0.0f)) {
         active.insert(path);
     }
     const ViewerDelegateHost delegate = delegateOf(host);
@@ -101,7 +105,7 @@ bool LiveEdits::lookForLost() {
 bool LiveEdits::show(const std::vector<Attribute>& values) {
     const bool isAnyLeft = lookForLost();
     std::size_t next = 0;
-    each([&](Edit& edit) {
+    each(edits, [&](Edit& edit) {
         const Attribute& value = values[next++];
         if (!edit.isLost) {
             isChanged = true;
@@ -118,7 +122,7 @@ void LiveEdits::finish() {
             takeBack();
             return;
         }
-        each([this](const Edit& edit) {
+        each(edits, [this](const Edit& edit) {
             if (!edit.isLost) {
                 host.setValue(edit.target.path, edit.target.attributeName, edit.shown, true);
             }
@@ -127,7 +131,7 @@ void LiveEdits::finish() {
 }
 
 void LiveEdits::takeBack() {
-    each([this](const Edit& edit) {
+    each(edits, [this](const Edit& edit) {
         const auto& [path, name, atRest] = edit.target;
         if (edit.originalName != name) {
             host.setValue(path, name, atRest, false);
@@ -148,7 +152,7 @@ void LiveEdits::close(const std::function<void()>& last) {
     } catch (...) {
         failure = std::current_exception();
     }
-    each([this](const Edit& edit) { host.closeManipulationGroup(edit.target.path); });
+    each(paths, [this](const std::string& path) { host.closeManipulationGroup(path); });
     if (failure) {
         std::rethrow_exception(failure);
     }

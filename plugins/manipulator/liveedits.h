@@ -8,9 +8,9 @@
 
 namespace Bundled {
 
-/// The values that a gesture shows on a manipulator's locations, one attribute of each. They are
-/// kept, in one step of undo, when the gesture is finished; one that ends without that brings back
-/// what was there when it began. [ui-thread]
+/// The values that a gesture shows on a manipulator's locations. They are kept, in one step of
+/// undo, when the gesture is finished; one that ends without that brings back what was there when
+/// it began. [ui-thread]
 ///
 /// A location that the manipulator or the viewer has lost meanwhile, as it went or fits no longer,
 /// has left the gesture: nothing more is shown on it, and nothing is kept of what was. It stays out
@@ -30,6 +30,7 @@ public:
         Attribute atRest;
     };
 
+    /// Targets of one location stand side by side.
     LiveEdits(ViewerPlugin::ManipulatorHost manipulator, const std::vector<Target>& targets);
     LiveEdits(const LiveEdits&) = delete;
     LiveEdits& operator=(const LiveEdits&) = delete;
@@ -56,10 +57,10 @@ private:
     bool lookForLost();
     void takeBack();
     void close(const std::function<void()>& last);
-    template <typename Call>
-    void each(Call call);
 
     const ViewerPlugin::ManipulatorHost host;
+    /// Each once.
+    std::vector<std::string> paths;
     std::vector<Edit> edits;
     bool isChanged = false;
     bool isOpen = true;

@@ -24,9 +24,7 @@ Ray PictureSpace::rayAt(const Imath::V2i& pixel) const {
         // In the camera's plane, and not in the nearest that is drawn.
         origin = {nearest.x, nearest.y, 0.0};
     }
-    V3d turned;
-    viewToWorld.multDirMatrix(direction, turned);
-    return {origin * viewToWorld, turned.normalized()};
+    return {origin * viewToWorld, inWorld(direction)};
 }
 
 double PictureSpace::pixelLengthAt(const V3d& point) const {
@@ -36,9 +34,9 @@ double PictureSpace::pixelLengthAt(const V3d& point) const {
     return w > 0.0 ? 2.0 * w / (viewToClip[1][1] * height) : 0.0;
 }
 
-V3d PictureSpace::forward() const {
+V3d PictureSpace::inWorld(const V3d& viewDirection) const {
     V3d direction;
-    viewToWorld.multDirMatrix(V3d(0.0, 0.0, -1.0), direction);
+    viewToWorld.multDirMatrix(viewDirection, direction);
     return direction.normalized();
 }
 

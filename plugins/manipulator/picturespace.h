@@ -31,12 +31,17 @@ public:
     /// From the camera to the point, of length 1.
     [[nodiscard]] Imath::V3d sightTo(const Imath::V3d& point) const;
 
-    /// Where the camera looks, of length 1.
-    [[nodiscard]] Imath::V3d forward() const;
+    /// The camera's directions in the world, of length 1; it looks forward.
+    [[nodiscard]] Imath::V3d right() const { return inWorld({1.0, 0.0, 0.0}); }
+    [[nodiscard]] Imath::V3d up() const { return inWorld({0.0, 1.0, 0.0}); }
+    [[nodiscard]] Imath::V3d forward() const { return inWorld({0.0, 0.0, -1.0}); }
 
     [[nodiscard]] bool isPerspective() const noexcept { return viewToClip[2][3] != 0.0; }
 
 private:
+    /// A direction, in length 1.
+    [[nodiscard]] Imath::V3d inWorld(const Imath::V3d& viewDirection) const;
+
     Imath::M44d worldToView;
     Imath::M44d viewToWorld;
     Imath::M44d viewToClip;

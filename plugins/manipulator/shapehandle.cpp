@@ -22,7 +22,11 @@ constexpr Color kReadOnlyColor = {0.20f, 0.20f, 0.21f, 1.0f};
 } // namespace
 
 int ShapeHandle::axis() const {
-    const Imath::M44d local = toMatrix(host.getLocalXform());
+    const auto xform = host.getLocalXform();
+    if (!xform) {
+        return -1;
+    }
+    const Imath::M44d local = toMatrix(xform);
     const double* row = local[0];
     return static_cast<int>(
         std::max_element(row, row + 3,
@@ -30,12 +34,20 @@ int ShapeHandle::axis() const {
         row);
 }
 
+Imath::M44d ShapeHandle::shapeToWorld() const {
+    return toMatrix(host.getCombinedXform());
+}
+
+HandlePainter& ShapeHandle::painting() {
+    if (!painter) {
+        painter = HandlePainter::share();
+    }
+    return *painter;
+}
+
 void ShapeHandle::draw() {
     if (!isGLReady()) {
         return;
-    }
-    if (!painter) {
-        painter = HandlePainter::share();
     }
     const ViewerPlugin::ManipulatorHost owner = manipulator();
     const int which = axis();
@@ -45,19 +57,17 @@ void ShapeHandle::draw() {
                   : which < 0         ? kPlainColor
                                       : kAxisColors[which];
     color[3] = host.isEngaged() || host.isMarked() ? std::max(opacity(), 0.8f) : opacity();
-    painter->draw(shape(), toMatrix(host.getCombinedXform()),
-                  ViewerPlugin::ViewportHost(owner.getViewport().host), color);
+    painting().draw(shape(), shapeToWorld(), ViewerPlugin::ViewportHost(owner.getViewport().host),
+                    color, opacityBehind());
 }
 
 void ShapeHandle::pickerDraw(std::uint64_t pickerId) {
     if (!isGLReady()) {
         return;
     }
-    if (!painter) {
-        painter = HandlePainter::share();
-    }
-    painter->drawId(graspedShape(), toMatrix(host.getCombinedXform()),
-                    ViewerPlugin::ViewportHost(manipulator().getViewport().host), pickerId);
+    painting().drawId(graspedShape(), shapeToWorld(),
+                      ViewerPlugin::ViewportHost(manipulator().getViewport().host), pickerId,
+                      opacityBehind() == 1.0f);
 }
 
 } // namespace Bundled

@@ -8,8 +8,9 @@
 namespace Bundled {
 
 /// A handle that is a shape. Its colour tells which of the manipulator's axes its own x axis lies
-/// along, and, by the flags of its host, that the pointer is over it (marked) or that it is being
-/// dragged (engaged); grey where the manipulator may not edit.
+/// along, by its local transform; one without has no axis, and no colour. By the flags of its host
+/// it shows that the pointer is over it (marked) or that it is being dragged (engaged); it is grey
+/// where the manipulator may not edit.
 class ShapeHandle : public ViewerPlugin::ManipulatorHandlePlugin {
 public:
     using ManipulatorHandlePlugin::ManipulatorHandlePlugin;
@@ -22,11 +23,19 @@ protected:
     [[nodiscard]] virtual const Shape& shape() const = 0;
     /// What takes the mouse: more than is seen, as hands are not that exact.
     [[nodiscard]] virtual const Shape& graspedShape() const = 0;
-    /// For a handle that is not an axis's, less than 0.
-    [[nodiscard]] virtual int axis() const;
+    /// Where the shape is.
+    [[nodiscard]] virtual Imath::M44d shapeToWorld() const;
     [[nodiscard]] virtual float opacity() const { return 1.0f; }
+    /// Of that of the shape, what is left of it where it lies behind its own origin, seen from the
+    /// camera. Where that is less than 1 it is not grasped.
+    [[nodiscard]] virtual float opacityBehind() const { return 1.0f; }
+
+    /// Of the manipulator's axes the one that the handle lies along, or less than 0.
+    [[nodiscard]] int axis() const;
 
 private:
+    [[nodiscard]] HandlePainter& painting();
+
     std::shared_ptr<HandlePainter> painter;
 };
 

@@ -66,6 +66,50 @@ Shape squareShape(float grow) {
     return {corners[0], corners[1], corners[2], corners[0], corners[2], corners[3]};
 }
 
+Shape ringShape(float radius, float tube) {
+    constexpr int kSteps = 8;
+    constexpr int kRingSegments = 96;
+    std::vector<ProfilePoint> profile;
+    for (int i = 0; i <= kSteps; ++i) {
+        const double angle = -2.0 * M_PI * i / kSteps;
+        profile.push_back({tube * static_cast<float>(std::cos(angle)),
+                           radius + tube * static_cast<float>(std::sin(angle))});
+    }
+    return lathe(profile, kRingSegments);
+}
+
+Shape cubeShape(const V3f& centre, float half) {
+    Shape shape;
+    for (int axis = 0; axis < 3; ++axis) {
+        for (const float side : {-1.0f, 1.0f}) {
+            V3f normal(0.0f);
+            V3f across(0.0f);
+            V3f along(0.0f);
+            normal[axis] = side;
+            across[(axis + 1) % 3] = half;
+            along[(axis + 2) % 3] = half;
+            const V3f middle = centre + normal * half;
+            const ShapeVertex corners[] = {{middle - across - along, normal},
+                                           {middle + across - along, normal},
+                                           {middle + across + along, normal},
+                                           {middle - across + along, normal}};
+            for (const int corner : {0, 1, 2, 0, 2, 3}) {
+                shape.push_back(corners[corner]);
+            }
+        }
+    }
+    return shape;
+}
+
+Shape boxShape(float thicken) {
+    const float half = 0.05f + thicken;
+    const float stick = 0.012f + thicken;
+    Shape shape = lathe({{0.16f, 0.0f}, {0.16f, stick}, {0.9f, stick}}, kSegments);
+    const Shape cube = cubeShape({0.95f, 0.0f, 0.0f}, half);
+    shape.insert(shape.end(), cube.begin(), cube.end());
+    return shape;
+}
+
 Shape ballShape(float radius) {
     constexpr int kSteps = 12;
     std::vector<ProfilePoint> profile;

@@ -30,6 +30,16 @@ struct ProfilePoint {
 /// A square in the positive quarter of the plane x = 0. `grow` moves its edges outwards.
 [[nodiscard]] Shape squareShape(float grow = 0.0f);
 
+/// A ring around the x axis. `tube` is the radius of what it is made of.
+[[nodiscard]] Shape ringShape(float radius, float tube);
+
+/// A cube, with edges along the axes.
+[[nodiscard]] Shape cubeShape(const Imath::V3f& centre, float half);
+
+/// A cube around the end of a stick of length 1 along x that begins off the origin. `thicken`
+/// widens both, in their own units.
+[[nodiscard]] Shape boxShape(float thicken = 0.0f);
+
 /// A ball around the origin.
 [[nodiscard]] Shape ballShape(float radius);
 

@@ -1,5 +1,6 @@
 #include "manipulator/dragmath.h"
 #include "manipulator/picturespace.h"
+#include "support/cameras.h"
 
 #include <gtest/gtest.h>
 
@@ -19,45 +20,16 @@ using Bundled::snapped;
 using Imath::M44d;
 using Imath::V2i;
 using Imath::V3d;
-
-constexpr int kWidth = 400;
-constexpr int kHeight = 200;
-constexpr double kNear = 0.1;
-constexpr double kFar = 1000.0;
-
-/// A picture of 90 degrees over its height.
-M44d perspective() {
-    const double aspect = static_cast<double>(kWidth) / kHeight;
-    M44d matrix(0.0);
-    matrix[0][0] = 1.0 / aspect;
-    matrix[1][1] = 1.0;
-    matrix[2][2] = (kFar + kNear) / (kNear - kFar);
-    matrix[2][3] = -1.0;
-    matrix[3][2] = 2.0 * kFar * kNear / (kNear - kFar);
-    matrix[3][3] = 0.0;
-    return matrix;
-}
-
-/// A picture of 20 units in width.
-M44d orthographic() {
-    M44d matrix;
-    matrix[0][0] = 2.0 / 20.0;
-    matrix[1][1] = 2.0 / 10.0;
-    matrix[2][2] = 2.0 / (kNear - kFar);
-    matrix[3][2] = (kFar + kNear) / (kNear - kFar);
-    return matrix;
-}
+using TestCameras::kHeight;
+using TestCameras::kWidth;
+using TestCameras::orthographic;
+using TestCameras::perspective;
+using TestCameras::seenAt;
 
 /// A camera that stands somewhere and is turned.
 M44d someView() {
     return (M44d().setEulerAngles(V3d(0.3, -0.8, 0.1)) * M44d().setTranslation(V3d(4, 5, 6)))
         .inverse();
-}
-
-/// Where a point of the world is seen, in fractions of pixels from the top left.
-Imath::V2d seenAt(const M44d& view, const M44d& projection, const V3d& point) {
-    const V3d clip = point * (view * projection);
-    return {(clip.x + 1.0) / 2.0 * kWidth, (1.0 - clip.y) / 2.0 * kHeight};
 }
 
 double distanceTo(const Ray& ray, const V3d& point) {
@@ -107,6 +79,20 @@ TEST(PictureSpace, pointBehindThePerspectiveCameraHasNoPixelLength) {
     EXPECT_GT(space.pixelLengthAt({0, 0, -1}), 0.0);
     EXPECT_EQ(space.pixelLengthAt({0, 0, 0}), 0.0);
     EXPECT_EQ(space.pixelLengthAt({0, 0, 1}), 0.0);
+}
+
+TEST_P(PictureSpaces, directionsAreThoseOfThePicture) {
+    const M44d view = someView();
+    const PictureSpace space(view, GetParam(), kWidth, kHeight);
+    const V3d point = V3d(2.0, -1.0, -12.0) * view.inverse();
+    const Imath::V2d from = seenAt(view, GetParam(), point);
+    const Imath::V2d right = seenAt(view, GetParam(), point + space.right()) - from;
+    const Imath::V2d up = seenAt(view, GetParam(), point + space.up()) - from;
+    EXPECT_GT(right.x, 1.0);
+    EXPECT_NEAR(right.y, 0.0, 1e-9);
+    EXPECT_LT(up.y, -1.0);
+    EXPECT_NEAR(up.x, 0.0, 1e-9);
+    EXPECT_NEAR((space.up().cross(space.right()) - space.forward()).length(), 0.0, 1e-12);
 }
 
 TEST(PictureSpace, sightIsFromThePlaceOfAPerspectiveCameraAndAlongAnOrthographicOne) {

@@ -8,6 +8,9 @@ namespace {
 
 using Bundled::arrowShape;
 using Bundled::ballShape;
+using Bundled::boxShape;
+using Bundled::cubeShape;
+using Bundled::ringShape;
 using Bundled::Shape;
 using Bundled::ShapeVertex;
 using Bundled::squareShape;
@@ -25,10 +28,9 @@ TEST(Shapes, areTrianglesWithNormalsOfLengthOne) {
     const struct {
         const char* name;
         Shape shape;
-    } rows[] = {{"arrow", arrowShape()},
-                {"thick arrow", arrowShape(0.05f)},
-                {"square", squareShape()},
-                {"ball", ballShape(0.5f)}};
+    } rows[] = {{"arrow", arrowShape()},   {"thick arrow", arrowShape(0.05f)},
+                {"box", boxShape()},       {"ring", ringShape(1.0f, 0.1f)},
+                {"square", squareShape()}, {"ball", ballShape(0.5f)}};
     for (const auto& row : rows) {
         ASSERT_FALSE(row.shape.empty()) << row.name;
         EXPECT_EQ(row.shape.size() % 3, 0u) << row.name;
@@ -59,6 +61,29 @@ TEST(Shapes, squareStandsUprightOnXInThePositiveQuarter) {
     EXPECT_EQ(box.max.x, 0.0f);
     EXPECT_GT(box.min.y, 0.0f);
     EXPECT_GT(box.min.z, 0.0f);
+}
+
+TEST(Shapes, ringLiesAroundXAndItsNormalsPointOutwards) {
+    for (const ShapeVertex& vertex : ringShape(1.0f, 0.1f)) {
+        const V3f& at = vertex.position;
+        const V3f core = V3f(0.0f, at.y, at.z).normalized();
+        EXPECT_NEAR((at - core).length(), 0.1f, 1e-5f);
+        EXPECT_GT((at - core).dot(vertex.normal), 0.08f);
+    }
+}
+
+TEST(Shapes, cubesNormalsPointOutwards) {
+    const V3f centre(1.0f, 2.0f, 3.0f);
+    for (const ShapeVertex& vertex : cubeShape(centre, 0.5f)) {
+        EXPECT_NEAR((vertex.position - centre).dot(vertex.normal), 0.5f, 1e-6f);
+    }
+}
+
+TEST(Shapes, boxStandsAtTheEndOfItsStick) {
+    const Imath::Box3f box = boxOf(boxShape());
+    EXPECT_NEAR(box.max.x, 1.0f, 1e-6f);
+    EXPECT_GT(box.min.x, 0.1f) << "where the cube in the middle is";
+    EXPECT_NEAR(box.max.y, -box.min.y, 1e-5f);
 }
 
 TEST(Shapes, whatIsGraspedReachesBeyondWhatIsSeenOnAllSides) {

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "manipulator/picturespace.h"
+#include "viewer_api/plugin/ViewportHost.h"
+
+#include "VlAttribute/Attribute.h"
+
+namespace Bundled {
+
+/// What the mouse does with a gizmo's handle, from the press to the release. One that ends without
+/// being finished takes back what it did. [ui-thread]
+class Drag {
+public:
+    Drag() = default;
+    Drag(const Drag&) = delete;
+    Drag& operator=(const Drag&) = delete;
+    virtual ~Drag() = default;
+
+    /// The mouse points along this ray. `step` is 0 when it may go freely. False when nothing is
+    /// left that could be changed: the drag then ends as if taken back.
+    virtual bool moveTo(const Ray& ray, double step) = 0;
+    /// What has been done is kept.
+    virtual void finish() = 0;
+    /// What has been done so far, in numbers; not null.
+    [[nodiscard]] virtual VlAttribute::Attribute getReadout() const = 0;
+    /// What shows of it beside the handles. [gl-current]
+    virtual void draw(const ViewerPlugin::ViewportHost& /*viewport*/) const {}
+};
+
+} // namespace Bundled

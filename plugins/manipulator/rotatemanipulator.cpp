@@ -1,0 +1,74 @@
+#include "manipulator/componentdrag.h"
+#include "manipulator/dragmath.h"
+#include "manipulator/gizmo.h"
+#include "manipulator/ringturn.h"
+#include "manipulator/rotations.h"
+
+#include "VlAttribute/DoubleAttribute.h"
+#include "VlAttribute/StringAttribute.h"
+
+namespace Bundled {
+
+namespace {
+
+class RotateDrag final : public ComponentDrag {
+public:
+    RotateDrag(const Grasp& begun, const RingTurn& begunRing,
+               ViewerPlugin::ManipulatorHost manipulator)
+        : ComponentDrag(begun, manipulator, XformComponents::Kind::Rotate), ring(begunRing) {}
+
+    bool moveTo(const Ray& ray, double step) override {
+        degrees = snapped(ring.turnTo(ray), step);
+        const Turn turn{grasp.axis(), degrees};
+        return edits.show([&](const ComponentEdits::Each& edit) {
+            return turned(edit.components.values,
+                          turnWithin(edit.worldToComponents, turn, ring.arm()));
+        });
+    }
+
+    VlAttribute::Attribute getReadout() const override {
+        return VlAttribute::DoubleAttribute(degrees);
+    }
+
+private:
+    RingTurn ring;
+    double degrees = 0.0;
+};
+
+} // namespace
+
+/// "RotateManipulator": turns locations, each around its own pivot, by their rotations. Its readout
+/// is the angle so far, in degrees, counter-clockwise seen from the tip of the ring's axis; of the
+/// ring that faces the camera, as it is seen.
+///
+/// Under parents that size unevenly a location can't be turned as from outside. What it does there
+/// keeps the ring's plane, and what is grasped under the pointer; see `turnWithin`.
+class RotateManipulator final : public Gizmo {
+public:
+    explicit RotateManipulator(ViewerPlugin::ManipulatorHost manipulatorHost)
+        : Gizmo(manipulatorHost, kParts) {}
+
+    static GroupAttribute getTags() {
+        return {{"displayName", VlAttribute::StringAttribute("Rotate")},
+                {"group", VlAttribute::StringAttribute("Transform")}};
+    }
+
+protected:
+    std::unique_ptr<Drag> beginDrag(const Grasp& grasp) override {
+        const auto ring = RingTurn::begin(grasp, grasp.place.length);
+        return ring ? ComponentDrag::unlessIdle(std::make_unique<RotateDrag>(grasp, *ring, host))
+                    : nullptr;
+    }
+    double usualStep(double /*length*/) const override { return kStepDegrees; }
+
+private:
+    static constexpr double kStepDegrees = 15.0;
+    static constexpr GizmoPart kParts[] = {{"x", "RingHandle", Motion::Ring, 0},
+                                           {"y", "RingHandle", Motion::Ring, 1},
+                                           {"z", "RingHandle", Motion::Ring, 2},
+                                           {"view", "RingHandle", Motion::Ring, -1}};
+};
+
+} // namespace Bundled
+
+VL_REGISTER_PLUGIN(Bundled::RotateManipulator, "RotateManipulator");
