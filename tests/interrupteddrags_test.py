@@ -5,7 +5,7 @@ import unittest
 
 import ostrel
 import PyScenelib
-from manipulators_test import DEADLINE, HEIGHT, WIDTH, ManipulatorTest, location
+from gizmos import DEADLINE, HEIGHT, WIDTH, ManipulatorTest, location
 from ostrel import events
 from PyVlAttribute import DoubleAttribute, GroupAttribute, GroupBuilder, StringAttribute
 
