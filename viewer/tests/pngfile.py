@@ -1,4 +1,4 @@
-"""Reads PNG files of 8-bit RGBA, for tests: neither interpreter brings a reader."""
+"""Reads PNG files of 8-bit RGB and RGBA, for tests: neither interpreter brings a reader."""
 import struct
 import zlib
 
@@ -18,21 +18,31 @@ class Picture(object):
             position += 12 + length
             if kind == b"IHDR":
                 self.width, self.height, depth, colour = struct.unpack(">IIBB", body[:10])
-                assert (depth, colour) == (8, 6), "not 8-bit RGBA"
+                assert (depth, colour) in ((8, 2), (8, 6)), "neither 8-bit RGB nor RGBA"
+                size = 3 if colour == 2 else 4
             elif kind == b"IDAT":
                 packed += body
-        self.rows = self._unfiltered(bytearray(zlib.decompress(packed)))
+        self.rows = self._unfiltered(bytearray(zlib.decompress(packed)), size)
+        if size == 3:
+            self.rows = [self._opaque(row) for row in self.rows]
 
-    def _unfiltered(self, data):
-        stride = self.width * 4
+    @staticmethod
+    def _opaque(row):
+        rgba = bytearray(b"\xff") * (len(row) // 3 * 4)
+        for channel in range(3):
+            rgba[channel::4] = row[channel::3]
+        return rgba
+
+    def _unfiltered(self, data, size):
+        stride = self.width * size
         rows = []
         above = bytearray(stride)
         for y in range(self.height):
             begin = y * (stride + 1)
             kind, row = data[begin], data[begin + 1:begin + 1 + stride]
             for x in range(stride if kind else 0):
-                left = row[x - 4] if x >= 4 else 0
-                corner = above[x - 4] if x >= 4 else 0
+                left = row[x - size] if x >= size else 0
+                corner = above[x - size] if x >= size else 0
                 if kind == 1:
                     guess = left
                 elif kind == 2:

@@ -22,7 +22,7 @@ protected:
         png_image png{};
         png.version = PNG_IMAGE_VERSION;
         EXPECT_NE(png_image_begin_read_from_file(&png, path.c_str()), 0) << png.message;
-        EXPECT_EQ(png.format, static_cast<png_uint_32>(PNG_FORMAT_RGBA));
+        png.format = PNG_FORMAT_RGBA;
         Image image{static_cast<int>(png.width), static_cast<int>(png.height), {}};
         image.rgba.resize(PNG_IMAGE_SIZE(png));
         EXPECT_NE(png_image_finish_read(&png, nullptr, image.rgba.data(), 0, nullptr), 0);
@@ -51,6 +51,18 @@ TEST_F(WritePngTest, whatIsWrittenIsReadBackBitByBit) {
     }
     writePng((folder / "large.png").string(), large);
     EXPECT_EQ(read(folder / "large.png"), large);
+}
+
+TEST_F(WritePngTest, anImageWithoutHolesHasNoAlphaInTheFile) {
+    const Image opaque{2, 1, {255, 0, 0, 255, 0, 255, 0, 255}};
+    const fs::path path = folder / "opaque.png";
+    writePng(path.string(), opaque);
+    png_image png{};
+    png.version = PNG_IMAGE_VERSION;
+    ASSERT_NE(png_image_begin_read_from_file(&png, path.c_str()), 0) << png.message;
+    EXPECT_EQ(png.format, static_cast<png_uint_32>(PNG_FORMAT_RGB));
+    png_image_free(&png);
+    EXPECT_EQ(read(path), opaque);
 }
 
 TEST_F(WritePngTest, aFileThatIsThereIsReplaced) {

@@ -14,7 +14,7 @@ struct Image {
     friend bool operator==(const Image&, const Image&) = default;
 };
 
-/// Writes a PNG file (RGBA, 8 bits). Throws std::runtime_error, "Can't write 'PATH': REASON", when
-/// the file can't be written or the image is empty or isn't as long as its size says; no
-/// half-written file stays behind then. [any-thread]
+/// Writes a PNG file: 8 bits, RGBA, or RGB when every pixel is opaque. Throws std::runtime_error,
+/// "Can't write 'PATH': REASON", when the file can't be written or the image is empty or isn't as
+/// long as its size says; no half-written file stays behind then. [any-thread]
 void writePng(const std::string& path, const Image& image);
