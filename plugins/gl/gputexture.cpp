@@ -1,8 +1,33 @@
 #include "gl/gputexture.h"
 
+#include "gl/miplevels.h"
+#include "gl/renderer.h"
+
 #include <algorithm>
 
 namespace Bundled {
+
+namespace {
+
+void uploadLevel(int level, const Picture& picture) {
+    glTexImage2D(GL_TEXTURE_2D, level, GL_SRGB8_ALPHA8, picture.width, picture.height, 0, GL_RGBA,
+                 GL_UNSIGNED_BYTE, picture.rgba.data());
+}
+
+void uploadSmallerLevels(const Picture& picture) {
+    if (!isSoftwareRenderer()) {
+        glGenerateMipmap(GL_TEXTURE_2D);
+        return;
+    }
+    // The renderer would compile programs first, which takes far longer than the work itself.
+    Picture level = picture;
+    for (int i = 1; level.width > 1 || level.height > 1; ++i) {
+        level = nextMipLevel(level);
+        uploadLevel(i, level);
+    }
+}
+
+} // namespace
 
 GpuTexture::GpuTexture(const std::string& file) : GpuTexture(readPicture(file)) {}
 
@@ -20,10 +45,9 @@ GpuTexture::GpuTexture(const Picture& picture) {
     }
     glBindTexture(GL_TEXTURE_2D, texture.create());
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_SRGB8_ALPHA8, picture.width, picture.height, 0, GL_RGBA,
-                 GL_UNSIGNED_BYTE, picture.rgba.data());
+    uploadLevel(0, picture);
+    uploadSmallerLevels(picture);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
-    glGenerateMipmap(GL_TEXTURE_2D);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
     if (GLEW_EXT_texture_filter_anisotropic) {
