@@ -20,17 +20,16 @@ public:
     void reset();
 
 private:
-    bool allocate(int newWidth, int newHeight, int samples);
+    bool allocate(int newWidth, int newHeight, int newSamples);
 
     int width = 0;
     int height = 0;
     bool isUsable = false;
     GLint outer = 0;
+    int samples = 0; ///< that `encode` is made for
     GLFramebuffer multisampled;
-    GLRenderbuffer color;
+    GLTexture color;
     GLRenderbuffer depth;
-    GLFramebuffer resolved;
-    GLTexture picture;
     GLVertexArray corners;
     ShaderProgram encode;
 };

@@ -4,7 +4,8 @@ namespace Bundled {
 
 /// A triangle that covers the picture, from no buffers; passes `place`, 0 to 1 from bottom left.
 extern const char* const kFullscreenVertexShader;
-/// Encodes linear light as sRGB.
+/// Encodes linear light as sRGB, the mean of a pixel's samples. Goes behind a line that defines the
+/// integer constant `samples`.
 extern const char* const kEncodeFragmentShader;
 /// A vertical gradient behind everything.
 extern const char* const kBackgroundFragmentShader;
