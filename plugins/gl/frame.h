@@ -22,6 +22,9 @@ struct Frame {
         return Imath::M44d(worldToView) * Imath::M44d(viewToClip);
     }
     [[nodiscard]] bool isPerspective() const noexcept { return viewToClip[2][3] != 0.0f; }
+    /// How far from a perspective camera the corners of what it sees of the near plane are: nothing
+    /// that is farther away is cut off by it.
+    [[nodiscard]] double nearReach() const;
     /// Where the camera is, in world space; for a perspective one.
     [[nodiscard]] Imath::V3d eye() const { return Imath::V3d(worldToView.inverse().translation()); }
 };

@@ -41,11 +41,17 @@ void sortBackToFront(std::vector<const DrawItem*>& items, const Frame& frame) {
                    [](const auto& entry) { return entry.second; });
 }
 
-/// Whether a draft can leave the back sides out unseen. A camera among the instances might stand in
-/// one of them, so it does not count as outside.
+/// Whether the back sides can be left out unseen. A camera among the instances might stand in
+/// one of them, so it does not count as outside; nor one that is so near that it cuts front sides
+/// off.
 bool hidesBackSides(const DrawItem& item, const Frame& frame, const Imath::V3d& eye) {
-    return item.mesh->isClosed() && item.material->opacity >= 1.0f && frame.isPerspective() &&
-           !item.batch->bounds.intersects(eye) && !item.batch->isMirrored;
+    if (!item.mesh->isClosed() || item.material->opacity < 1.0f || item.batch->isMirrored ||
+        !frame.isPerspective()) {
+        return false;
+    }
+    const Imath::V3d margin(frame.nearReach());
+    const Imath::Box3d& bounds = item.batch->bounds;
+    return !Imath::Box3d(bounds.min - margin, bounds.max + margin).intersects(eye);
 }
 
 } // namespace
@@ -94,7 +100,7 @@ void ShadedPass::drawItems(const std::vector<const DrawItem*>& items, const Text
         program.set("opacity", item->material->opacity);
         program.set("hasTexture", picture ? 1 : 0);
         glBindTexture(GL_TEXTURE_2D, picture ? picture->get() : 0);
-        if (frame.cullBackFaces || (frame.isDraft && hidesBackSides(*item, frame, eye))) {
+        if (frame.cullBackFaces || hidesBackSides(*item, frame, eye)) {
             glEnable(GL_CULL_FACE);
         } else {
             glDisable(GL_CULL_FACE);

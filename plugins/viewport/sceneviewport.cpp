@@ -111,8 +111,8 @@ void SceneViewport::drawFine() {
     target.begin(host.getWidth(), host.getHeight());
     glViewport(0, 0, host.getWidth(), host.getHeight());
     glDepthMask(GL_TRUE);
-    glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+    // The background covers every pixel.
+    glClear(GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
     drawBackground();
     drawLayers();
     target.finish();
