@@ -43,4 +43,6 @@ fi
 interpreter=$(sed -n "s/^OSTREL_PYTHON${python/./}:FILEPATH=//p" "$build/CMakeCache.txt")
 export PYTHONPATH=$build/python$python${PYTHONPATH:+:$PYTHONPATH}
 export OSTREL_PLUGINS=$build/plugins
+# Large pages, where the system lends them: most of a picture's time is filling memory once.
+export GLIBC_TUNABLES=${GLIBC_TUNABLES:+$GLIBC_TUNABLES:}glibc.malloc.hugetlb=1
 exec "$interpreter" "$root/viewer/view.py" "$@"

@@ -20,6 +20,10 @@ display, or with --output, a picture is written. A model that can't be read is r
 its own and the others still show; the exit status is then 1."""
 
 
+#: How long to wait for the scene to tell of its models, so that reading them begins, in seconds.
+_HEAD_START = 0.003
+
+
 def parseSize(text):
     match = re.match(r"^([1-9][0-9]{0,4})x([1-9][0-9]{0,4})$", text)
     if not match or max(int(number) for number in match.groups()) > 16384:
@@ -125,6 +129,8 @@ def writePicture(session, options, failures):
             print("\rview: loading, %.1f s" % elapsed, end="", file=sys.stderr)
             sys.stderr.flush()
 
+    # While the models are read and cooked, the window is made.
+    session.pump(timeout=_HEAD_START)
     view = session.addOffscreenView(*options.size)
     view.lookThrough(options.camera)
     session.pump(progress)
