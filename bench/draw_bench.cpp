@@ -1,11 +1,10 @@
 // Pictures of large scenes through the bundled plug-ins, without an interpreter:
-// draw_bench [frames]
+// draw_bench [W5] [W6] [--repetitions FRAMES]
 //
-// cubes   10,000 cubes that are 10,000 locations, 1280x720; the same while one of them moves
-// mesh    one mesh of a million triangles
-// pick    what the cubes' pixels show: one pixel, 64x64, and everything through 64x64; and one
-// pixel
-//         from the ids that a PickingLayer keeps with each picture
+// W5  what 10,000 cubes' pixels show: one pixel, 64x64, and everything through 64x64; and one pixel
+//     from the ids that a PickingLayer keeps with each picture
+// W6  10,000 cubes that are 10,000 locations, 1280x720; the same while one of them moves; and one
+//     mesh of a million triangles
 //
 // A frame is a viewport's draw until the renderer has finished it: "draft" frames as they are while
 // something moves (a viewport's option), "fine" ones as the picture is when nothing does.
@@ -275,16 +274,16 @@ private:
     int edit_ = 0;
 };
 
-void measureFrames(const char* workload, long n, Picture& picture, int frames) {
+void measureFrames(const std::string& scene, long n, Picture& picture, int frames) {
     for (const bool isDraft : {true, false}) {
-        const std::string way = isDraft ? "draft" : "fine";
+        const std::string way = scene + (isDraft ? "_draft" : "_fine");
         picture.setDraft(isDraft);
-        bench::print(workload, n, way + "_first_frame_ms", bench::timeMs([&] { picture.frame(); }));
+        bench::print("W6", n, way + "_first_frame_ms", bench::timeMs([&] { picture.frame(); }));
         std::vector<double> times;
         for (int i = 0; i < frames; ++i) {
             times.push_back(bench::timeMs([&] { picture.frame(); }));
         }
-        bench::print(workload, n, way + "_frame_ms", bench::median(times));
+        bench::print("W6", n, way + "_frame_ms", bench::median(times));
     }
 }
 
@@ -295,7 +294,7 @@ void measureFramesOfEdits(Picture& picture, int frames) {
         picture.move(0.1 * i);
         times.push_back(bench::timeMs([&] { picture.frame(); }));
     }
-    bench::print("cubes", kCubesInRow * kCubesInRow, "draft_frame_after_edit_ms",
+    bench::print("W6", kCubesInRow * kCubesInRow, "cubes_draft_frame_after_edit_ms",
                  bench::median(times));
 }
 
@@ -309,8 +308,8 @@ void measurePicks(Picture& picture, int picks) {
             const int y = 260 + i * 104729 % 240;
             times.push_back(bench::timeMs([&] { found += pick(x, y); }));
         }
-        bench::print("pick", kCubesInRow * kCubesInRow, metric, bench::median(times));
-        bench::print("pick", kCubesInRow * kCubesInRow, std::string(metric) + "_found",
+        bench::print("W5", kCubesInRow * kCubesInRow, metric, bench::median(times));
+        bench::print("W5", kCubesInRow * kCubesInRow, std::string(metric) + "_found",
                      static_cast<double>(found) / picks);
     };
     picture.frame();
@@ -324,11 +323,8 @@ void measurePicks(Picture& picture, int picks) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const int frames = argc > 1 ? std::atoi(argv[1]) : 31;
-    if (frames <= 0) {
-        std::fprintf(stderr, "usage: draw_bench [frames]\n");
-        return 2;
-    }
+    const auto arguments = bench::Arguments::parse(argc, argv, {"W5", "W6"}, 31);
+    const int frames = arguments.repetitions;
     try {
         registerHostSuites();
         VlScenelibEngine::registerScenelibEngine();
@@ -337,12 +333,18 @@ int main(int argc, char** argv) {
         }
         {
             Picture picture(cubes(), kCubesCamera);
-            measureFrames("cubes", kCubesInRow * kCubesInRow, picture, frames);
-            measureFramesOfEdits(picture, frames);
-            measurePicks(picture, 101);
+            if (arguments.wants("W6")) {
+                measureFrames("cubes", kCubesInRow * kCubesInRow, picture, frames);
+                measureFramesOfEdits(picture, frames);
+            }
+            if (arguments.wants("W5")) {
+                measurePicks(picture, 101);
+            }
         }
-        Picture picture(torus(1000, 500), kMeshCamera);
-        measureFrames("mesh", 1000000, picture, frames);
+        if (arguments.wants("W6")) {
+            Picture picture(torus(1000, 500), kMeshCamera);
+            measureFrames("mesh", 1000000, picture, frames);
+        }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "draw_bench: %s\n", error.what());
         return 1;

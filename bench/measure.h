@@ -135,4 +135,63 @@ double nsPerCall(long count, Call&& call, int rounds = 7) {
     return median(results);
 }
 
+/// What the command line of a benchmark says: NAME [workload...] [--leaves N] [--repetitions N].
+struct Arguments {
+    std::vector<std::string> workloads; ///< in the order in which the program knows them
+    long leaves = 1000000;
+    int repetitions = 3;
+
+    [[nodiscard]] bool wants(const std::string& workload) const {
+        return std::find(workloads.begin(), workloads.end(), workload) != workloads.end();
+    }
+
+    /// Without a workload all that the program `known` are wanted. Leaves come in thousands. Prints
+    /// what is wrong and ends the process with 2.
+    static Arguments parse(int argc, char** argv, const std::vector<std::string>& known,
+                           int repetitions = 3) {
+        Arguments arguments;
+        arguments.repetitions = repetitions;
+        std::vector<std::string> named;
+        const auto fail = [&](const std::string& text) {
+            std::string all;
+            for (const std::string& workload : known) {
+                all += " " + workload;
+            }
+            std::fprintf(stderr,
+                         "%s\nusage: %s [--leaves N] [--repetitions N] [workload...]\n"
+                         "workloads:%s\n",
+                         text.c_str(), argv[0], all.c_str());
+            std::exit(2);
+        };
+        for (int i = 1; i < argc; ++i) {
+            const std::string word = argv[i];
+            const bool isLeaves = word == "--leaves";
+            if (isLeaves || word == "--repetitions") {
+                const char* text = i + 1 < argc ? argv[++i] : "";
+                char* end = nullptr;
+                const long number = std::strtol(text, &end, 10);
+                if (*text == '\0' || *end != '\0' || number < 1 ||
+                    (isLeaves && number % 1000 != 0)) {
+                    fail("\"" + std::string(text) + "\" is no number for " + word);
+                }
+                if (isLeaves) {
+                    arguments.leaves = number;
+                } else {
+                    arguments.repetitions = static_cast<int>(number);
+                }
+            } else if (std::find(known.begin(), known.end(), word) == known.end()) {
+                fail("there is no workload \"" + word + "\" here");
+            } else {
+                named.push_back(word);
+            }
+        }
+        for (const std::string& workload : known) {
+            if (named.empty() || std::find(named.begin(), named.end(), workload) != named.end()) {
+                arguments.workloads.push_back(workload);
+            }
+        }
+        return arguments;
+    }
+};
+
 } // namespace bench

@@ -1,21 +1,26 @@
-// From the scene engine to a delegate plug-in, without an interpreter: scene_bench [leaves...]
+// From the scene engine to a delegate plug-in, without an interpreter:
+// scene_bench [workload...] [--leaves N] [--repetitions N]
 //
-// populate    a scene of sets, groups and leaves, each with a transform, is viewed and wholly
-//             opened; until the plug-in has read every leaf's world matrix
-// memory      what the process then occupies, per location
-// edit-one    one leaf's transform is changed in the op graph, until the plug-in has read its new
-//             world matrix
-// hide-group  a set of 1,000 leaves is hidden, and shown again
-// extent      the box around the whole scene is computed, and again after a leaf has moved
-// select      10,000 leaves are selected
-// drag        one of 1,000 manipulated values is set on a leaf, until the plug-in has read the
-// leaf's
-//             new world matrix; the last of them is final
+// W1      populate: the scene of sceneworkloads.h is viewed and wholly opened, until the plug-in
+// has
+//         read every leaf's world matrix
+// W2      one leaf's transform is changed in the op graph, until the plug-in has read its new world
+//         matrix; "edit_pump_us" is the part of it that the pump took which brought it
+// W3      a set of 1,000 leaves is hidden, until the plug-in knows of every one
+// W4      the box around the whole scene is computed, and again after a leaf has moved
+// W5, W6  picks and pictures: draw_bench, which this runs
+// memory  what engine, then trees, then the bundled plug-in's mirror of the scene occupy
+// select  10,000 leaves are selected
+// drag    one of 1,000 manipulated values is set on a leaf, until the plug-in has read the leaf's
+//         new world matrix; the last of them is final
+//
+// W7 and W8 are whole processes: compare.py measures them.
 
-#include "measure.h"
+#include "sceneworkloads.h"
 
 #include "manipulatorbridge.h"
 #include "optionidgenerator.h"
+#include "sceneclients.h"
 #include "suites/hostsuites.h"
 #include "suites/optionidgeneratorhostsuite.h"
 #include "vlviewerdelegatehost.h"
@@ -23,13 +28,21 @@
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
+#include "VlAttribute/StringAttribute.h"
 #include "VlPluginSystem/VlPluginSystem.h"
+#include "VlScenelib/Client.h"
+#include "VlScenelib/LocationEvent.h"
+#include "VlScenelib/ScenelibRuntime.h"
 #include "VlScenelibEngine/ScenelibEngine.h"
+
+#include <malloc.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
-#include <stdexcept>
+#include <numbers>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -37,18 +50,18 @@
 namespace {
 
 using namespace ViewerAPI;
+using bench::Consumer;
+using bench::Placement;
+using bench::Sample;
+using bench::SceneLayout;
 using VlAttribute::DoubleAttribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::GroupBuilder;
 using VlAttribute::IntAttribute;
 using VlScenelibEngine::ApplicationGraph::Transaction;
 
-constexpr long kLeavesInSet = 1000;
-constexpr long kLeavesInGroup = 100;
-const std::string kEditedLeaf = "/root/set_0/group_0/leaf_0";
-
 /// Stands for the application: takes every call and does nothing.
-class CountingBridge final : public ManipulatorBridge {
+class SilentBridge final : public ManipulatorBridge {
 public:
     bool setValue(const std::string&, const std::string&, const VlAttribute::Attribute&,
                   bool) override {
@@ -61,242 +74,354 @@ public:
     std::int32_t getManipulationCommitId() override { return -2; }
     void openManipulationGroup(const std::string&) override {}
     void closeManipulationGroup(const std::string&) override {}
-    void cleanupLiveAttributes(const std::string&) override { ++events; }
-
-    long events = 0;
+    void cleanupLiveAttributes(const std::string&) override {}
 };
 
-GroupAttribute translated(double x) {
-    return GroupBuilder().set("translate", DoubleAttribute({x, 0.0, 0.0}, 3)).build();
+std::string setPath(long set) {
+    return "/root/set_" + std::to_string(set);
 }
 
-/// A literal scene that consists of one leaf's transform.
-GroupAttribute editArgs(double x) {
-    return GroupBuilder()
-        .set("staticScene.c.set_0.c.group_0.c.leaf_0.a.xform", translated(x))
-        .build();
+std::string leafPath(long leaf) {
+    return setPath(leaf / SceneLayout::kLeavesInSet) + "/group_" +
+           std::to_string(leaf % SceneLayout::kLeavesInSet / SceneLayout::kLeavesInGroup) +
+           "/leaf_" + std::to_string(leaf % SceneLayout::kLeavesInGroup);
 }
 
-class Session {
-public:
-    explicit Session(long leaves) : leaves_(leaves) {
-        registerHostSuites();
-        VlScenelibEngine::registerScenelibEngine();
-        if (VlPluginSystem::loadLibrary(BENCH_PLUGINS) != 1) {
-            throw std::runtime_error("no plug-in in " BENCH_PLUGINS);
+std::vector<const char*> pointersTo(const std::vector<std::string>& texts) {
+    std::vector<const char*> pointers;
+    for (const std::string& text : texts) {
+        pointers.push_back(text.c_str());
+    }
+    return pointers;
+}
+
+/// The locations that have children.
+std::vector<std::string> parentPaths(long leaves) {
+    std::vector<std::string> paths = {"/root"};
+    for (long set = 0; set < leaves / SceneLayout::kLeavesInSet; ++set) {
+        paths.push_back(setPath(set));
+        for (long group = 0; group < SceneLayout::kGroupsInSet; ++group) {
+            paths.push_back(setPath(set) + "/group_" + std::to_string(group));
         }
-        setManipulatorBridgeFactory([] { return std::make_unique<CountingBridge>(); });
-        delegate_ = std::make_unique<VlViewerDelegateHostStruct>("CountingDelegate", nullptr);
-        delegate_->setBoundingBoxesEnabled(false);
+    }
+    return paths;
+}
 
+GroupAttribute xformOf(const Placement& at) {
+    const double degrees = at.radians * 180.0 / std::numbers::pi;
+    return {{"translate", DoubleAttribute({at.x, at.y, at.z}, 3)},
+            {"rotateZ", DoubleAttribute({degrees, 0.0, 0.0, 1.0}, 4)}};
+}
+
+/// The generated scene, with edits on top as a session has them.
+class EditedScene {
+public:
+    explicit EditedScene(long leaves) {
         Transaction transaction;
         const int scene = transaction.createOp(
             "Scene.Generate", {{"leafCount", IntAttribute(static_cast<std::int32_t>(leaves))},
                                {"withGeometry", IntAttribute(0)}});
-        edit_ = transaction.createOp("Scene.Literal", editArgs(0.0));
-        viewed_ = transaction.createOp("Scene.Merge", {}, {scene, edit_});
+        op_ = transaction.createOp("Scene.Edit", {}, {scene});
         transaction.commit();
     }
 
-    void openAll() {
-        std::vector<std::string> paths = {"/root"};
-        for (long set = 0; set * kLeavesInSet < leaves_; ++set) {
-            const std::string setPath = "/root/set_" + std::to_string(set);
-            paths.push_back(setPath);
-            for (long group = 0; group < 10; ++group) {
-                if (set * kLeavesInSet + group * kLeavesInGroup < leaves_) {
-                    paths.push_back(setPath + "/group_" + std::to_string(group));
-                }
-            }
+    [[nodiscard]] int getOp() const noexcept { return op_; }
+
+    void place(long leaf, const Placement& at) {
+        std::string name = "edits";
+        const std::string path = leafPath(leaf);
+        for (std::size_t begin = path.find('/', 1); begin != std::string::npos;) {
+            const std::size_t end = path.find('/', begin + 1);
+            name += ".c." + path.substr(begin + 1, end - begin - 1);
+            begin = end;
         }
-        std::vector<const char*> pointers;
-        for (const std::string& path : paths) {
-            pointers.push_back(path.c_str());
-        }
-        delegate_->openLocations(pointers.data(), static_cast<std::uint32_t>(pointers.size()));
-        numberOfLocations_ = static_cast<long>(paths.size()) + leaves_;
+        edits_ = GroupBuilder().update(edits_).set(name + ".a.xform", xformOf(at)).build();
+        Transaction transaction;
+        transaction.setOpArgs(op_, "Scene.Edit", edits_);
+        transaction.commit();
     }
 
-    void view() { delegate_->setViewOp(viewed_); }
+private:
+    int op_ = 0;
+    GroupAttribute edits_;
+};
 
-    /// Pumps until the plug-in's option has that value.
-    void pumpUntil(const char* option, double value) {
+void registerSuites() {
+    registerHostSuites();
+    VlScenelibEngine::registerScenelibEngine();
+    setManipulatorBridgeFactory([] { return std::make_unique<SilentBridge>(); });
+}
+
+std::unique_ptr<VlViewerDelegateHostStruct> makeDelegate(const char* library, const char* plugin) {
+    if (VlPluginSystem::loadLibrary(library) < 1) {
+        throw std::runtime_error("no plug-in in " + std::string(library));
+    }
+    auto delegate = std::make_unique<VlViewerDelegateHostStruct>(plugin, nullptr);
+    // The locations are those of the scene alone.
+    delegate->setBoundingBoxesEnabled(false);
+    return delegate;
+}
+
+void openAll(VlViewerDelegateHostStruct& delegate, long leaves) {
+    const std::vector<std::string> paths = parentPaths(leaves);
+    const std::vector<const char*> pointers = pointersTo(paths);
+    delegate.openLocations(pointers.data(), static_cast<std::uint32_t>(pointers.size()));
+}
+
+/// The whole road as a subject of SceneWorkloads. The consumer is the plug-in "CountingDelegate".
+class ViewedScene {
+public:
+    static constexpr long kIndexBytes = 0;
+
+    explicit ViewedScene(long leaves) : leaves_(leaves) {
+        registerSuites();
+        delegate_ = makeDelegate(BENCH_PLUGINS, "CountingDelegate");
+    }
+
+    void build() {
+        scene_ = std::make_unique<EditedScene>(leaves_);
+        openAll(*delegate_, leaves_);
+        delegate_->setViewOp(scene_->getOp());
+        toldLeaves_ = static_cast<double>(leaves_);
+    }
+
+    void update() {
         const double deadline = bench::nowMs() + 300000.0;
-        while (read(option) != value) {
+        while (read("leaves") < toldLeaves_ || (toldHidden_ && read("hidden") < *toldHidden_)) {
             if (bench::nowMs() > deadline) {
-                throw std::runtime_error(std::string(option) + " is " +
-                                         std::to_string(read(option)) + " and not " +
-                                         std::to_string(value));
+                throw std::runtime_error("the plug-in was told of " +
+                                         std::to_string(read("leaves")) + " leaves and not of " +
+                                         std::to_string(toldLeaves_));
             }
-            pumpMs += bench::timeMs([this] { delegate_->processLocationEvents(); });
-            ++pumps;
+            lastPumpMs_ = bench::timeMs([this] { delegate_->processLocationEvents(); });
             std::this_thread::yield(); // to the engine, where cores are few
         }
+        if (toldHidden_ && read("hidden") != *toldHidden_) {
+            throw std::runtime_error("hiding a set reached other locations as well");
+        }
+        toldHidden_.reset();
+        if (height_ && std::abs(read("lastZ") - *height_) > 1e-9) {
+            throw std::runtime_error("the plug-in was told of another place than that of the edit");
+        }
+        height_.reset();
+    }
+    [[nodiscard]] Consumer getConsumer() {
+        return {static_cast<long>(read("leaves")), read("checksum")};
     }
 
-    double read(const char* option) {
-        return DoubleAttribute(delegate_->getOption(idOf(option))).getValue();
+    void place(long leaf, const Placement& at) {
+        scene_->place(leaf, at);
+        toldLeaves_ += 1.0;
+        // Everything turns about z alone.
+        const long inSet = leaf % SceneLayout::kLeavesInSet;
+        height_ = SceneLayout::set(leaf / SceneLayout::kLeavesInSet).z +
+                  SceneLayout::group(inSet / SceneLayout::kLeavesInGroup).z + at.z;
     }
-    void reset() { delegate_->setOption(idOf("reset"), {}); }
-
-    void edit(double x) {
-        Transaction transaction;
-        transaction.setOpArgs(edit_, "Scene.Literal", editArgs(x));
-        transaction.commit();
-    }
-    void setHidden(bool isHidden) {
-        const char* paths[] = {"/root/set_0"};
+    void setHidden(long set, bool isHidden) {
+        const std::string path = setPath(set);
+        const char* paths[] = {path.c_str()};
+        toldHidden_ = read("hidden") + SceneLayout::kLeavesInSet + SceneLayout::kGroupsInSet + 1;
         if (isHidden) {
             delegate_->hideLocations(paths, 1);
         } else {
             delegate_->unhideLocations(paths, 1);
         }
-        delegate_->processLocationEvents();
+    }
+    std::array<double, 6> box() {
+        update();
+        const char* paths[] = {"/root"};
+        const DoubleAttribute extent = delegate_->computeMergedExtent(paths, 1, "");
+        const auto values = extent.getNearestSample(0.0F);
+        if (values.size() != 6) {
+            throw std::runtime_error("the scene has no extent");
+        }
+        return {values[0], values[2], values[4], values[1], values[3], values[5]};
     }
 
-    /// Of everything; 6 numbers.
-    DoubleAttribute extent() {
-        const char* paths[] = {"/root"};
-        return delegate_->computeMergedExtent(paths, 1, "");
-    }
+    /// Spent in the last pump, without waiting for the engine.
+    [[nodiscard]] double getLastPumpMs() const { return lastPumpMs_; }
+
     void select(const std::vector<const char*>& paths) {
         delegate_->setSelectedLocations(paths.data(), static_cast<std::uint32_t>(paths.size()));
     }
-    /// As a manipulator does it.
-    void drag(double x, bool isFinal) {
-        if (!delegate_->setManipulatedAttribute(kEditedLeaf, "xform.translate",
-                                                DoubleAttribute({x, 0.0, 0.0}, 3), isFinal)) {
+    /// As a manipulator does it. The leaf's set and group are neither turned nor moved.
+    void drag(double height, bool isFinal) {
+        if (!delegate_->setManipulatedAttribute(leafPath(0), "xform.translate",
+                                                DoubleAttribute({0.0, 0.0, height}, 3), isFinal)) {
             throw std::runtime_error("the leaf can't be manipulated");
+        }
+        if (read("lastZ") != height) {
+            throw std::runtime_error("the plug-in does not know a value that was set");
         }
     }
 
-    [[nodiscard]] long getNumberOfLocations() const { return numberOfLocations_; }
-
-    double pumpMs = 0.0; ///< spent in the pump, without waiting for the engine
-    long pumps = 0;
-
 private:
-    static std::uint64_t idOf(const char* name) {
+    double read(const char* option) {
         const OptionIdGeneratorHostSuite* suite = getOptionIdGeneratorHostSuite();
-        return suite->generateOptionIdByName(suite->getOptionIdGenerator(), name);
+        return DoubleAttribute(delegate_->getOption(suite->generateOptionIdByName(
+                                   suite->getOptionIdGenerator(), option)))
+            .getValue();
     }
 
     const long leaves_;
-    long numberOfLocations_ = 0;
-    int edit_ = 0;
-    int viewed_ = 0;
     std::unique_ptr<VlViewerDelegateHostStruct> delegate_;
+    std::unique_ptr<EditedScene> scene_;
+    double toldLeaves_ = 0.0;
+    std::optional<double> toldHidden_;
+    std::optional<double> height_;
+    double lastPumpMs_ = 0.0;
 };
 
-void measureQuestions(Session& session, long leaves, bench::Sample& sample) {
-    DoubleAttribute extent;
-    sample.set("extent", "first_ms", bench::timeMs([&] { extent = session.extent(); }));
-    if (extent.getNearestSample(0.0F).size() != 6) {
-        throw std::runtime_error("the scene has no extent");
+void measurePumpOfEdit(ViewedScene& scene, Sample& sample) {
+    std::vector<double> times;
+    for (int i = 1; i <= 500; ++i) {
+        scene.place(i % 1000, SceneLayout::leaf(5, 100.0 + i));
+        scene.update();
+        times.push_back(scene.getLastPumpMs());
     }
-    session.edit(2000.0);
-    session.pumpUntil("lastX", 2000.0);
-    sample.set("extent", "after_edit_ms", bench::timeMs([&] { extent = session.extent(); }));
-
-    std::vector<std::string> paths;
-    std::vector<const char*> pointers;
-    for (long leaf = 0; leaf < std::min(10000L, leaves); ++leaf) {
-        paths.push_back("/root/set_" + std::to_string(leaf / kLeavesInSet) + "/group_" +
-                        std::to_string(leaf % kLeavesInSet / kLeavesInGroup) + "/leaf_" +
-                        std::to_string(leaf % kLeavesInGroup));
-    }
-    for (const std::string& path : paths) {
-        pointers.push_back(path.c_str());
-    }
-    std::vector<double> selections;
-    for (int i = 0; i < 7; ++i) {
-        selections.push_back(bench::timeMs([&] { session.select(pointers); }));
-    }
-    sample.set("select", "median_ms", bench::median(selections));
+    sample.set("W2", "edit_pump_us", 1000.0 * bench::median(times));
 }
 
-void measureDrag(Session& session, bench::Sample& sample) {
+void measureSelect(ViewedScene& scene, long leaves, Sample& sample) {
+    std::vector<std::string> paths;
+    for (long leaf = 0; leaf < std::min(10000L, leaves); ++leaf) {
+        paths.push_back(leafPath(leaf));
+    }
+    const std::vector<const char*> pointers = pointersTo(paths);
+    sample.set("select", "median_ms", bench::medianMs([&](int) {
+                   return bench::timeMs([&] { scene.select(pointers); });
+               }));
+}
+
+void measureDrag(ViewedScene& scene, Sample& sample) {
     constexpr int kValues = 1000;
     std::vector<double> times;
     for (int i = 1; i <= kValues; ++i) {
-        times.push_back(bench::timeMs([&] { session.drag(3000.0 + i, i == kValues); }));
-        if (session.read("lastX") != 3000.0 + i) {
-            throw std::runtime_error("the plug-in does not know a value that was set");
-        }
+        times.push_back(bench::timeMs([&] { scene.drag(3000.0 + i, i == kValues); }));
     }
     sample.set("drag", "median_ms", bench::median(times));
     sample.set("drag", "worst_ms", *std::max_element(times.begin(), times.end()));
 }
 
-void measureScene(long leaves, bench::Sample& sample) {
-    Session session(leaves);
-    const double memoryBefore = bench::memoryBytes("VmRSS");
-    const double total = bench::timeMs([&] {
-        session.openAll();
-        session.view();
-        session.pumpUntil("leaves", static_cast<double>(leaves));
-    });
-    sample.set("populate", "total_ms", total);
-    sample.set("populate", "pump_ms", session.pumpMs);
-    sample.set("populate", "pumps", static_cast<double>(session.pumps));
-    sample.set("populate", "events", session.read("events"));
-    sample.set("populate", "checksum", session.read("checksum"));
-    const auto locations = static_cast<double>(session.getNumberOfLocations());
-    sample.set("memory", "rss_bytes_per_location",
-               (bench::memoryBytes("VmRSS") - memoryBefore) / locations);
-    sample.set("memory", "peak_bytes_per_location",
-               (bench::memoryBytes("VmHWM") - memoryBefore) / locations);
-
-    // The set that the leaf stands in is neither rotated nor moved, nor is its group.
-    std::vector<double> edits;
-    for (int i = 1; i <= 15; ++i) {
-        edits.push_back(bench::timeMs([&] {
-            session.edit(1000.0 + i);
-            session.pumpUntil("lastX", 1000.0 + i);
-        }));
+void measureScene(const bench::Arguments& arguments, Sample& sample) {
+    // The process ends without it: freeing is not measured.
+    auto* workloads = new bench::SceneWorkloads<ViewedScene>(arguments, sample);
+    workloads->run();
+    ViewedScene& scene = workloads->getSubject();
+    if (arguments.wants("W2")) {
+        measurePumpOfEdit(scene, sample);
     }
-    sample.set("edit-one", "median_ms", bench::median(edits));
-    sample.set("edit-one", "worst_ms", *std::max_element(edits.begin(), edits.end()));
+    if (arguments.wants("select")) {
+        measureSelect(scene, arguments.leaves, sample);
+    }
+    if (arguments.wants("drag")) {
+        measureDrag(scene, sample);
+    }
+}
 
-    std::vector<double> hides;
-    for (int i = 0; i < 7; ++i) {
-        for (const bool isHidden : {true, false}) {
-            session.reset();
-            hides.push_back(bench::timeMs([&] { session.setHidden(isHidden); }));
-            if (session.read("hidden") != 1011.0) {
-                throw std::runtime_error("hiding a set reached " +
-                                         std::to_string(session.read("hidden")) + " locations");
-            }
+/// What `fill` leaves in memory for each location, once what it has freed is given back; and the
+/// most that the process had.
+void measureMemory(const char* metric, long leaves, Sample& sample,
+                   const std::function<void()>& fill) {
+    malloc_trim(0);
+    const double before = bench::memoryBytes("VmRSS");
+    fill();
+    const double peak = bench::memoryBytes("VmHWM");
+    malloc_trim(0);
+    const auto locations =
+        static_cast<double>(leaves + static_cast<long>(parentPaths(leaves).size()));
+    sample.set("memory", std::string(metric) + "_bytes_per_location",
+               (bench::memoryBytes("VmRSS") - before) / locations);
+    sample.set("memory", std::string(metric) + "_peak_bytes_per_location",
+               (peak - before) / locations);
+}
+
+/// The scene's clients as a delegate has them, but what they report is dropped.
+void measureEngineMemory(long leaves, Sample& sample) {
+    registerSuites();
+    auto* clients = new SceneClients;
+    clients->create();
+    measureMemory("engine", leaves, sample, [&] {
+        const EditedScene scene(leaves);
+        clients->primaryClient->setLocationsOpen(VlAttribute::StringAttribute(parentPaths(leaves)));
+        clients->setViewOp(scene.getOp());
+        long reported = 0;
+        while (reported < leaves) {
+            reported += static_cast<long>(clients->fetchEvents(-1).primary.size());
+            std::this_thread::yield();
         }
-    }
-    sample.set("hide-group", "median_ms", bench::median(hides));
+    });
+}
 
-    measureQuestions(session, leaves, sample);
-    measureDrag(session, sample);
+void measureMemoryWithPlugin(const char* metric, const char* library, const char* plugin,
+                             long leaves, Sample& sample) {
+    registerSuites();
+    VlViewerDelegateHostStruct* delegate = makeDelegate(library, plugin).release();
+    measureMemory(metric, leaves, sample, [&] {
+        const EditedScene scene(leaves);
+        openAll(*delegate, leaves);
+        delegate->setViewOp(scene.getOp());
+        do {
+            delegate->processLocationEvents();
+            std::this_thread::yield();
+        } while (delegate->isProcessing());
+    });
+}
+
+bool repeatMemory(const bench::Arguments& arguments) {
+    const long leaves = arguments.leaves;
+    const auto repeat = [&](const auto& measure) {
+        return bench::repeat(leaves, arguments.repetitions, measure);
+    };
+    return repeat([=](Sample& sample) { measureEngineMemory(leaves, sample); }) &&
+           repeat([=](Sample& sample) {
+               measureMemoryWithPlugin("engine+trees", BENCH_PLUGINS, "CountingDelegate", leaves,
+                                       sample);
+           }) &&
+           repeat([=](Sample& sample) {
+               measureMemoryWithPlugin("engine+trees+mirror", SCENE_VIEW_PLUGINS, "SceneDelegate",
+                                       leaves, sample);
+           });
+}
+
+/// Runs the program beside this one that draws.
+bool runDrawBench(const std::vector<std::string>& workloads) {
+    std::string command =
+        (std::filesystem::read_symlink("/proc/self/exe").parent_path() / "draw_bench").string();
+    for (const std::string& workload : workloads) {
+        command += " " + workload;
+    }
+    return std::system(command.c_str()) == 0;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    std::vector<long> sizes = {10000, 100000, 1000000};
-    if (argc > 1) {
-        sizes.clear();
-        for (int i = 1; i < argc; ++i) {
-            char* end = nullptr;
-            const long leaves = std::strtol(argv[i], &end, 10);
-            if (*end != '\0' || leaves < kLeavesInSet || leaves % kLeavesInSet != 0) {
-                std::fprintf(stderr, "scene_bench: \"%s\" is not a number of leaves in thousands\n",
-                             argv[i]);
-                return 2;
+    const auto arguments = bench::Arguments::parse(
+        argc, argv, {"W1", "W2", "W3", "W4", "W5", "W6", "W7", "W8", "memory", "select", "drag"});
+    const auto wanted = [&](std::initializer_list<const char*> names) {
+        std::vector<std::string> found;
+        for (const char* name : names) {
+            if (arguments.wants(name)) {
+                found.emplace_back(name);
             }
-            sizes.push_back(leaves);
         }
-    }
+        return found;
+    };
     bool isGood = true;
-    for (const long leaves : sizes) {
-        isGood = bench::repeat(leaves, 3,
-                               [leaves](bench::Sample& sample) { measureScene(leaves, sample); }) &&
-                 isGood;
+    if (!wanted({"W1", "W2", "W3", "W4", "select", "drag"}).empty()) {
+        isGood = bench::repeat(arguments.leaves, arguments.repetitions,
+                               [&](Sample& sample) { measureScene(arguments, sample); });
+    }
+    if (arguments.wants("memory")) {
+        isGood = repeatMemory(arguments) && isGood;
+    }
+    if (const auto pictures = wanted({"W5", "W6"}); !pictures.empty()) {
+        isGood = runDrawBench(pictures) && isGood;
+    }
+    for (const std::string& workload : wanted({"W7", "W8"})) {
+        std::fprintf(stderr, "scene_bench: %s is about whole processes: run bench/compare.py %s\n",
+                     workload.c_str(), workload.c_str());
     }
     return isGood ? 0 : 1;
 }

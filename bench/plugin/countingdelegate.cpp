@@ -8,7 +8,7 @@
 // | "leaves" | of these, locations without children to show, with new attributes |
 // | "checksum" | over these leaves: the translation of the world matrix, x + 3 y + 7 z |
 // | "hidden" | events that changed whether the location is hidden |
-// | "lastX" | the world translation along x of the leaf told of last |
+// | "lastX", "lastZ" | the world translation along x and z of the leaf told of last |
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "viewer_api/plugin/OptionIds.h"
@@ -44,6 +44,7 @@ public:
             ++leaves;
             checksum += values[12] + 3.0 * values[13] + 7.0 * values[14];
             lastX = values[12];
+            lastZ = values[14];
         }
     }
 
@@ -59,7 +60,8 @@ public:
                                            {"leaves", &leaves},
                                            {"checksum", &checksum},
                                            {"hidden", &hidden},
-                                           {"lastX", &lastX}}) {
+                                           {"lastX", &lastX},
+                                           {"lastZ", &lastZ}}) {
             if (name == known) {
                 return DoubleAttribute(*value);
             }
@@ -76,6 +78,7 @@ private:
     double checksum = 0.0;
     double hidden = 0.0;
     double lastX = 0.0;
+    double lastZ = 0.0;
 };
 
 } // namespace
