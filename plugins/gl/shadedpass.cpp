@@ -29,11 +29,15 @@ Kind kindOf(const Material& material, const TextureStore& textures) {
     return picture && picture->hasAlpha() ? Kind::CutOut : Kind::Opaque;
 }
 
-void sortBackToFront(std::vector<const DrawItem*>& items, const Frame& frame) {
+enum class Order { FrontToBack, BackToFront };
+
+/// By the middles of their bounds.
+void sort(std::vector<const DrawItem*>& items, Order order, const Frame& frame) {
     std::vector<std::pair<float, const DrawItem*>> sorted;
     for (const DrawItem* item : items) {
         const Imath::V3f center(item->batch->bounds.center());
-        sorted.emplace_back((center * frame.worldToView).z, item);
+        const float z = (center * frame.worldToView).z;
+        sorted.emplace_back(order == Order::BackToFront ? z : -z, item);
     }
     std::stable_sort(sorted.begin(), sorted.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
@@ -67,6 +71,8 @@ std::size_t ShadedPass::draw(std::span<const DrawItem> items, const TextureStore
     }
     auto& [opaque, cutOut, transparent] = kinds;
     {
+        // What is hidden need not be lit.
+        sort(opaque, Order::FrontToBack, frame);
         const DrawState state({});
         drawItems(opaque, textures, frame);
     }
@@ -75,7 +81,7 @@ std::size_t ShadedPass::draw(std::span<const DrawItem> items, const TextureStore
         drawItems(cutOut, textures, frame);
     }
     if (!transparent.empty()) {
-        sortBackToFront(transparent, frame);
+        sort(transparent, Order::BackToFront, frame);
         const DrawState state({.depthWrite = false, .blend = true});
         drawItems(transparent, textures, frame);
     }
