@@ -271,6 +271,11 @@ bool ClientView::isCurrent(const ClientNode& kid, const CookNode& data) {
     return kid.has(ClientNode::kLive) && block && kid.source == &block->child(kid.index);
 }
 
+bool ClientView::hasFlagsOf(const ClientNode& node, const RequestTree::Cursor& cursor) {
+    return node.has(ClientNode::kExpanded) == cursor.isExpanded &&
+           node.has(ClientNode::kBelowActive) == cursor.isBelowActive;
+}
+
 void ClientView::forgetStale(ClientNode& kid) {
     // What it views stands elsewhere now. So does all below it, where changes are missed until
     // then; all of it is taken up anew.
@@ -284,8 +289,7 @@ bool ClientView::followKid(ClientNode& kid, const RequestTree::Cursor& cursor, C
         forgetStale(kid);
         return false;
     }
-    if (isSyncingWhole || kid.has(ClientNode::kExpanded) != cursor.isExpanded ||
-        kid.has(ClientNode::kBelowActive) != cursor.isBelowActive) {
+    if (isSyncingWhole || !hasFlagsOf(kid, cursor)) {
         if (CookNode* kidData = getData(kid)) {
             syncKids(kid, cursor, *kidData);
         }
@@ -295,6 +299,7 @@ bool ClientView::followKid(ClientNode& kid, const RequestTree::Cursor& cursor, C
 
 void ClientView::syncKids(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data) {
     align(node, data);
+    const bool isAskedAsBefore = !isSyncingWhole && hasFlagsOf(node, cursor);
     node.clear(ClientNode::kExpanded | ClientNode::kBelowActive);
     node.set(static_cast<std::uint16_t>((cursor.isExpanded ? ClientNode::kExpanded : 0) |
                                         (cursor.isBelowActive ? ClientNode::kBelowActive : 0)));
@@ -303,20 +308,23 @@ void ClientView::syncKids(ClientNode& node, const RequestTree::Cursor& cursor, C
         return;
     }
     if (cursor.isExpanded) {
-        syncExpanded(node, cursor, data);
+        syncExpanded(node, cursor, data, isAskedAsBefore);
     } else {
         syncRequested(node, cursor, data);
     }
 }
 
-void ClientView::syncExpanded(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data) {
+void ClientView::syncExpanded(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data,
+                              bool isAskedAsBefore) {
     const std::size_t count = data.children->size();
     const bool isUnderWay = node.work > 0;
     std::size_t from = 0;
     for (std::size_t i = 0; i < count; ++i) {
         ClientNode* kid = node.kids ? node.kids->nodes[i] : nullptr;
+        // Where requests below have changed, these are visited by themselves.
         const bool isFollowed =
-            kid && followKid(*kid, requests.descend(cursor, data.children->getName(i)), data);
+            kid && ((isAskedAsBefore && isCurrent(*kid, data)) ||
+                    followKid(*kid, requests.descend(cursor, data.children->getName(i)), data));
         if (isFollowed || i - from == kPieceSize) {
             scheduleExpansion(node, from, i, isUnderWay);
             from = isFollowed ? i + 1 : i;

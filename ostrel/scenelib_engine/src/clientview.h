@@ -98,10 +98,15 @@ private:
     void visit(const LocationNames& names);
     void refresh(ClientNode& node, const RequestTree::Cursor& cursor);
     void syncKids(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data);
-    void syncExpanded(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data);
+    /// When requests say of the node what they said when its children were synchronised last, those
+    /// that are current are passed over.
+    void syncExpanded(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data,
+                      bool isAskedAsBefore);
     void syncRequested(ClientNode& node, const RequestTree::Cursor& cursor, CookNode& data);
     /// True when the child is cooked for this client as it now is.
     [[nodiscard]] static bool isCurrent(const ClientNode& kid, const CookNode& data);
+    /// Whether the node was synchronised with what requests say of it.
+    [[nodiscard]] static bool hasFlagsOf(const ClientNode& node, const RequestTree::Cursor& cursor);
     static void forgetStale(ClientNode& kid);
     /// As isCurrent(), and sees to what changed requests mean for what is below it.
     bool followKid(ClientNode& kid, const RequestTree::Cursor& cursor, CookNode& data);
