@@ -31,8 +31,10 @@ def thing(name, **more):
 class InterruptedDragTest(ManipulatorTest):
     """The two things of PLACES, dragged by a gizmo between them along x."""
 
+    sessionClass = ostrel.Session
+
     def setUp(self):
-        self.session = ostrel.Session()
+        self.session = self.sessionClass()
         self.addCleanup(lambda: self.session.close())
         self.literal = self.session.createOp("Scene.Literal", scene(a=thing("a"), b=thing("b")))
         self.delegate = self.session.delegate
