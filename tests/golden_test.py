@@ -77,6 +77,8 @@ class Shown(object):
         if self.golden.move:
             self.golden.move(view.orbit)
             view.updateCamera()
+        if self.golden.manipulator:
+            view.viewport.activateManipulator(self.golden.manipulator, self.golden.selection, True)
 
     def __enter__(self):
         return self

@@ -162,6 +162,17 @@ def hiding():
                  white=shape(cone(0.6, 1.4), [0.95, 0.95, 0.95], [-2.3, 0, 0.2]))
 
 
+def lit():
+    """A spot over a ball."""
+    spot = GroupAttribute(
+        ("type", StringAttribute("light")), ("light.kind", StringAttribute("spot")),
+        ("light.coneAngle", FloatAttribute(50.0)),
+        ("attributeEditor.exclusiveTo", StringAttribute("session")),
+        ("xform.placed.translate", DoubleAttribute([0.3, 2.4, 0.8], 3)),
+        ("xform.placed.rotateX", DoubleAttribute([-70, 1, 0, 0], 4)))
+    return group(ball=shape(sphere(0.8), [0.15, 0.40, 0.60], [0, 0, 0]), spot=(spot, {}))
+
+
 def literal(tree):
     """A tree in the form of a "Scene.Literal"."""
     attributes, children = tree
@@ -179,6 +190,7 @@ class Golden(object):
     scene      a function that gives a tree, or the path of a model
     options    of the MeshLayer, by name
     selection  paths of selected locations
+    manipulator  plug-in that shows on what is selected
     closed     paths of locations that are closed once the scene is there
     camera     plug-in
     draft      whether the quick picture
@@ -187,7 +199,8 @@ class Golden(object):
     """
 
     def __init__(self, name, scene, options=None, selection=(), closed=(),
-                 camera="PerspectiveCamera", draft=False, look=(35.0, 22.0), move=None):
+                 camera="PerspectiveCamera", draft=False, look=(35.0, 22.0), move=None,
+                 manipulator=None):
         self.name = name
         self.scene = scene
         self.options = options or {}
@@ -197,6 +210,7 @@ class Golden(object):
         self.draft = draft
         self.look = look
         self.move = move
+        self.manipulator = manipulator
 
 
 def _mode(name):
@@ -211,6 +225,11 @@ def _pan(orbit):
 
 def _zoom(orbit):
     orbit.distance /= 2.5
+
+
+def _back(orbit):
+    orbit.distance *= 1.8
+    orbit.target = (orbit.target[0], orbit.target[1] + 0.6, orbit.target[2])
 
 
 CULLING = {"cullBackFaces": IntAttribute(1)}
@@ -255,6 +274,9 @@ GOLDENS = [
     Golden("selected_wireframe", coarse, _mode("wireframe"), selection=["/root/ring"]),
     Golden("selected_group", leaning, selection=["/root/base"]),
     Golden("selected_duck", "Collada/duck.dae", selection=["/root"]),
+    # Manipulators.
+    Golden("light_cone", lit, selection=["/root/spot"], manipulator="LightConeManipulator",
+           move=_back),
     # Drafts.
     Golden("draft", shapes, draft=True),
     Golden("draft_selected", hiding, selection=["/root/ball", "/root/white"], draft=True,

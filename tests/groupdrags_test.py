@@ -4,7 +4,7 @@ import sys
 import unittest
 
 import ostrel
-from manipulators_test import HEIGHT, PARENTS, TOLERANCE, WIDTH, ManipulatorTest, location
+from gizmos import HEIGHT, PARENTS, TOLERANCE, WIDTH, ManipulatorTest, location
 from ostrel import events
 from PyVlAttribute import DoubleAttribute, FloatAttribute, GroupBuilder, StringAttribute
 

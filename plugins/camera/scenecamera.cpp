@@ -5,6 +5,7 @@
 #include "VlAttribute/StringAttribute.h"
 #include "camera/camerapose.h"
 #include "camera/tomatrix.h"
+#include "scene/lightcone.h"
 #include "scene/number.h"
 #include "viewer_api/plugin/ViewerDelegateHost.h"
 #include "viewer_api/plugin/ViewportHost.h"
@@ -18,9 +19,6 @@ namespace {
 using VlAttribute::DoubleAttribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::StringAttribute;
-
-/// How wide a light shines that has no cone, in degrees.
-constexpr double kLightCone = 60.0;
 
 } // namespace
 
@@ -56,7 +54,7 @@ void SceneCamera::setup(const GroupAttribute& camera) {
     if (const auto fov = number(geometry, "fov")) {
         host.setFOV(*fov);
     } else if (light.isValid()) {
-        host.setFOV(number(light, "coneAngle").value_or(kLightCone));
+        host.setFOV(lightConeAngle(light));
     }
     if (const auto orthographicWidth = number(geometry, "orthographicWidth")) {
         host.setOrthographicWidth(*orthographicWidth);

@@ -1,6 +1,7 @@
 #include "layer/manipulatorlayer.h"
 
 #include "gl/glcontext.h"
+#include "scene/raisedflag.h"
 #include "viewer_api/plugin/ManipulatorHandleHost.h"
 #include "viewport/sceneviewport.h"
 
@@ -37,6 +38,18 @@ private:
 };
 
 } // namespace
+
+ManipulatorLayer::~ManipulatorLayer() {
+    if (holder.empty()) {
+        return;
+    }
+    // Nobody would tell the manipulator of the release.
+    try {
+        passOn({{"type", StringAttribute("keyPress")}, {"key", StringAttribute("Escape")}});
+    } catch (...) {
+        // What hears of the end may fail; there is nobody to tell it to.
+    }
+}
 
 void ManipulatorLayer::draw() {
     const ViewerPlugin::ViewportHost view = viewport();
@@ -118,6 +131,10 @@ bool ManipulatorLayer::event(const GroupAttribute& group) {
     if (!event) {
         return false;
     }
+    if (isPassingOn) {
+        // From within what the manipulator does, which has no use for another one now.
+        return !event->isKey();
+    }
     if (holder.empty()) {
         return event->type == ViewportEvent::Type::MousePress && press(group, *event);
     }
@@ -143,7 +160,8 @@ bool ManipulatorLayer::press(const GroupAttribute& group, const ViewportEvent& p
     return true;
 }
 
-bool ManipulatorLayer::passOn(const GroupAttribute& group) const {
+bool ManipulatorLayer::passOn(const GroupAttribute& group) {
+    const RaisedFlag passingOn(isPassingOn);
     const Triple manipulator = viewport().getActiveManipulator(holder);
     return manipulator && ManipulatorHost(manipulator.host).event(group);
 }

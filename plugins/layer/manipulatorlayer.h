@@ -10,7 +10,8 @@ namespace Bundled {
 
 /// "ManipulatorLayer": draws the viewport's active manipulators over the layers before it, and
 /// brings the mouse to them. What the pointer is over is marked: the handle by its flag. A press on
-/// a manipulator goes to it, and when that takes it, everything up to the release does.
+/// a manipulator goes to it, and when that takes it, everything up to the release does. A layer
+/// that ends before that has it cancelled, by the key Escape.
 ///
 /// It keeps a picture of what stands at each pixel. A manipulator's pickerDraw gets an id, and may
 /// draw its handle of index i in the id + 1 + i: then the handle is known by itself. Objects are
@@ -19,6 +20,7 @@ namespace Bundled {
 class ManipulatorLayer final : public ViewerPlugin::ViewportLayerPlugin {
 public:
     using ViewportLayerPlugin::ViewportLayerPlugin;
+    ~ManipulatorLayer() override;
 
     bool event(const GroupAttribute& event) override;
     void draw() override;
@@ -41,12 +43,13 @@ private:
     void setHovered(const Place& place);
     void setMarked(const Place& place, bool isMarked) const;
     bool press(const GroupAttribute& event, const ViewerPlugin::ViewportEvent& press);
-    bool passOn(const GroupAttribute& event) const;
+    bool passOn(const GroupAttribute& event);
 
     Place hovered;
     /// The manipulator that has the mouse, and the button that it was given it with.
     std::string holder;
     ViewerPlugin::ViewportEvent::Button heldButton = ViewerPlugin::ViewportEvent::Button::None;
+    bool isPassingOn = false;
 };
 
 } // namespace Bundled

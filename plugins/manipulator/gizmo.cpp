@@ -70,11 +70,19 @@ std::string Gizmo::firstLocation() const {
     return host.getLocationPaths().getValue("");
 }
 
+Imath::M44d Gizmo::firstPose() const {
+    const ViewerPlugin::ViewerDelegateHost delegate(viewport().getViewerDelegate().host);
+    return CameraPose::rigid(toMatrix(delegate.getWorldXform(firstLocation())));
+}
+
+Imath::V3d Gizmo::centre() const {
+    return toMatrix(host.calculateXform()).translation();
+}
+
 Imath::M44d Gizmo::axes() const {
     Imath::M44d matrix;
     if (isLocal) {
-        const ViewerPlugin::ViewerDelegateHost delegate(viewport().getViewerDelegate().host);
-        matrix = CameraPose::rigid(toMatrix(delegate.getWorldXform(firstLocation())));
+        matrix = firstPose();
         matrix[3][0] = matrix[3][1] = matrix[3][2] = 0.0;
     }
     return matrix;
@@ -85,8 +93,8 @@ double Gizmo::usualStep(double length) const {
 }
 
 GizmoPlace Gizmo::place(const PictureSpace& space) const {
-    const Imath::V3d centre = toMatrix(host.calculateXform()).translation();
-    return {centre, axes(), kLengthPx * space.pixelLengthAt(centre)};
+    const Imath::V3d middle = centre();
+    return {middle, axes(), kLengthPx * space.pixelLengthAt(middle)};
 }
 
 bool Gizmo::isUsable(const GizmoPart& part, const GizmoPlace& place, const PictureSpace& space) {

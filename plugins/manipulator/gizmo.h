@@ -16,8 +16,8 @@
 
 namespace Bundled {
 
-/// A manipulator that shows handles around the middle of its locations, as large on the screen at
-/// any distance, and has a derived class make a `Drag` of what the mouse does with them.
+/// A manipulator that shows handles, usually around the middle of its locations, as large on the
+/// screen at any distance, and has a derived class make a `Drag` of what the mouse does with them.
 ///
 /// A drag begins with the left button over the handle that is marked: whoever routes the events
 /// marks what the pointer is over. With control held, it goes in steps. Escape takes back what it
@@ -44,6 +44,8 @@ protected:
 
     /// A drag begins; null when there is nothing to drag.
     virtual std::unique_ptr<Drag> beginDrag(const Grasp& grasp) = 0;
+    /// Where the gizmo stands in the world: in the middle of the locations.
+    [[nodiscard]] virtual Imath::V3d centre() const;
     /// The directions of the gizmo's axes, of length 1, in rows: as the option says.
     [[nodiscard]] virtual Imath::M44d axes() const;
     /// The step that suits a gizmo of this length, in the unit of the readout: a round part of it.
@@ -51,6 +53,8 @@ protected:
 
     /// Of the manipulator's locations the first; "" without one.
     [[nodiscard]] std::string firstLocation() const;
+    /// Where the first location stands and how it is turned; the identity without one.
+    [[nodiscard]] Imath::M44d firstPose() const;
 
 private:
     using Event = ViewerPlugin::ViewportEvent;

@@ -1,5 +1,7 @@
 #include "manipulator/shapes.h"
 
+#include <Imath/ImathMatrix.h>
+
 #include <cmath>
 
 namespace Bundled {
@@ -66,16 +68,40 @@ Shape squareShape(float grow) {
     return {corners[0], corners[1], corners[2], corners[0], corners[2], corners[3]};
 }
 
-Shape ringShape(float radius, float tube) {
+Shape ringShape(float radius, float tube, float x) {
     constexpr int kSteps = 8;
     constexpr int kRingSegments = 96;
     std::vector<ProfilePoint> profile;
     for (int i = 0; i <= kSteps; ++i) {
         const double angle = -2.0 * M_PI * i / kSteps;
-        profile.push_back({tube * static_cast<float>(std::cos(angle)),
+        profile.push_back({x + tube * static_cast<float>(std::cos(angle)),
                            radius + tube * static_cast<float>(std::sin(angle))});
     }
     return lathe(profile, kRingSegments);
+}
+
+Shape coneRimShape(double halfAngle, float tube) {
+    const double radians = halfAngle * M_PI / 180.0;
+    return ringShape(static_cast<float>(std::sin(radians)), tube,
+                     static_cast<float>(std::cos(radians)));
+}
+
+Shape coneShape(double halfAngle, float tube) {
+    constexpr int kSides = 8;
+    constexpr int kSideSegments = 6;
+    Shape shape = coneRimShape(halfAngle, tube);
+    const Shape side = lathe({{0.0f, tube}, {1.0f, tube}}, kSideSegments);
+    for (int i = 0; i < kSides; ++i) {
+        Imath::M44f matrix;
+        matrix.rotate(V3f(static_cast<float>(2.0 * M_PI * i / kSides), 0.0f, 0.0f));
+        matrix.rotate(V3f(0.0f, 0.0f, static_cast<float>(halfAngle * M_PI / 180.0)));
+        for (const ShapeVertex& vertex : side) {
+            V3f normal;
+            matrix.multDirMatrix(vertex.normal, normal);
+            shape.push_back({vertex.position * matrix, normal});
+        }
+    }
+    return shape;
 }
 
 Shape cubeShape(const V3f& centre, float half) {

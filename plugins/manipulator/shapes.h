@@ -30,8 +30,8 @@ struct ProfilePoint {
 /// A square in the positive quarter of the plane x = 0. `grow` moves its edges outwards.
 [[nodiscard]] Shape squareShape(float grow = 0.0f);
 
-/// A ring around the x axis. `tube` is the radius of what it is made of.
-[[nodiscard]] Shape ringShape(float radius, float tube);
+/// A ring around the x axis, at that place of it. `tube` is the radius of what it is made of.
+[[nodiscard]] Shape ringShape(float radius, float tube, float x = 0.0f);
 
 /// A cube, with edges along the axes.
 [[nodiscard]] Shape cubeShape(const Imath::V3f& centre, float half);
@@ -42,5 +42,12 @@ struct ProfilePoint {
 
 /// A ball around the origin.
 [[nodiscard]] Shape ballShape(float radius);
+
+/// The rim of a cone whose tip is the origin, around the x axis, with sides of length 1. `tube` is
+/// the radius of what it is made of; angles are those from the axis to the sides, in degrees.
+[[nodiscard]] Shape coneRimShape(double halfAngle, float tube);
+
+/// The same cone in wires: the rim, and lines from it to the tip.
+[[nodiscard]] Shape coneShape(double halfAngle, float tube);
 
 } // namespace Bundled

@@ -39,8 +39,7 @@ TEST_F(SceneView, offersItsPlugins) {
     const std::set<std::pair<std::string, std::string>> wanted{
         {"ViewerDelegatePlugin", "SceneDelegate"}, {"ViewportPlugin", "SceneViewport"},
         {"ViewportLayerPlugin", "MeshLayer"},      {"ViewportLayerPlugin", "PickingLayer"},
-        {"ViewportLayerPlugin", "GridLayer"},
-        {"ViewportLayerPlugin", "ManipulatorLayer"},
+        {"ViewportLayerPlugin", "GridLayer"},      {"ViewportLayerPlugin", "ManipulatorLayer"},
     };
     EXPECT_EQ(found, wanted);
     EXPECT_EQ(file.getPlugin(-1), nullptr);

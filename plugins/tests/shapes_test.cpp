@@ -3,12 +3,17 @@
 #include <Imath/ImathBox.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+
 // The shapes of handles, in lengths of a gizmo.
 namespace {
 
 using Bundled::arrowShape;
 using Bundled::ballShape;
 using Bundled::boxShape;
+using Bundled::coneRimShape;
+using Bundled::coneShape;
 using Bundled::cubeShape;
 using Bundled::ringShape;
 using Bundled::Shape;
@@ -96,6 +101,24 @@ TEST(Shapes, whatIsGraspedReachesBeyondWhatIsSeenOnAllSides) {
     const Imath::Box3f graspedSquare = boxOf(squareShape(0.03f));
     EXPECT_GT(graspedSquare.max.y, square.max.y);
     EXPECT_LT(graspedSquare.min.z, square.min.z);
+}
+
+TEST(Shapes, conesHaveSidesOfLengthOneWhateverTheirAngle) {
+    constexpr float kTube = 0.01f;
+    for (const double halfAngle : {0.0, 10.0, 45.0, 90.0, 120.0}) {
+        const double radians = halfAngle * M_PI / 180.0;
+        const V3f rim(static_cast<float>(std::cos(radians)), static_cast<float>(std::sin(radians)),
+                      0.0f);
+        for (const ShapeVertex& vertex : coneRimShape(halfAngle, kTube)) {
+            const V3f flat(vertex.position.x, std::hypot(vertex.position.y, vertex.position.z),
+                           0.0f);
+            EXPECT_NEAR((flat - rim).length(), kTube, 1e-5f) << halfAngle;
+        }
+        const Imath::Box3f cone = boxOf(coneShape(halfAngle, kTube));
+        EXPECT_NEAR(cone.max.x, std::max(rim.x, 0.0f), 2 * kTube) << halfAngle;
+        EXPECT_NEAR(cone.min.x, std::min(rim.x, 0.0f), 2 * kTube) << halfAngle;
+        EXPECT_NEAR(cone.max.y, rim.y, 2 * kTube) << halfAngle;
+    }
 }
 
 } // namespace
