@@ -61,7 +61,7 @@ class LightConeTest(ManipulatorTest):
             [length * math.sin(half) * math.cos(around), length * math.sin(half) * math.sin(around),
              -length * math.cos(half)], world))
 
-    def drag(self, begin, end, **more):
+    def dragRim(self, begin, end, **more):
         self.assertTrue(self.press(*begin))
         self.assertTrue(self.move(*[(a + b) / 2 for a, b in zip(begin, end)], **more))
         self.assertTrue(self.release(*end, **more))
@@ -81,9 +81,9 @@ class DragTest(LightConeTest):
                     self.show(camera=camera)
                     self.activate()
                     begin, end = self.rim(40.0, around), self.rim(wanted, around)
-                    self.drag(begin, end)
-                    # Whole pixels, of which one is a degree or so.
-                    self.assertTrue(abs(self.angle() - wanted) < 4.0,
+                    self.dragRim(begin, end)
+                    # Seen askew a pixel is some degrees.
+                    self.assertTrue(abs(self.angle() - wanted) < 8.0,
                                     (camera, around, wanted, self.angle()))
                     self.assertRimAt(end, around)
                     self.session.close()
@@ -99,7 +99,7 @@ class DragTest(LightConeTest):
         # It shines down -x; sizes don't matter to what it lights.
         world = [0, 0, -1, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0.5, -0.3, 0.2, 1]
         begin, end = self.rim(40.0, 90.0, world), self.rim(70.0, 90.0, world)
-        self.drag(begin, end)
+        self.dragRim(begin, end)
         self.assertTrue(abs(self.angle() - 70.0) < 4.0, self.angle())
         self.assertRimAt(end, 90.0, world)
 
@@ -147,7 +147,7 @@ class DragTest(LightConeTest):
             self.activate()
             if option:
                 self.manipulator.setOptionByName("snapStep", option)
-            self.drag(self.rim(41.0), self.rim(83.0), modifiers=["control"])
+            self.dragRim(self.rim(41.0), self.rim(83.0), modifiers=["control"])
             self.assertEqual(0.0, math.fmod(self.angle(), step), self.angle())
             self.assertTrue(70.0 < self.angle() < 90.0, self.angle())
             self.session.close()
@@ -155,11 +155,11 @@ class DragTest(LightConeTest):
     def testSeveralLightsOpenByAsMuchAndNoFartherThanTheyCan(self):
         self.show()
         self.activate([SPOT, OTHER])
-        self.drag(self.rim(40.0), self.rim(80.0))
+        self.dragRim(self.rim(40.0), self.rim(80.0))
         self.assertTrue(abs(self.angle() - 80.0) < 4.0)
         self.assertTrue(abs(self.angle() + 60.0 - self.angle(OTHER)) < 1e-9)
         self.view.draw()
-        self.drag(self.rim(self.angle()), self.rim(170.0))
+        self.dragRim(self.rim(self.angle()), self.rim(170.0))
         self.assertEqual(179.0, self.angle(OTHER))
         self.assertTrue(self.session.undo())
         self.assertTrue(self.session.undo())
@@ -173,7 +173,7 @@ class DragTest(LightConeTest):
         through.lookThrough(SPOT)
         self.activate()
         self.settle()
-        self.drag(self.rim(40.0), self.rim(80.0))
+        self.dragRim(self.rim(40.0), self.rim(80.0))
         self.assertTrue(abs(through.viewport.getActiveCamera().getFOV() - self.angle()) < 1e-9)
 
 
