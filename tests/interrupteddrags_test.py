@@ -5,7 +5,7 @@ import unittest
 
 import ostrel
 import PyScenelib
-from gizmos import DEADLINE, HEIGHT, WIDTH, ManipulatorTest, location
+from gizmos import DEADLINE, HEIGHT, PATH, WIDTH, ManipulatorTest, location
 from ostrel import events
 from PyVlAttribute import DoubleAttribute, GroupAttribute, GroupBuilder, StringAttribute
 
@@ -369,6 +369,23 @@ class ChangeTest(InterruptedDragTest):
         self.session.select([])
         self.manipulator = self.viewport.getActiveManipulatorByIndex(0)
         self.assertNothingHappened()
+
+
+class TakenBackTest(ManipulatorTest):
+    def testNothingIsLeftOnALocationWithoutATransform(self):
+        self.show(thing=())
+        self.activate()
+        before = self.session.delegate.getAttributes(PATH)
+        self.assertTrue(before.getChildByName("xform") is None)
+        x, y = self.placeOn(0)
+        self.assertTrue(self.press(x, y))
+        self.move(x + 30, y)
+        self.assertTrue(self.position()[0] > 0.1)
+        self.assertTrue(self.viewport.event(events.keyPress("Escape")))
+        self.assertEqual([0.0, 0.0, 0.0], self.position())
+        self.settle()
+        self.assertEqual(before, self.session.delegate.getAttributes(PATH))
+        self.assertFalse(self.session.canUndo())
 
 
 if __name__ == "__main__":
