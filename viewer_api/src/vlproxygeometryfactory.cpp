@@ -3,6 +3,7 @@
 #include "VlAttribute/StringAttribute.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 namespace ViewerAPI {
@@ -172,11 +173,19 @@ void VlProxyGeometryFactory::collectRemovals(std::vector<FactoryProduct>& out) {
         const auto found = published.find(path);
         if (found == published.end())
             continue;
-        // What was asked for after the removal is still to come.
-        if (found->second.next)
-            found->second.current = nullptr;
-        else
+        PublishedProxy& proxy = found->second;
+        if (!proxy.next) {
             published.erase(found);
+            continue;
+        }
+        // What was asked for after the removal is still to come. A root that goes and comes in one
+        // pass stays, and would keep what stands below it.
+        if (proxy.current) {
+            const std::string root = generatedPath(path);
+            for (const ProxyResultItem& item : std::span(*proxy.current).subspan(1))
+                out.push_back({kFactoryProductRemoved, root + item.name, GroupAttribute::Empty()});
+        }
+        proxy.current = nullptr;
     }
     toRemove.clear();
 }

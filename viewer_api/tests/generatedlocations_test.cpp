@@ -357,12 +357,19 @@ protected:
             .set("proxies.viewer", StringAttribute("a.obj"))
             .build();
     }
-    void finish(int clientNumber) {
-        const GroupAttribute scene = GroupBuilder()
-                                         .set("a.name", StringAttribute("proxy"))
-                                         .set("c.child.a.name", StringAttribute("child"))
-                                         .build();
+    void finish(int clientNumber, const char* childName = "child") {
+        const GroupAttribute scene =
+            GroupBuilder()
+                .set("a.name", StringAttribute("proxy"))
+                .set("c." + std::string(childName) + ".a.name", StringAttribute(childName))
+                .build();
         runtime->independent().client(clientNumber).report("/root", {{"staticScene", scene}});
+    }
+    void setFrame(float frame) {
+        delegate->setSystemArgs(
+            GroupBuilder()
+                .set("timeSlice.currentTime", VlAttribute::FloatAttribute(frame))
+                .build());
     }
     bool hasProxy(const std::string& path) {
         return delegate->getAttributes(path + "/__VlOst_proxy", kVlViewerDelegatePrimary).isValid();
@@ -420,10 +427,30 @@ TEST_F(GeneratedProxies, oneRemovalTakesTheWholeProxyAway) {
     EXPECT_TRUE(delegate->getAttributes("/root/__VlOst_proxy/child", 0).isValid());
 }
 
+TEST_F(GeneratedProxies,
+       switchedOffAndOnAtAnotherFrameWithoutAPumpBetweenNothingOfTheOldFrameStays) {
+    setFrame(1);
+    client(kPrimaryClient).report("/root", proxied("x"));
+    pump();
+    finish(1, "first");
+    pump();
+    setFrame(2);
+    pump();
+    finish(2, "second");
+    pump();
+    plugin.takeEventLines();
+    delegate->setProxyGeometryEnabled(false);
+    setFrame(1);
+    delegate->setProxyGeometryEnabled(true);
+    pump();
+    EXPECT_THAT(proxyEvents(), testing::UnorderedElementsAre(
+                                   "/root/__VlOst_proxy/second proxy removed handled=0",
+                                   std::string("/root/__VlOst_proxy/first") + kNewProxy));
+}
+
 TEST_F(GeneratedProxies, theSystemArgsOfTheApplicationReachTheCooks) {
     client(kPrimaryClient).report("/root", proxied("x"));
-    delegate->setSystemArgs(
-        GroupBuilder().set("timeSlice.currentTime", VlAttribute::FloatAttribute(12.0F)).build());
+    setFrame(12);
     pump();
     EXPECT_THAT(runtime->independent().takeCommands(),
                 Contains("setOpArgs op1 Load {system={timeSlice={currentTime=12}} what=\"x\"}"));

@@ -1,3 +1,4 @@
+#include "support/knownview.h"
 #include "support/plainproxies.h"
 #include "support/proxyfactorytest.h"
 
@@ -103,44 +104,44 @@ protected:
         return jobs;
     }
 
-    // The tree, as far as it matters: the locations in view, and what was generated below them.
+    // The tree, and what a plug-in knows of it.
 
     void show(const std::string& path, const GroupAttribute& attributes) {
-        inView.insert(path);
         delegate->locationTree.cook(path, attributes, {}, false, true);
-        tellList();
+        list.applyChanges(deliver());
     }
     void remove(const std::string& path) {
-        forgetSubtree(path);
         delegate->locationTree.deleteLocation(path);
-        tellList();
+        list.applyChanges(deliver());
     }
-    void forgetSubtree(const std::string& path) {
-        std::erase_if(inView, [&path](const std::string& each) {
-            return LocationPath::isAtOrBelow(each, path);
-        });
-        eraseSubtree(generated, path);
-    }
-    void tellList() {
+    std::vector<LocationChange> deliver() {
         std::vector<LocationChange> changes;
         delegate->locationTree.collect(changes);
-        list.applyChanges(changes);
+        for (const std::string& complaint : view.apply(changes))
+            ADD_FAILURE() << complaint;
+        return changes;
     }
-    static void eraseSubtree(std::map<std::string, std::string>& map, const std::string& path) {
-        std::erase_if(map, [&path](const auto& entry) {
-            return LocationPath::isAtOrBelow(entry.first, path);
-        });
-    }
-    void apply(const FactoryProduct& product) {
-        if (product.kind == kFactoryProductRemoved) {
-            EXPECT_EQ(product.attrs, GroupAttribute::Empty()) << product.path;
-            eraseSubtree(generated, product.path);
-            return;
+    /// What the factories have to bring, as the delegate brings it into its tree.
+    void collectAll() {
+        for (const FactoryProduct& product : collect(list)) {
+            if (product.kind == kFactoryProductRemoved) {
+                EXPECT_EQ(product.attrs, GroupAttribute::Empty()) << product.path;
+                delegate->locationTree.deleteLocation(product.path);
+                continue;
+            }
+            EXPECT_TRUE(delegate->locationTree.find(LocationPath::parentOf(product.path)))
+                << product.path << " has no parent in the tree";
+            delegate->locationTree.cook(product.path, product.attrs, {}, true, false);
         }
-        const std::string parent(LocationPath::parentOf(product.path));
-        EXPECT_TRUE(inView.contains(parent) || generated.contains(parent))
-            << product.path << " has no parent in the tree";
-        generated[product.path] = textOf(product.attrs);
+        deliver();
+    }
+    std::map<std::string, std::string> generated() const {
+        std::map<std::string, std::string> texts;
+        for (const auto& [path, location] : view.locations()) {
+            if (location.proxy)
+                texts[path] = textOf(location.attributes);
+        }
+        return texts;
     }
 
     std::map<std::string, std::string> expectedOf(const PlainProxies& model) {
@@ -167,8 +168,7 @@ protected:
     std::mt19937 random;
     VlProxyFactoryList list;
     std::map<int, std::string> jobOfClient;
-    std::set<std::string> inView;
-    std::map<std::string, std::string> generated;
+    KnownView view{false};
 };
 
 void ProxyGeometryOracle::step(PlainProxies& model) {
@@ -179,7 +179,7 @@ void ProxyGeometryOracle::step(PlainProxies& model) {
     case 2:
     case 3: {
         if (const std::string parent(LocationPath::parentOf(path));
-            !parent.empty() && !inView.contains(parent))
+            !parent.empty() && !view.find(parent))
             return;
         const std::string& kind = anyOf(kinds);
         show(path, attributesOf(kind));
@@ -187,7 +187,7 @@ void ProxyGeometryOracle::step(PlainProxies& model) {
         break;
     }
     case 4:
-        if (!inView.contains(path))
+        if (!view.find(path))
             return;
         show(path, GroupAttribute::Empty());
         model.disqualify(path);
@@ -223,14 +223,13 @@ void ProxyGeometryOracle::step(PlainProxies& model) {
         learnCooks();
         ASSERT_EQ(cookingJobs(), model.cooking);
         model.collect(finishSome());
-        for (const FactoryProduct& product : collect(list))
-            apply(product);
+        collectAll();
         learnCooks();
         ASSERT_EQ(cookingJobs(), model.cooking);
         break;
     }
     // Between collections the tree shows what it showed, less what has left the view.
-    ASSERT_EQ(generated, expectedOf(model));
+    ASSERT_EQ(generated(), expectedOf(model));
 }
 
 TEST_F(ProxyGeometryOracle, theTreeShowsWhatThePlainRulesSayOverRandomSequences) {
@@ -252,11 +251,6 @@ TEST_F(ProxyGeometryOracle, afterEverythingIsCookedEachLocationShowsItsOwnJob) {
     random.seed(seed);
     std::map<std::string, std::string> shown; // what each location has
     int time = 1;
-    const auto collectAll = [this] {
-        for (const FactoryProduct& product : collect(list))
-            apply(product);
-        learnCooks();
-    };
     int settled = 0;
     for (int round = 0; round < 1000; ++round) {
         const auto place = static_cast<std::size_t>(upTo(static_cast<int>(paths.size())));
@@ -267,15 +261,19 @@ TEST_F(ProxyGeometryOracle, afterEverythingIsCookedEachLocationShowsItsOwnJob) {
             list.setSystemArgs(systemAt(static_cast<float>(time)));
         } else if (oneIn(5)) {
             remove(path);
-            eraseSubtree(shown, path);
-        } else if (parent.empty() || inView.contains(parent)) {
+            std::erase_if(shown, [&path](const auto& entry) {
+                return LocationPath::isAtOrBelow(entry.first, path);
+            });
+        } else if (parent.empty() || view.find(parent)) {
             shown[path] = std::to_string(place) + (oneIn(2) ? "x" : "y");
             show(path, attributesOf(shown[path]));
         }
         collectAll();
+        learnCooks();
         while (list.hasPendingWork() && !oneIn(6)) {
             finishSome();
             collectAll();
+            learnCooks();
         }
         if (list.hasPendingWork())
             continue;
@@ -288,7 +286,7 @@ TEST_F(ProxyGeometryOracle, afterEverythingIsCookedEachLocationShowsItsOwnJob) {
             for (const std::string& below : pathsOf(job))
                 expected[root + below] = "{of=\"" + job + "\"}";
         }
-        ASSERT_EQ(generated, expected) << "round " << round;
+        ASSERT_EQ(generated(), expected) << "round " << round;
     }
     EXPECT_GT(settled, 100);
 }
