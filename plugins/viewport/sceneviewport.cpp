@@ -3,7 +3,6 @@
 #include "delegate/scenedelegate.h"
 #include "gl/drawstate.h"
 #include "gl/renderer.h"
-#include "gl/scissorguard.h"
 #include "gl/shaders.h"
 #include "scene/raisedflag.h"
 #include "viewer_api/ViewportCameraPluginSuite.h"
@@ -141,8 +140,24 @@ void SceneViewport::drawLayers() {
     }
 }
 
+std::optional<ViewerPlugin::PickResult>
+SceneViewport::customPick(const ViewerPlugin::PickRegion& region, bool /*deepPicking*/) {
+    // The host picks, and first clears its surface: of that, only the region is going to be read.
+    GLint bound = 0;
+    if (!beingPicked && host.makeGLContextCurrent() && isGLReady()) {
+        glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &bound);
+        // A pick from within another one, of a layer, does not get as far as clearing.
+        if (bound == 0) {
+            clearedPart.emplace(host.getHeight());
+            clearedPart->cutTo(region);
+        }
+    }
+    return std::nullopt;
+}
+
 void SceneViewport::pickerDraw(const ViewerPlugin::PickRegion& region,
                                const GroupAttribute& excluded) {
+    clearedPart.reset();
     const RaisedFlag picking(beingPicked);
     fitDepth();
     for (std::uint32_t i = 0; i < host.getNumberOfLayers(); ++i) {

@@ -2,11 +2,14 @@
 
 #include "gl/drafttarget.h"
 #include "gl/rendertarget.h"
+#include "gl/scissorguard.h"
 #include "gl/shaderprogram.h"
 #include "viewer_api/plugin/ViewportPlugin.h"
 #include "viewport/interaction.h"
 
 #include "VlAttribute/IntAttribute.h"
+
+#include <optional>
 
 namespace Bundled {
 
@@ -15,7 +18,8 @@ namespace Bundled {
 /// Layers draw linear light into a framebuffer of several samples a pixel, which is bound for them;
 /// the viewport brings it to the window, averaged and encoded. A new size goes to every camera.
 ///
-/// A pick of the viewport asks the layers in their order.
+/// A pick of the viewport asks the layers in their order. Of the picking surface only the region
+/// that is picked is cleared before: what lies around it is of earlier picks.
 ///
 /// Events (docs/events.md) go to the layers, last to first, until one takes them, and then to what
 /// `Interaction` does with them. Hovering goes to all layers.
@@ -44,6 +48,8 @@ public:
     void draw() override;
     void resize(int width, int height) override;
     void hover(bool isHovering, int x, int y) override;
+    std::optional<ViewerPlugin::PickResult> customPick(const ViewerPlugin::PickRegion& region,
+                                                       bool deepPicking) override;
     void pickerDraw(const ViewerPlugin::PickRegion& region,
                     const GroupAttribute& excluded) override;
     void setOption(std::uint64_t optionId, const Attribute& value) override;
@@ -70,6 +76,8 @@ private:
     bool draft = false;
     bool softwareRenderer = false;
     bool beingPicked = false;
+    /// From the beginning of a pick until the picking surface has been cleared.
+    std::optional<ScissorGuard> clearedPart;
     VlAttribute::IntAttribute pickRegion;
     RenderTarget target;
     DraftTarget draftTarget;

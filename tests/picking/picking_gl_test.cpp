@@ -189,6 +189,24 @@ TEST(PickingGL, deepPickSeesAHundredLayersAndNoMore) {
     EXPECT_FALSE(picked.contains("/root/box_100"));
 }
 
+TEST(PickingGL, leavesAllOfTheWindowClearedAndNothingConfined) {
+    PickScene scene({{"/root/box_0", placed({0, 0, 0}, Imath::V3d(4.0))}}, kCamera);
+    if (!scene.canDraw()) {
+        GTEST_SKIP() << "no OpenGL context on this machine";
+    }
+    constexpr int kRegions[][4] = {
+        {80, 60, 1, 1}, {-3, -3, 6, 6}, {500, 500, 9, 9}, {80, 60, 0, 0}};
+    for (const auto& [x, y, width, height] : kRegions) {
+        for (const bool isDeep : {false, true}) {
+            scene.draw();
+            EXPECT_GT(scene.countShownPixels(), 0);
+            (void)scene.pickViewport(x, y, width, height, isDeep);
+            EXPECT_EQ(scene.countShownPixels(), 0) << x << ", " << y << (isDeep ? ", deep" : "");
+            EXPECT_FALSE(scene.isConfined());
+        }
+    }
+}
+
 TEST(PickingGL, backgroundIsNothing) {
     PickScene scene({{"/root/box_0", placed({0, 0, 0}, Imath::V3d(1.0))}}, kCamera);
     if (!scene.canDraw()) {

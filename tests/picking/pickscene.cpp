@@ -16,6 +16,10 @@
 #include "VlScenelibEngine/ScenelibEngine.h"
 #include "VlWindowSystem/Offscreen.h"
 
+#include <GL/glew.h>
+
+#include <algorithm>
+#include <cstdint>
 #include <span>
 #include <stdexcept>
 
@@ -150,6 +154,18 @@ PickScene::Paths PickScene::pickCache(int x, int y, int width, int height) {
 
 void PickScene::draw() {
     viewport_->draw();
+}
+
+int PickScene::countShownPixels() const {
+    viewport_->makeGLContextCurrent();
+    std::vector<std::uint32_t> pixels(std::size_t{kWidth} * kHeight);
+    glReadPixels(0, 0, kWidth, kHeight, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+    return static_cast<int>(pixels.size() - std::count(pixels.begin(), pixels.end(), 0xFFFFFFFFu));
+}
+
+bool PickScene::isConfined() const {
+    viewport_->makeGLContextCurrent();
+    return glIsEnabled(GL_SCISSOR_TEST) == GL_TRUE;
 }
 
 Imath::M44d PickScene::worldToClip() const {

@@ -47,6 +47,10 @@ public:
     /// From the ids that the last `draw` left.
     [[nodiscard]] Paths pickCache(int x, int y, int width, int height);
     void draw();
+    /// Pixels of the window that are not as a pick clears them; and whether drawing in it is cut
+    /// down to a part.
+    [[nodiscard]] int countShownPixels() const;
+    [[nodiscard]] bool isConfined() const;
 
     [[nodiscard]] Imath::M44d worldToClip() const;
 

@@ -106,6 +106,8 @@ ViewportHostSuite makeViewportSuite() {
                                const void** table) {
         writeTriple(at(viewportOf(host).layers, index), layer, instance, table);
     };
+    // A test's own context stays current.
+    suite.makeGLContextCurrent = [](void*) { return 1; };
     suite.getPickedObjects = [](void* host, int x, int y, int width, int height, int, float*) {
         FakeViewport& viewport = viewportOf(host);
         viewport.pickedRegion = {x, y, width, height};

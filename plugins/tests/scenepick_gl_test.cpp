@@ -1,0 +1,130 @@
+#include "support/fakescene.h"
+#include "support/offscreencontext.h"
+
+#include "VlAttribute/GroupAttribute.h"
+#include "gl/glcontext.h"
+#include "gl/glname.h"
+
+#include <GL/glew.h>
+#include <gtest/gtest.h>
+
+#include <array>
+
+// How far the bundled viewport lets the picking surface be cleared: the host asks its customPick,
+// clears, and calls its pickerDraw. Needs an OpenGL context; skipped where none can be made.
+namespace {
+
+using VlAttribute::GroupAttribute;
+
+constexpr int kWidth = 64;
+constexpr int kHeight = 48;
+constexpr std::array<GLint, 4> kBox = {1, 2, 30, 40};
+
+class ScenePickGL : public testing::Test {
+public:
+    void begin(int x, int y, int width, int height, bool isDeep = false) {
+        VlAttributeStruct* picked = nullptr;
+        EXPECT_EQ(viewport->suite->customPick(viewport->instance, x, y, width, height,
+                                              isDeep ? 1 : 0, &picked, nullptr),
+                  0);
+    }
+
+protected:
+    void SetUp() override {
+        if (!context.isValid() || !Bundled::isGLReady()) {
+            GTEST_SKIP() << "no OpenGL context on this machine";
+        }
+        viewport = &scene.addViewport(kWidth, kHeight);
+        glScissor(kBox[0], kBox[1], kBox[2], kBox[3]);
+    }
+    void TearDown() override {
+        if (context.isValid()) {
+            EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+        }
+    }
+
+    void drawIds() {
+        const GroupAttribute none = GroupAttribute::Empty();
+        viewport->suite->pickerDraw(viewport->instance, 3, 4, 5, 6, none.getHandle());
+    }
+    static bool isConfined() { return glIsEnabled(GL_SCISSOR_TEST) == GL_TRUE; }
+    static std::array<GLint, 4> box() {
+        std::array<GLint, 4> values{};
+        glGetIntegerv(GL_SCISSOR_BOX, values.data());
+        return values;
+    }
+
+    OffscreenContext context{kWidth, kHeight};
+    FakeScene scene;
+    FakeViewport* viewport = nullptr;
+};
+
+TEST_F(ScenePickGL, clearingIsConfinedToTheRegionUntilIdsAreDrawn) {
+    for (const bool isDeep : {false, true}) {
+        begin(3, 4, 5, 6, isDeep);
+        EXPECT_TRUE(isConfined());
+        EXPECT_EQ(box(), (std::array<GLint, 4>{3, kHeight - 4 - 6, 5, 6}));
+        drawIds();
+        EXPECT_FALSE(isConfined());
+        EXPECT_EQ(box(), kBox);
+    }
+}
+
+TEST_F(ScenePickGL, layersAreNotConfined) {
+    scene.addLayer(*viewport, "MeshLayer");
+    static ViewportLayerPluginSuite layer;
+    static bool wasConfined;
+    layer = *viewport->layers.front()->suite;
+    layer.pickerDraw = [](void*, int, int, int, int, VlAttributeStruct*) {
+        wasConfined = isConfined();
+    };
+    viewport->layers.front()->suite = &layer;
+    wasConfined = true;
+    begin(3, 4, 5, 6);
+    drawIds();
+    EXPECT_FALSE(wasConfined);
+}
+
+TEST_F(ScenePickGL, anotherScissorStays) {
+    glEnable(GL_SCISSOR_TEST);
+    begin(3, 4, 5, 6);
+    drawIds();
+    EXPECT_TRUE(isConfined());
+    EXPECT_EQ(box(), kBox);
+    glDisable(GL_SCISSOR_TEST);
+}
+
+/// A host that picks already answers nothing to a pick from within, and clears nothing.
+TEST_F(ScenePickGL, pickWithinAnotherConfinesNothing) {
+    Bundled::GLFramebuffer surface;
+    glBindFramebuffer(GL_FRAMEBUFFER, surface.create());
+    begin(3, 4, 5, 6);
+    EXPECT_FALSE(isConfined());
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+
+    scene.addLayer(*viewport, "MeshLayer");
+    static ViewportLayerPluginSuite layer;
+    static ScenePickGL* test;
+    layer = *viewport->layers.front()->suite;
+    layer.pickerDraw = [](void*, int, int, int, int, VlAttributeStruct*) {
+        test->begin(3, 4, 5, 6);
+        EXPECT_FALSE(isConfined());
+    };
+    viewport->layers.front()->suite = &layer;
+    test = this;
+    begin(3, 4, 5, 6);
+    drawIds();
+    EXPECT_FALSE(isConfined());
+}
+
+TEST_F(ScenePickGL, regionsOfNoSizeAndOutsideAreNoError) {
+    for (const auto& [x, y, width, height] :
+         {std::array{3, 4, 0, 0}, {3, 4, -1, -1}, {-20, -20, 10, 10}, {1000, 1000, 10, 10}}) {
+        begin(x, y, width, height);
+        drawIds();
+        EXPECT_FALSE(isConfined());
+        EXPECT_EQ(box(), kBox);
+    }
+}
+
+} // namespace
