@@ -3,8 +3,8 @@
 //
 // W5  what 10,000 cubes' pixels show: one pixel, 64x64, and everything through 64x64; and one pixel
 //     from the ids that a PickingLayer keeps with each picture
-// W6  10,000 cubes that are 10,000 locations, 1280x720; the same while one of them moves; and one
-//     mesh of a million triangles
+// W6  10,000 cubes that are 10,000 locations, 1280x720; the same while one of them moves, and with
+//     one and all of them selected; and one mesh of a million triangles, also selected
 //
 // A frame is a viewport's draw until the renderer has finished it: "draft" frames as they are while
 // something moves (a viewport's option), "fine" ones as the picture is when nothing does.
@@ -232,6 +232,14 @@ public:
         glFinish();
     }
 
+    void select(const std::vector<std::string>& paths) {
+        std::vector<const char*> texts;
+        for (const std::string& path : paths) {
+            texts.push_back(path.c_str());
+        }
+        delegate_->setSelectedLocations(texts.data(), static_cast<std::uint32_t>(texts.size()));
+    }
+
     /// Adds a layer that keeps ids, and draws.
     void keepIds() {
         cache_ = viewport_->addLayer("PickingLayer", "picks");
@@ -287,6 +295,30 @@ void measureFrames(const std::string& scene, long n, Picture& picture, int frame
     }
 }
 
+void measureSelected(long n, const char* metric, Picture& picture,
+                     const std::vector<std::string>& paths, int frames) {
+    picture.setDraft(true);
+    picture.select(paths);
+    picture.frame();
+    std::vector<double> times;
+    for (int i = 0; i < frames; ++i) {
+        times.push_back(bench::timeMs([&] { picture.frame(); }));
+    }
+    bench::print("W6", n, metric, bench::median(times));
+    picture.select({});
+}
+
+void measureSelectedCubes(Picture& picture, int frames) {
+    constexpr int kCubes = kCubesInRow * kCubesInRow;
+    std::vector<std::string> all;
+    for (int i = 0; i < kCubes; ++i) {
+        all.push_back("/root/cube_" + std::to_string(i));
+    }
+    measureSelected(kCubes, "cubes_draft_one_selected_frame_ms", picture, {"/root/cube_5050"},
+                    frames);
+    measureSelected(kCubes, "cubes_draft_all_selected_frame_ms", picture, all, frames);
+}
+
 void measureFramesOfEdits(Picture& picture, int frames) {
     picture.setDraft(true);
     std::vector<double> times;
@@ -336,6 +368,7 @@ int main(int argc, char** argv) {
             if (arguments.wants("W6")) {
                 measureFrames("cubes", kCubesInRow * kCubesInRow, picture, frames);
                 measureFramesOfEdits(picture, frames);
+                measureSelectedCubes(picture, frames);
             }
             if (arguments.wants("W5")) {
                 measurePicks(picture, 101);
@@ -344,6 +377,8 @@ int main(int argc, char** argv) {
         if (arguments.wants("W6")) {
             Picture picture(torus(1000, 500), kMeshCamera);
             measureFrames("mesh", 1000000, picture, frames);
+            measureSelected(1000000, "mesh_draft_selected_frame_ms", picture, {"/root/torus"},
+                            frames);
         }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "draw_bench: %s\n", error.what());

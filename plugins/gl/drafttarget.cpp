@@ -7,8 +7,6 @@ namespace Bundled {
 namespace {
 
 void copyColors(const GLFramebuffer& from, GLuint to, int width, int height) {
-    // As bytes: both ends are encoded alike, or only one says so.
-    glDisable(GL_FRAMEBUFFER_SRGB);
     glBindFramebuffer(GL_READ_FRAMEBUFFER, from.get());
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, to);
     glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
@@ -30,11 +28,12 @@ bool DraftTarget::begin(int newWidth, int newHeight) {
     if (!isUsable) {
         return false;
     }
+    // Between two encoded pictures with the encoding on, copying is copying memory.
+    glEnable(GL_FRAMEBUFFER_SRGB);
     if (hasBackdrop) {
         copyColors(backdropFramebuffer, framebuffer.get(), width, height);
     }
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer.get());
-    glEnable(GL_FRAMEBUFFER_SRGB);
     return true;
 }
 
@@ -62,11 +61,12 @@ bool DraftTarget::allocate(int newWidth, int newHeight) {
 void DraftTarget::storeBackdrop() {
     copyColors(framebuffer, backdropFramebuffer.get(), width, height);
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer.get());
-    glEnable(GL_FRAMEBUFFER_SRGB);
     hasBackdrop = true;
 }
 
 void DraftTarget::finish() {
+    // As bytes: the window does not say that it is encoded.
+    glDisable(GL_FRAMEBUFFER_SRGB);
     copyColors(framebuffer, static_cast<GLuint>(outer), width, height);
     glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(outer));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gl/frame.h"
 #include "gl/gpubatch.h"
 #include "gl/gpumesh.h"
 #include "scene/batch.h"
@@ -22,6 +23,18 @@ struct DrawItem {
 
     [[nodiscard]] bool showsSurface() const noexcept {
         return mode == DisplayMode::Shaded || mode == DisplayMode::WireframeOnShaded;
+    }
+    /// Whether its back sides can be left out unseen. A camera at `eye` among the instances might
+    /// stand in one of them, so it does not count as outside; nor one that is so near that it cuts
+    /// front sides off.
+    [[nodiscard]] bool hidesBackSides(const Frame& frame, const Imath::V3d& eye) const {
+        if (!mesh->isClosed() || material->opacity < 1.0f || batch->isMirrored ||
+            !frame.isPerspective()) {
+            return false;
+        }
+        const Imath::V3d margin(frame.nearReach());
+        const Imath::Box3d& bounds = batch->bounds;
+        return !Imath::Box3d(bounds.min - margin, bounds.max + margin).intersects(eye);
     }
 };
 

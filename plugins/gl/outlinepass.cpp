@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 namespace Bundled {
 
@@ -80,6 +81,15 @@ PixelBox pixelsOf(const Imath::Box3d& bounds, const Imath::M44d& worldToClip) {
     return box;
 }
 
+ShaderProgram outlineProgram(const std::string& name, const char* source) {
+    return {name, kFullscreenVertexShader, (std::string(kOutlineColorFunction) + source).c_str()};
+}
+
+void setBox(ShaderProgram& program, const PixelBox& box) {
+    program.set("first", Imath::V2i(box.x, box.y));
+    program.set("last", Imath::V2i(box.x + box.width - 1, box.y + box.height - 1));
+}
+
 } // namespace
 
 void OutlinePass::draw(std::span<const DrawItem> selected, const Imath::Box3d& bounds,
@@ -89,7 +99,6 @@ void OutlinePass::draw(std::span<const DrawItem> selected, const Imath::Box3d& b
     }
     if (!mask) {
         mask = ShaderProgram("mask", kMeshVertexShader, kMaskFragmentShader);
-        outline = ShaderProgram("outline", kFullscreenVertexShader, kOutlineFragmentShader);
     }
     const PixelBox box = pixelsOf(bounds, frame.worldToClip());
     const StateGuard guard;
@@ -99,7 +108,9 @@ void OutlinePass::draw(std::span<const DrawItem> selected, const Imath::Box3d& b
     // Drawing stays confined to the box until the guard ends.
     drawMask(selected, textures, frame);
     target.finish();
-    drawOutline();
+    if (!frame.isDraft || !drawDraftOutline(box)) {
+        drawOutline(box);
+    }
 }
 
 void OutlinePass::drawMask(std::span<const DrawItem> selected, const TextureStore& textures,
@@ -119,7 +130,7 @@ void OutlinePass::drawMask(std::span<const DrawItem> selected, const TextureStor
         // The depths of a surface may differ in the last bit from one program to another.
         glEnable(GL_POLYGON_OFFSET_FILL);
         glPolygonOffset(-1.0f, -2.0f);
-        drawItems(selected, textures);
+        drawItems(selected, textures, frame);
         glPolygonOffset(0.0f, 0.0f);
         glDisable(GL_POLYGON_OFFSET_FILL);
     }
@@ -127,8 +138,15 @@ void OutlinePass::drawMask(std::span<const DrawItem> selected, const TextureStor
     glBindTexture(GL_TEXTURE_2D, 0);
 }
 
-void OutlinePass::drawItems(std::span<const DrawItem> selected, const TextureStore& textures) {
+void OutlinePass::drawItems(std::span<const DrawItem> selected, const TextureStore& textures,
+                            const Frame& frame) {
+    const Imath::V3d eye = frame.eye();
     for (const DrawItem& item : selected) {
+        if (item.hidesBackSides(frame, eye)) {
+            glEnable(GL_CULL_FACE);
+        } else {
+            glDisable(GL_CULL_FACE);
+        }
         const GpuTexture* picture = textures.find(*item.material);
         const bool hasHoles = picture && picture->hasAlpha();
         mask.set("hasHoles", hasHoles ? 1 : 0);
@@ -140,12 +158,45 @@ void OutlinePass::drawItems(std::span<const DrawItem> selected, const TextureSto
     }
 }
 
-void OutlinePass::drawOutline() {
+void OutlinePass::drawOutline(const PixelBox& box) {
+    if (!outline) {
+        outline = outlineProgram("outline", kOutlineFragmentShader);
+    }
     const DrawState state({.depthTest = false, .depthWrite = false, .blend = true});
     outline.use();
     outline.set("mask", 0);
+    setBox(outline, box);
+    drawPicture(target.getPicture());
+}
+
+bool OutlinePass::drawDraftOutline(const PixelBox& box) {
+    if (!distances.begin(box.x + box.width, box.y + box.height)) {
+        return false;
+    }
+    if (!rowDistance) {
+        rowDistance =
+            ShaderProgram("row distance", kFullscreenVertexShader, kRowDistanceFragmentShader);
+        draftOutline = outlineProgram("draft outline", kDraftOutlineFragmentShader);
+    }
+    {
+        const DrawState state({.depthTest = false, .depthWrite = false, .dither = false});
+        rowDistance.use();
+        rowDistance.set("mask", 0);
+        setBox(rowDistance, box);
+        drawPicture(target.getPicture());
+    }
+    distances.finish();
+    const DrawState state({.depthTest = false, .depthWrite = false, .blend = true});
+    draftOutline.use();
+    draftOutline.set("distances", 0);
+    setBox(draftOutline, box);
+    drawPicture(distances.getPicture());
+    return true;
+}
+
+void OutlinePass::drawPicture(GLuint picture) {
     glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, target.getPicture());
+    glBindTexture(GL_TEXTURE_2D, picture);
     glBindVertexArray(corners.create());
     glDrawArrays(GL_TRIANGLES, 0, 3);
     glBindTexture(GL_TEXTURE_2D, 0);

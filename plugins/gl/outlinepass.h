@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gl/distancetarget.h"
 #include "gl/drawitem.h"
 #include "gl/frame.h"
 #include "gl/masktarget.h"
@@ -26,12 +27,20 @@ public:
 private:
     void drawMask(std::span<const DrawItem> selected, const TextureStore& textures,
                   const Frame& frame);
-    void drawItems(std::span<const DrawItem> selected, const TextureStore& textures);
-    void drawOutline();
+    void drawItems(std::span<const DrawItem> selected, const TextureStore& textures,
+                   const Frame& frame);
+    void drawOutline(const PixelBox& box);
+    /// False when the driver can't; then nothing has changed.
+    bool drawDraftOutline(const PixelBox& box);
+    /// Over all of the box, by the program in use.
+    void drawPicture(GLuint picture);
 
     MaskTarget target;
+    DistanceTarget distances;
     ShaderProgram mask;
     ShaderProgram outline;
+    ShaderProgram rowDistance;
+    ShaderProgram draftOutline;
     GLVertexArray corners;
 };
 

@@ -19,13 +19,17 @@ void begin(ShaderProgram& program, const Frame& frame) {
     program.set("surfaceTexture", 0);
 }
 
-enum class Kind { Opaque, CutOut, Transparent };
+/// Plain: opaque, without a picture, and with colours that the vertices encode.
+enum class Kind { Plain, Opaque, CutOut, Transparent };
 
-Kind kindOf(const Material& material, const TextureStore& textures) {
+Kind kindOf(const Material& material, const TextureStore& textures, bool canEncode) {
     if (material.opacity < 1.0f) {
         return Kind::Transparent;
     }
     const GpuTexture* picture = textures.find(material);
+    if (!picture && canEncode) {
+        return Kind::Plain;
+    }
     return picture && picture->hasAlpha() ? Kind::CutOut : Kind::Opaque;
 }
 
@@ -45,35 +49,28 @@ void sort(std::vector<const DrawItem*>& items, Order order, const Frame& frame) 
                    [](const auto& entry) { return entry.second; });
 }
 
-/// Whether the back sides can be left out unseen. A camera among the instances might stand in
-/// one of them, so it does not count as outside; nor one that is so near that it cuts front sides
-/// off.
-bool hidesBackSides(const DrawItem& item, const Frame& frame, const Imath::V3d& eye) {
-    if (!item.mesh->isClosed() || item.material->opacity < 1.0f || item.batch->isMirrored ||
-        !frame.isPerspective()) {
-        return false;
-    }
-    const Imath::V3d margin(frame.nearReach());
-    const Imath::Box3d& bounds = item.batch->bounds;
-    return !Imath::Box3d(bounds.min - margin, bounds.max + margin).intersects(eye);
-}
-
 } // namespace
 
 std::size_t ShadedPass::draw(std::span<const DrawItem> items, const TextureStore& textures,
                              const Frame& frame) {
     drawCalls = 0;
-    std::vector<const DrawItem*> kinds[3];
+    const bool canEncode = frame.isDraft && glIsEnabled(GL_FRAMEBUFFER_SRGB) == GL_TRUE;
+    std::vector<const DrawItem*> kinds[4];
     for (const DrawItem& item : items) {
         if (item.showsSurface()) {
-            kinds[static_cast<std::size_t>(kindOf(*item.material, textures))].push_back(&item);
+            kinds[static_cast<std::size_t>(kindOf(*item.material, textures, canEncode))].push_back(
+                &item);
         }
     }
-    auto& [opaque, cutOut, transparent] = kinds;
+    auto& [plain, opaque, cutOut, transparent] = kinds;
     {
         // What is hidden need not be lit.
+        sort(plain, Order::FrontToBack, frame);
         sort(opaque, Order::FrontToBack, frame);
         const DrawState state({});
+        if (!plain.empty()) {
+            drawPlain(plain, textures, frame);
+        }
         drawItems(opaque, textures, frame);
     }
     if (!cutOut.empty()) {
@@ -88,6 +85,17 @@ std::size_t ShadedPass::draw(std::span<const DrawItem> items, const TextureStore
     return drawCalls;
 }
 
+void ShadedPass::drawPlain(const std::vector<const DrawItem*>& items, const TextureStore& textures,
+                           const Frame& frame) {
+    // On the processor, encoding each pixel costs as much as all else about it, and vertices are
+    // few.
+    glDisable(GL_FRAMEBUFFER_SRGB);
+    encodesVertices = true;
+    drawItems(items, textures, frame);
+    encodesVertices = false;
+    glEnable(GL_FRAMEBUFFER_SRGB);
+}
+
 void ShadedPass::drawItems(const std::vector<const DrawItem*>& items, const TextureStore& textures,
                            const Frame& frame) {
     const Imath::V3d eye = frame.eye();
@@ -100,13 +108,14 @@ void ShadedPass::drawItems(const std::vector<const DrawItem*>& items, const Text
         if (&program != used) {
             used = &program;
             begin(program, frame);
+            program.set("isEncoded", encodesVertices ? 1 : 0);
         }
         const auto& color = item->material->baseColor;
         program.set("baseColor", Imath::V3f(color[0], color[1], color[2]));
         program.set("opacity", item->material->opacity);
         program.set("hasTexture", picture ? 1 : 0);
         glBindTexture(GL_TEXTURE_2D, picture ? picture->get() : 0);
-        if (frame.cullBackFaces || hidesBackSides(*item, frame, eye)) {
+        if (frame.cullBackFaces || item->hidesBackSides(frame, eye)) {
             glEnable(GL_CULL_FACE);
         } else {
             glDisable(GL_CULL_FACE);

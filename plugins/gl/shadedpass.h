@@ -12,7 +12,8 @@
 namespace Bundled {
 
 /// Draws what shows its surfaces by a soft light that moves with the camera: opaque ones first,
-/// then cut-outs, then what shines through, from back to front. Writes linear light. [gl-current]
+/// then cut-outs, then what shines through, from back to front. Writes linear light, but where the
+/// driver encodes what is written it writes the plain surfaces of drafts encoded. [gl-current]
 class ShadedPass {
 public:
     /// Answers the number of draw calls.
@@ -22,11 +23,14 @@ public:
 private:
     void drawItems(const std::vector<const DrawItem*>& items, const TextureStore& textures,
                    const Frame& frame);
+    void drawPlain(const std::vector<const DrawItem*>& items, const TextureStore& textures,
+                   const Frame& frame);
     ShaderProgram& programFor(const Frame& frame, bool hasTexture);
 
     ShaderProgram fine;
     ShaderProgram draft;
     ShaderProgram texturedDraft;
+    bool encodesVertices = false;
     std::size_t drawCalls = 0;
 };
 

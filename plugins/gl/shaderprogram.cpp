@@ -65,6 +65,10 @@ void ShaderProgram::set(const char* uniform, const Imath::V2f& value) {
     glUniform2f(location(uniform), value.x, value.y);
 }
 
+void ShaderProgram::set(const char* uniform, const Imath::V2i& value) {
+    glUniform2i(location(uniform), value.x, value.y);
+}
+
 void ShaderProgram::set(const char* uniform, const Imath::V3f& value) {
     glUniform3f(location(uniform), value.x, value.y, value.z);
 }

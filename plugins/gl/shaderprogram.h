@@ -28,6 +28,7 @@ public:
     void set(const char* uniform, int value);
     void set(const char* uniform, float value);
     void set(const char* uniform, const Imath::V2f& value);
+    void set(const char* uniform, const Imath::V2i& value);
     void set(const char* uniform, const Imath::V3f& value);
     void set(const char* uniform, const std::array<float, 4>& value);
     /// Imath's row vectors become GLSL's column vectors: write `matrix * vector` there.

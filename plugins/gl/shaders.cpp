@@ -197,19 +197,34 @@ void main() {
 }
 )";
 
+const char* const kOutlineColorFunction = R"(
+// What an outline shows of a pixel, from what is near: covered at all (`rim`, and for the bright
+// line `line`), by what nothing hides (`seen`), not covered (`edge`). All from 0 to 1.
+vec4 outlineColor(float inside, float line, float rim, float seen, float edge) {
+    float shown = mix(0.45, 1.0, seen / max(rim, 1e-3));
+    line *= (1.0 - inside) * shown;
+    // Dark on both sides, so that the line stands out from what it surrounds as well.
+    rim = (0.80 * rim * (1.0 - inside) + 0.50 * edge * inside) * shown * (1.0 - line);
+    float alpha = line + rim;
+    return vec4(vec3(1.0, 0.50, 0.06) * (line / max(alpha, 1e-3)), alpha);
+}
+)";
+
 const char* const kOutlineFragmentShader = R"(
-// How much of each pixel is covered, red: at all, green: by what nothing hides.
+// How much of each pixel is covered, red: at all, green: by what nothing hides. Known from the
+// pixel `first` to `last`.
 uniform sampler2D mask;
+uniform ivec2 first;
+uniform ivec2 last;
 out vec4 color;
 void main() {
     ivec2 pixel = ivec2(gl_FragCoord.xy);
-    ivec2 last = textureSize(mask, 0) - 1;
     float inside = texelFetch(mask, pixel, 0).r;
     // Most pixels are well inside, where nothing is drawn.
     float around = inside;
     for (int i = 0; i < 9; ++i) {
         ivec2 there = pixel + 3 * ivec2(i % 3 - 1, i / 3 - 1);
-        around = min(around, texelFetch(mask, clamp(there, ivec2(0), last), 0).r);
+        around = min(around, texelFetch(mask, clamp(there, first, last), 0).r);
     }
     if (around == 1.0) {
         discard;
@@ -224,7 +239,7 @@ void main() {
             if (distance > 3.9) {
                 continue;
             }
-            vec2 cover = texelFetch(mask, clamp(pixel + ivec2(x, y), ivec2(0), last), 0).rg;
+            vec2 cover = texelFetch(mask, clamp(pixel + ivec2(x, y), first, last), 0).rg;
             float near = clamp(3.9 - distance, 0.0, 1.0);
             rim = max(rim, cover.r * near);
             seen = max(seen, cover.g * near);
@@ -232,15 +247,50 @@ void main() {
             edge = max(edge, (1.0 - cover.r) * clamp(1.8 - distance, 0.0, 1.0));
         }
     }
-    float shown = mix(0.45, 1.0, seen / max(rim, 1e-3));
-    line *= (1.0 - inside) * shown;
-    // Dark on both sides, so that the line stands out from what it surrounds as well.
-    rim = (0.80 * rim * (1.0 - inside) + 0.50 * edge * inside) * shown * (1.0 - line);
-    float alpha = line + rim;
-    if (alpha < 0.004) {
+    color = outlineColor(inside, line, rim, seen, edge);
+    if (color.a < 0.004) {
         discard;
     }
-    color = vec4(vec3(1.0, 0.50, 0.06) * (line / alpha), alpha);
+}
+)";
+
+const char* const kRowDistanceFragmentShader = R"(
+uniform sampler2D mask;
+uniform ivec2 first;
+uniform ivec2 last;
+out vec4 distances;
+void main() {
+    ivec2 pixel = ivec2(gl_FragCoord.xy);
+    vec3 nearest = vec3(8.0);
+    for (int x = -3; x <= 3; ++x) {
+        int there = clamp(pixel.x + x, first.x, last.x);
+        vec2 cover = texelFetch(mask, ivec2(there, pixel.y), 0).rg;
+        nearest = min(nearest, float(abs(x)) + 8.0 * vec3(1.0 - cover, cover.r));
+    }
+    distances = vec4(nearest / 255.0, 1.0);
+}
+)";
+
+const char* const kDraftOutlineFragmentShader = R"(
+uniform sampler2D distances;
+uniform ivec2 first;
+uniform ivec2 last;
+out vec4 color;
+void main() {
+    ivec2 pixel = ivec2(gl_FragCoord.xy);
+    vec3 squares = vec3(99.0);
+    for (int y = -3; y <= 3; ++y) {
+        int there = clamp(pixel.y + y, first.y, last.y);
+        vec3 inRow = 255.0 * texelFetch(distances, ivec2(pixel.x, there), 0).rgb;
+        squares = min(squares, inRow * inRow + float(y * y));
+    }
+    vec3 nearest = sqrt(squares);
+    color = outlineColor(nearest.r < 0.5 ? 1.0 : 0.0, clamp(2.6 - nearest.r, 0.0, 1.0),
+                         clamp(3.9 - nearest.r, 0.0, 1.0), clamp(3.9 - nearest.g, 0.0, 1.0),
+                         clamp(1.8 - nearest.b, 0.0, 1.0));
+    if (color.a < 0.004) {
+        discard;
+    }
 }
 )";
 
@@ -259,9 +309,19 @@ uniform mat4 viewToClip;
 uniform float perspective;
 uniform vec3 baseColor;
 uniform int hasSurface;
+// 1 where the colours are to be sRGB already.
+uniform int isEncoded;
 
 out vec3 lit;
 out vec2 texturePlace;
+
+// By square roots, which are cheap: less than a third of one of 255 steps away.
+vec3 encode(vec3 linear) {
+    vec3 a = sqrt(max(linear, 0.0));
+    vec3 b = sqrt(a);
+    vec3 high = 0.662002687 * a + 0.684122060 * b - 0.323583601 * sqrt(b) - 0.0225411470 * linear;
+    return max(min(12.92 * linear, 0.0404), high);
+}
 
 void main() {
     vec4 view = worldToView * vec4(mat3(row0, row1, row2) * position + row3, 1.0);
@@ -283,6 +343,9 @@ void main() {
         light += vec3(0.115, 0.132, 0.160) * max(0.0, (dot(n, fillDirection) + 0.4) / 1.4);
     }
     lit = baseColor * color * light;
+    if (isEncoded == 1) {
+        lit = encode(lit);
+    }
 }
 )";
 

@@ -15,8 +15,15 @@ extern const char* const kMeshFragmentShader;
 extern const char* const kWireFragmentShader;
 /// White where there is something.
 extern const char* const kMaskFragmentShader;
+/// Comes before the source of each outline.
+extern const char* const kOutlineColorFunction;
 /// What surrounds a mask, from its picture.
 extern const char* const kOutlineFragmentShader;
+/// The same of a mask without shades, in two steps that read far fewer pixels: how far, in its row,
+/// each pixel is from one that is covered, from one that nothing hides, and from one that is not
+/// covered; and from these the outline.
+extern const char* const kRowDistanceFragmentShader;
+extern const char* const kDraftOutlineFragmentShader;
 /// The mesh's light by the vertex, without gloss: for pictures that must come soon.
 extern const char* const kDraftVertexShader;
 extern const char* const kDraftFragmentShader;

@@ -201,6 +201,27 @@ TEST_P(OutlineGL, followsANewSizeAndOtherViewports) {
     EXPECT_EQ(draw(), before);
 }
 
+TEST_P(OutlineGL, ofSomethingThatMovesLeavesNoTrace) {
+    scene.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)));
+    select({"/root/a"});
+    draw();
+    // By less than its size, and by more than the outline reaches.
+    scene.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)), translation(-0.5, -0.4, 0));
+    const Pixels moved = draw();
+
+    FakeScene fresh;
+    FakeViewport& view = fresh.addViewport(kSize, kSize);
+    fresh.addCamera(view, {0, 0, 5});
+    fresh.addLayer(view, "MeshLayer");
+    view.suite->setOption(view.instance, ViewerPlugin::optionId("draft"),
+                          IntAttribute(GetParam() ? 1 : 0).getRetainedHandle());
+    fresh.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)), translation(-0.5, -0.4, 0));
+    const char* path = "/root/a";
+    fresh.delegate.suite->locationsSelected(fresh.delegate.instance, &path, 1);
+    view.suite->draw(view.instance);
+    EXPECT_EQ(Pixels::read(kSize, kSize), moved);
+}
+
 TEST_P(OutlineGL, leavesStateAsItWas) {
     scene.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)));
     select({"/root/a"});

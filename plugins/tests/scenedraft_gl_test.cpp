@@ -4,12 +4,15 @@
 
 #include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/IntAttribute.h"
+#include "VlAttribute/StringAttribute.h"
 #include "gl/glcontext.h"
 #include "viewer_api/plugin/OptionIds.h"
 
 #include <GL/glew.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <stdexcept>
 #include <string>
@@ -21,6 +24,7 @@ namespace {
 using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
+using VlAttribute::StringAttribute;
 
 constexpr int kSize = 128;
 constexpr int kMiddle = kSize / 2;
@@ -98,6 +102,28 @@ TEST_F(SceneDraftGL, looksLikeTheFinePicture) {
     const char* paths[] = {"/root/plain"};
     scene.delegate.suite->locationsSelected(scene.delegate.instance, paths, 1);
     expectAlike(viewport);
+}
+
+/// Points show their colour as it is, so what a draft makes of it can be computed.
+TEST_F(SceneDraftGL, coloursAreEncodedWhetherPlainOrSeenThrough) {
+    FakeViewport& viewport = addView({0, 0, 5});
+    for (const float opacity : {1.0f, 0.999f}) {
+        for (const float linear : {0.0f, 0.0005f, 0.003f, 0.01f, 0.1f, 0.5f, 1.0f, 3.0f}) {
+            const GroupAttribute points{{"P", FloatAttribute({0, 0, 0}, 3)}};
+            const FloatAttribute paint({linear, linear, linear, opacity}, 4);
+            scene.tell("/root/dot", {{"type", StringAttribute("points")},
+                                     {"geometry", GroupAttribute{{"point", points}}},
+                                     {"material", GroupAttribute{{"baseColor", paint}}}});
+            const float clamped = std::min(linear, 1.0f);
+            const float encoded = clamped <= 0.0031308f
+                                      ? 12.92f * clamped
+                                      : 1.055f * std::pow(clamped, 1.0f / 2.4f) - 0.055f;
+            const auto color = draw(viewport, true).at(kMiddle, kMiddle);
+            for (std::size_t i = 0; i < 3; ++i) {
+                EXPECT_NEAR(color[i], 255.0f * encoded, 1.5f) << linear << ", " << opacity;
+            }
+        }
+    }
 }
 
 TEST_F(SceneDraftGL, emptyPictureIsTheSameBackground) {
