@@ -308,7 +308,7 @@ int EglWindowSystem::swapBuffers(NativeDeviceContext deviceContext) {
 int EglWindowSystem::present(DeviceContext& dc) {
     if (dc.windowId < 0) {
         auto* const target = offscreen.find(dc.windowId);
-        target->shown = readDefaultFramebuffer(target->width, target->height);
+        readDefaultFramebuffer(target->width, target->height, target->shown);
         return 1;
     }
     // Drivers count a frame for a window that is gone as shown.

@@ -41,10 +41,11 @@ private:
 
 } // namespace
 
-Image readDefaultFramebuffer(int width, int height) {
+void readDefaultFramebuffer(int width, int height, Image& image) {
     const std::size_t rowSize = static_cast<std::size_t>(width) * 4;
-    Image image{width, height,
-                std::vector<std::uint8_t>(rowSize * static_cast<std::size_t>(height))};
+    image.width = width;
+    image.height = height;
+    image.rgba.resize(rowSize * static_cast<std::size_t>(height));
 
     const GLint framebuffer = getInteger(GL_READ_FRAMEBUFFER_BINDING);
     const GLint packBuffer = getInteger(GL_PIXEL_PACK_BUFFER_BINDING);
@@ -68,5 +69,4 @@ Image readDefaultFramebuffer(int width, int height) {
         };
         std::swap_ranges(row(top), row(top + 1), row(bottom));
     }
-    return image;
 }
