@@ -5,6 +5,7 @@ import math
 import os
 import sys
 
+from ostrel import events
 from PyVlAttribute import (DoubleAttribute, FloatAttribute, GroupAttribute, GroupBuilder,
                            IntAttribute, StringAttribute)
 
@@ -196,11 +197,13 @@ class Golden(object):
     draft      whether the quick picture
     look       yaw and pitch of the camera, in degrees
     move       what is done to the view's Orbit once the scene is framed
+    act        what is done to the View at last
+    size       in pixels
     """
 
     def __init__(self, name, scene, options=None, selection=(), closed=(),
                  camera="PerspectiveCamera", draft=False, look=(35.0, 22.0), move=None,
-                 manipulator=None):
+                 manipulator=None, act=None, size=(256, 160)):
         self.name = name
         self.scene = scene
         self.options = options or {}
@@ -211,6 +214,8 @@ class Golden(object):
         self.look = look
         self.move = move
         self.manipulator = manipulator
+        self.act = act
+        self.size = size
 
 
 def _mode(name):
@@ -230,6 +235,26 @@ def _zoom(orbit):
 def _back(orbit):
     orbit.distance *= 1.8
     orbit.target = (orbit.target[0], orbit.target[1] + 0.6, orbit.target[2])
+
+
+def _gizmo(name, begin=None, end=None):
+    """A gizmo on the torus, with the pointer at one pixel, or having dragged from there to another;
+    named by the tool first."""
+    def act(view):
+        view.draw()
+        if end:
+            view.viewport.event(events.mousePress(begin[0], begin[1], "left"))
+            view.viewport.event(events.mouseMove(end[0], end[1], ["left"]))
+            view.viewport.getViewerDelegate().processLocationEvents()
+        elif begin:
+            view.viewport.hover(*begin)
+    return Golden(name, shapes, selection=["/root/torus"],
+                  manipulator=name.split("_")[0].capitalize() + "Manipulator", act=act,
+                  size=(320, 264), move=_centreOnTorus)
+
+
+def _centreOnTorus(orbit):
+    orbit.target = (1.3, 0.0, 1.4)
 
 
 CULLING = {"cullBackFaces": IntAttribute(1)}
@@ -282,6 +307,14 @@ GOLDENS = [
     Golden("draft_selected", hiding, selection=["/root/ball", "/root/white"], draft=True,
            look=FRONT),
     Golden("draft_wireframe", coarse, _mode("wireframeOnShaded"), draft=True),
+    # Gizmos.
+    _gizmo("translate"),
+    _gizmo("rotate"),
+    _gizmo("scale"),
+    _gizmo("translate_dragged", (240, 153), (270, 165)),
+    _gizmo("rotate_hovered", (227, 73)),
+    _gizmo("rotate_dragged", (181, 178), (262, 135)),
+    _gizmo("scale_dragged", (160, 42), (163, 20)),
 ]
 
 

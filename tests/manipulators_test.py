@@ -2,8 +2,11 @@
 selection."""
 import unittest
 
-from gizmos import PATH, WIDTH, ManipulatorTest
+from gizmos import HEIGHT, PATH, WIDTH, ManipulatorTest, add, worldAxis
 from PyVlAttribute import StringAttribute
+
+
+TOOLS = ("TranslateManipulator", "RotateManipulator", "ScaleManipulator")
 
 
 class LayerTest(ManipulatorTest):
@@ -12,8 +15,12 @@ class LayerTest(ManipulatorTest):
         return bytearray(data)
 
     def colourAt(self, x, y):
+        return self.colours(x, y, 1, 1)[0]
+
+    def colours(self, left, top, width, height):
         data = self.pixels()
-        return tuple(data[(y * WIDTH + x) * 4:(y * WIDTH + x) * 4 + 3])
+        return [tuple(data[(y * WIDTH + x) * 4:(y * WIDTH + x) * 4 + 3])
+                for y in range(top, top + height) for x in range(left, left + width)]
 
     def testHandlesShowInTheirColoursAndBrightenUnderThePointer(self):
         self.show()
@@ -73,18 +80,67 @@ class LayerTest(ManipulatorTest):
         self.assertRaises(RuntimeError, self.view.manipulate, "NoManipulator")
         self.assertEqual((self.view.getManipulator(), shown()), (None, []))
 
-    def testItFitsLocationsOfTheSceneAndNoErrors(self):
+    def testTheToolThatFollowsTheSelectionIsTheOneThatIsTold(self):
+        self.show()
+        self.session.select([PATH])
+        for tool in TOOLS + TOOLS[:1]:
+            self.view.manipulate(tool)
+            self.assertEqual(self.view.getManipulator(), tool)
+            self.assertEqual(self.viewport.getNumberOfActiveManipulators(), 1)
+            self.assertEqual(self.viewport.getActiveManipulatorPluginName(0), tool)
+        self.view.manipulate(None)
+        self.assertEqual(self.viewport.getNumberOfActiveManipulators(), 0)
+
+    def testAxesHoldForManipulatorsToCome(self):
+        def axes():
+            return self.viewport.getActiveManipulatorByIndex(0).getOptionByName("axes").getValue()
+        self.show()
+        self.session.select([PATH])
+        self.view.manipulate("RotateManipulator")
+        self.assertEqual((self.view.getManipulatorAxes(), axes()), ("world", "world"))
+        self.view.setManipulatorAxes("local")
+        self.assertEqual(axes(), "local")
+        self.session.select(["/root/parent"])
+        self.assertEqual(axes(), "local")
+        self.view.manipulate("TranslateManipulator")
+        self.assertEqual((self.view.getManipulatorAxes(), axes()), ("local", "local"))
+
+    def testToolsFitLocationsOfTheSceneAndNoErrors(self):
         self.show()
         delegate = self.session.delegate
-        name = "TranslateManipulator"
-        self.assertEqual(delegate.getRegisteredManipulatorsInfo().getChildByName(
-            name + ".displayName"), StringAttribute("Translate"))
-        self.assertTrue(
-            delegate.getCompatibleManipulatorsInfo([PATH]).getChildByName(name) is not None)
+        for tool, name in zip(TOOLS, ("Translate", "Rotate", "Scale")):
+            tags = delegate.getRegisteredManipulatorsInfo().getChildByName(tool)
+            self.assertEqual(tags.getChildByName("displayName"), StringAttribute(name))
+            self.assertEqual(tags.getChildByName("group"), StringAttribute("Transform"))
+            self.assertTrue(
+                delegate.getCompatibleManipulatorsInfo([PATH]).getChildByName(tool) is not None)
         self.session.setAttribute(PATH, "type", StringAttribute("error"))
         self.settle()
-        self.assertTrue(
-            delegate.getCompatibleManipulatorsInfo([PATH]).getChildByName(name) is None)
+        for tool in TOOLS:
+            self.assertTrue(
+                delegate.getCompatibleManipulatorsInfo([PATH]).getChildByName(tool) is None)
+
+    def testNumbersAreWrittenBesideThePointerWhileADragGoesOn(self):
+        for tool in TOOLS:
+            self.show()
+            self.activate(name=tool)
+            if tool == "RotateManipulator":
+                x, y = self.pixelAt(add(self.position(), worldAxis(2),
+                                        self.gizmoLength(self.position())))
+            else:
+                x, y = self.placeOn(0, 0.9)
+            self.press(x, y)
+            self.assertTrue(self.readout() is not None, tool)
+            for place in ((30, 60), (WIDTH - 5, 100), (60, HEIGHT + 50), (-20, -20)):
+                self.move(*place)
+                # Light digits with a dark edge; from the margin on where they would not fit.
+                left = max(5, min(place[0] + 14, WIDTH - 45))
+                bottom = max(18, min(place[1] - 14, HEIGHT - 5))
+                block = self.colours(left, bottom - 13, 40, 13)
+                self.assertTrue(any(min(pixel) > 220 for pixel in block), (tool, place))
+                self.assertTrue(any(max(pixel) < 40 for pixel in block), (tool, place))
+            self.release(*place)
+            self.session.close()
 
 
 if __name__ == "__main__":

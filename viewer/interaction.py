@@ -3,14 +3,20 @@ import time
 
 from PyVlAttribute import IntAttribute
 
+#: The manipulators that keys show on the selection.
+_TOOLS = {"w": "TranslateManipulator", "e": "RotateManipulator", "r": "ScaleManipulator"}
+
 #: How long nothing has to change before a draft gives way to a fine picture, in seconds.
 _CALM = 0.2
 
 
 def pressKey(session, view, key):
     """Does what a key does, named as docs/events.md has it, that nothing in the viewport takes."""
-    if key == "w":
-        view.manipulate(None if view.getManipulator() else "TranslateManipulator")
+    if key in _TOOLS:
+        isShown = view.getManipulator() == _TOOLS[key]
+        view.manipulate(None if isShown else _TOOLS[key])
+    elif key == "x":
+        view.setManipulatorAxes("world" if view.getManipulatorAxes() == "local" else "local")
     elif key == "c":
         session.setCollapsed(not session.isCollapsed())
     elif key == "b":

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "manipulator/handlepainter.h"
 #include "manipulator/picturespace.h"
 #include "viewer_api/plugin/ViewportHost.h"
 
 #include "VlAttribute/Attribute.h"
+
+#include <string_view>
 
 namespace Bundled {
 
@@ -21,10 +24,13 @@ public:
     virtual bool moveTo(const Ray& ray, double step) = 0;
     /// What has been done is kept.
     virtual void finish() = 0;
-    /// What has been done so far, in numbers; not null.
+    /// What has been done so far, in doubles; not null. Three are along the gizmo's axes.
     [[nodiscard]] virtual VlAttribute::Attribute getReadout() const = 0;
+    /// What is written behind each of these numbers; see text.h.
+    [[nodiscard]] virtual std::string_view unit() const { return ""; }
     /// What shows of it beside the handles. [gl-current]
-    virtual void draw(const ViewerPlugin::ViewportHost& /*viewport*/) const {}
+    virtual void draw(HandlePainter& /*painter*/,
+                      const ViewerPlugin::ViewportHost& /*viewport*/) const {}
 };
 
 } // namespace Bundled

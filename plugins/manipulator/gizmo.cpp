@@ -1,9 +1,11 @@
 #include "manipulator/gizmo.h"
 
 #include "camera/camerapose.h"
+#include "gl/glcontext.h"
 #include "manipulator/dragmath.h"
 #include "manipulator/matrices.h"
 #include "manipulator/pictureof.h"
+#include "manipulator/text.h"
 #include "scene/raisedflag.h"
 #include "viewer_api/plugin/OptionIds.h"
 #include "viewer_api/plugin/ViewerDelegateHost.h"
@@ -12,9 +14,11 @@
 #include "VlAttribute/StringAttribute.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace Bundled {
 
@@ -28,6 +32,15 @@ constexpr double kStepsInLength = 5.0;
 constexpr double kHeadOn = 0.985;
 constexpr double kEdgeOn = 0.10;
 
+/// Of the text beside the pointer: the height of its digits, how far it is from the pointer, and
+/// the dark edge around its strokes, in heights.
+constexpr int kTextPx = 13;
+constexpr int kTextOffsetPx = 14;
+constexpr int kTextMarginPx = 5;
+constexpr float kTextEdge = 0.11f;
+constexpr std::array<float, 4> kTextColor = {0.95f, 0.95f, 0.92f, 1.0f};
+constexpr std::array<float, 4> kTextEdgeColor = {0.012f, 0.012f, 0.015f, 1.0f};
+
 /// Turns x to the axis, and keeps the order of the others.
 Imath::M44d turnToAxis(int axis) {
     Imath::M44d matrix;
@@ -37,6 +50,20 @@ Imath::M44d turnToAxis(int axis) {
         }
     }
     return matrix;
+}
+
+/// What is written of a drag's readout: along axes, only the numbers that the part can change.
+std::vector<double> numbersOf(const GizmoPart& part, const VlAttribute::DoubleAttribute& readout) {
+    const auto all = readout.getNearestSample(0.0f);
+    std::vector<double> numbers;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const bool isPartsAxis = static_cast<int>(i) == part.axis;
+        if (all.size() != 3 || (part.motion == Motion::Axis && isPartsAxis) ||
+            (part.motion == Motion::Plane && !isPartsAxis) || part.motion == Motion::Picture) {
+            numbers.push_back(all[i]);
+        }
+    }
+    return numbers;
 }
 
 } // namespace
@@ -131,10 +158,44 @@ void Gizmo::eachHandle(Use use) const {
 }
 
 void Gizmo::draw() {
-    if (current) {
-        current->draw(viewport());
+    const bool isDragShown = current && isGLReady();
+    // The handles hold it too.
+    const auto painter = isDragShown ? HandlePainter::share() : nullptr;
+    if (isDragShown) {
+        current->draw(*painter, viewport());
     }
     eachHandle([](const ViewerPlugin::ManipulatorHandleHost& each, std::size_t) { each.draw(); });
+    if (isDragShown) {
+        drawReadout(*painter);
+    }
+}
+
+void Gizmo::drawReadout(HandlePainter& painter) const {
+    const std::string text =
+        readoutText(numbersOf(parts[engaged], VlAttribute::DoubleAttribute(current->getReadout())),
+                    current->unit());
+    const PictureSpace space = pictureOf(viewport());
+    // Above the pointer, to the right, and within the picture.
+    const ViewerPlugin::ViewportHost view = viewport();
+    const int widthPx = static_cast<int>(std::ceil(kTextPx * textWidth(text)));
+    const auto within = [](int value, int least, int most) {
+        return std::max(least, std::min(value, most));
+    };
+    const Imath::V2i corner(
+        within(last.x + kTextOffsetPx, kTextMarginPx, view.getWidth() - widthPx - kTextMarginPx),
+        within(last.y - kTextOffsetPx, kTextMarginPx + kTextPx, view.getHeight() - kTextMarginPx));
+    const auto origin = onPlane(space.rayAt(corner), place(space).centre, space.forward());
+    if (!origin) {
+        return;
+    }
+    const double height = kTextPx * space.pixelLengthAt(*origin);
+    Imath::M44d matrix = Imath::M44d().setTranslation(*origin);
+    for (int i = 0; i < 3; ++i) {
+        matrix[0][i] = height * space.right()[i];
+        matrix[1][i] = height * space.up()[i];
+    }
+    painter.drawOver(textShape(text, kTextEdge), matrix, view, kTextEdgeColor);
+    painter.drawOver(textShape(text), matrix, view, kTextColor);
 }
 
 void Gizmo::pickerDraw(std::uint64_t pickerId) {

@@ -26,7 +26,7 @@ namespace Bundled {
 /// Option "axes" (string, "world"): along which axes the handles stand; "local" for those of the
 /// first location, as it is turned. Option "snapStep" (float, 0): the step, in the unit of the
 /// readout; 0 for the usual one. Option "readout" (doubles, read only): what the drag has done so
-/// far; null without one.
+/// far, which is also written beside the pointer; null without one.
 class Gizmo : public ViewerPlugin::ManipulatorPlugin {
 public:
     bool event(const GroupAttribute& event) override;
@@ -68,6 +68,7 @@ private:
     template <typename Use>
     void eachHandle(Use use) const;
     [[nodiscard]] ViewerPlugin::ManipulatorHandleHost handle(std::size_t index) const;
+    void drawReadout(HandlePainter& painter) const;
     bool respond(const Event& event);
     bool press(const Event& event);
     void moveTo(const Event& event);

@@ -44,7 +44,7 @@ void main() {
     float light = isLit == 1
         ? mix(0.55, 1.1, 0.5 + 0.5 * dot(normalize(viewNormal), normalize(vec3(-0.3, 0.6, 0.75))))
         : 1.0;
-    color = vec4(tint.rgb * light, isLit == 1 ? tint.a * opacity : tint.a);
+    color = vec4(tint.rgb * light, tint.a * (isLit == 1 ? opacity : 1.0));
 }
 )";
 
@@ -65,6 +65,13 @@ void HandlePainter::draw(const Shape& shape, const Imath::M44d& shapeToWorld,
                          const std::array<float, 4>& color, float opacityBehind) {
     const DrawState state({.blend = true});
     drawTriangles(shape, shapeToWorld, viewport, {color, opacityBehind, true});
+}
+
+void HandlePainter::drawOver(const Shape& shape, const Imath::M44d& shapeToWorld,
+                             const ViewerPlugin::ViewportHost& viewport,
+                             const std::array<float, 4>& color) {
+    const DrawState state({.depthTest = false, .depthWrite = false, .blend = true});
+    drawTriangles(shape, shapeToWorld, viewport, {color, 1.0f, false});
 }
 
 void HandlePainter::drawId(const Shape& shape, const Imath::M44d& shapeToWorld,

@@ -24,6 +24,9 @@ public:
     void draw(const Shape& shape, const Imath::M44d& shapeToWorld,
               const ViewerPlugin::ViewportHost& viewport, const std::array<float, 4>& color,
               float opacityBehind = 1.0f);
+    /// Over everything, in just this colour.
+    void drawOver(const Shape& shape, const Imath::M44d& shapeToWorld,
+                  const ViewerPlugin::ViewportHost& viewport, const std::array<float, 4>& color);
     /// In the colour of an id, also what lies behind the shape's origin or only the rest.
     void drawId(const Shape& shape, const Imath::M44d& shapeToWorld,
                 const ViewerPlugin::ViewportHost& viewport, std::uint64_t id, bool isWhole = true);

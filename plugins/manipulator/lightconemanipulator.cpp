@@ -2,6 +2,7 @@
 #include "manipulator/dragmath.h"
 #include "manipulator/gizmo.h"
 #include "manipulator/liveedits.h"
+#include "manipulator/text.h"
 #include "scene/lightcone.h"
 
 #include "VlAttribute/DoubleAttribute.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Bundled {
@@ -54,6 +56,7 @@ public:
     }
     void finish() override { edits.finish(); }
     VlAttribute::Attribute getReadout() const override { return DoubleAttribute(angle); }
+    std::string_view unit() const override { return {&kDegreeSign, 1}; }
 
 private:
     static double angleOf(const LiveEdits::Target& target) {

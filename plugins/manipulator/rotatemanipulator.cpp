@@ -3,9 +3,15 @@
 #include "manipulator/gizmo.h"
 #include "manipulator/ringturn.h"
 #include "manipulator/rotations.h"
+#include "manipulator/shapes.h"
+#include "manipulator/text.h"
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/StringAttribute.h"
+
+#include <array>
+#include <cmath>
+#include <string_view>
 
 namespace Bundled {
 
@@ -30,7 +36,25 @@ public:
         return VlAttribute::DoubleAttribute(degrees);
     }
 
+    std::string_view unit() const override { return {&kDegreeSign, 1}; }
+
+    /// The sector that has been swept, whole turns left out.
+    void draw(HandlePainter& painter, const ViewerPlugin::ViewportHost& viewport) const override {
+        const Imath::V3d x = grasp.axis();
+        const Imath::V3d& y = ring.arm();
+        const Imath::V3d z = x.cross(y);
+        Imath::M44d matrix = Imath::M44d().setTranslation(grasp.place.centre);
+        for (int i = 0; i < 3; ++i) {
+            matrix[0][i] = grasp.place.length * x[i];
+            matrix[1][i] = grasp.place.length * y[i];
+            matrix[2][i] = grasp.place.length * z[i];
+        }
+        painter.drawOver(sectorShape(std::fmod(degrees, 360.0)), matrix, viewport, kSectorColor);
+    }
+
 private:
+    static constexpr std::array<float, 4> kSectorColor = {1.0f, 0.85f, 0.30f, 0.25f};
+
     RingTurn ring;
     double degrees = 0.0;
 };

@@ -1,6 +1,7 @@
 #include "manipulator/componentdrag.h"
 #include "manipulator/gizmo.h"
 #include "manipulator/scaling.h"
+#include "manipulator/text.h"
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/StringAttribute.h"
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Bundled {
@@ -36,6 +38,8 @@ public:
     VlAttribute::Attribute getReadout() const override {
         return VlAttribute::DoubleAttribute({factors.x, factors.y, factors.z}, 3);
     }
+
+    std::string_view unit() const override { return {&kTimesSign, 1}; }
 
 private:
     Scaling scaling;

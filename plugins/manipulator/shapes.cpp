@@ -104,6 +104,23 @@ Shape coneShape(double halfAngle, float tube) {
     return shape;
 }
 
+Shape sectorShape(double degrees) {
+    constexpr double kStepDegrees = 3.0;
+    const V3f normal(1.0f, 0.0f, 0.0f);
+    const int steps = static_cast<int>(std::ceil(std::abs(degrees) / kStepDegrees));
+    const auto rim = [&](int step) {
+        const double angle = degrees * step / steps * M_PI / 180.0;
+        return V3f(0.0f, static_cast<float>(std::cos(angle)), static_cast<float>(std::sin(angle)));
+    };
+    Shape shape;
+    for (int step = 0; step < steps; ++step) {
+        shape.push_back({V3f(0.0f), normal});
+        shape.push_back({rim(step), normal});
+        shape.push_back({rim(step + 1), normal});
+    }
+    return shape;
+}
+
 Shape cubeShape(const V3f& centre, float half) {
     Shape shape;
     for (int axis = 0; axis < 3; ++axis) {

@@ -33,6 +33,10 @@ struct ProfilePoint {
 /// A ring around the x axis, at that place of it. `tube` is the radius of what it is made of.
 [[nodiscard]] Shape ringShape(float radius, float tube, float x = 0.0f);
 
+/// A sector of the disc around the x axis, of radius 1: from y on towards z, by less than a turn or
+/// a whole one. Degrees may be negative.
+[[nodiscard]] Shape sectorShape(double degrees);
+
 /// A cube, with edges along the axes.
 [[nodiscard]] Shape cubeShape(const Imath::V3f& centre, float half);
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 // The shapes of handles, in lengths of a gizmo.
 namespace {
@@ -16,6 +17,7 @@ using Bundled::coneRimShape;
 using Bundled::coneShape;
 using Bundled::cubeShape;
 using Bundled::ringShape;
+using Bundled::sectorShape;
 using Bundled::Shape;
 using Bundled::ShapeVertex;
 using Bundled::squareShape;
@@ -75,6 +77,25 @@ TEST(Shapes, ringLiesAroundXAndItsNormalsPointOutwards) {
         EXPECT_NEAR((at - core).length(), 0.1f, 1e-5f);
         EXPECT_GT((at - core).dot(vertex.normal), 0.08f);
     }
+}
+
+TEST(Shapes, sectorSweepsFromYTowardsZ) {
+    const struct {
+        double degrees, area;
+    } rows[] = {{0, 0}, {90, M_PI / 4}, {-90, -M_PI / 4}, {200, M_PI * 200 / 360}, {360, M_PI}};
+    for (const auto& row : rows) {
+        const Shape shape = sectorShape(row.degrees);
+        double area = 0.0;
+        for (std::size_t i = 0; i < shape.size(); i += 3) {
+            const V3f a = shape[i + 1].position - shape[i].position;
+            const V3f b = shape[i + 2].position - shape[i].position;
+            area += 0.5 * a.cross(b).x;
+        }
+        EXPECT_NEAR(area, row.area, 0.01) << row.degrees;
+    }
+    const Shape quarter = sectorShape(90);
+    EXPECT_NEAR((quarter[1].position - V3f(0, 1, 0)).length(), 0.0f, 1e-6f);
+    EXPECT_NEAR((quarter.back().position - V3f(0, 0, 1)).length(), 0.0f, 1e-6f);
 }
 
 TEST(Shapes, cubesNormalsPointOutwards) {

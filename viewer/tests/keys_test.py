@@ -28,6 +28,15 @@ class Session(object):
     def setTime(self, frame):
         self.time = frame
         self.calls.append("frame=%%g" %% frame)
+    manipulator, axes = None, "world"
+    def getManipulator(self): return self.manipulator
+    def manipulate(self, name):
+        self.manipulator = name
+        self.calls.append("manipulator=%%s" %% name)
+    def getManipulatorAxes(self): return self.axes
+    def setManipulatorAxes(self, axes):
+        self.axes = axes
+        self.calls.append("axes=" + axes)
     def addView(self, *arguments): return self
     def lookThrough(self, path): pass
     def event(self, group): return False
@@ -46,7 +55,9 @@ plain, control, shift = Qt.NoModifier, Qt.ControlModifier, Qt.ShiftModifier
 for key, modifiers in ((Qt.Key_Z, control), (Qt.Key_Z, control | shift), (Qt.Key_Y, control),
                        (Qt.Key_Z, plain), (Qt.Key_Y, plain), (Qt.Key_C, plain),
                        (Qt.Key_B, plain), (Qt.Key_P, plain), (Qt.Key_Right, plain),
-                       (Qt.Key_Right, plain), (Qt.Key_Left, plain)):
+                       (Qt.Key_Right, plain), (Qt.Key_Left, plain), (Qt.Key_W, plain),
+                       (Qt.Key_E, plain), (Qt.Key_R, plain), (Qt.Key_R, plain), (Qt.Key_X, plain),
+                       (Qt.Key_X, plain)):
     application.sendEvent(widget, QKeyEvent(QEvent.KeyPress, key, modifiers))
 print(" ".join(session.calls))
 print(widget.windowTitle())
@@ -60,7 +71,7 @@ window._frame.unbind("<Expose>")
 window._root.focus_force()
 window._root.update()
 for key in ("<Control-z>", "<Control-Shift-Z>", "<Control-y>", "<z>", "<y>", "<c>", "<b>", "<p>",
-            "<Right>", "<Right>", "<Left>"):
+            "<Right>", "<Right>", "<Left>", "<w>", "<e>", "<r>", "<r>", "<x>", "<x>"):
     window._root.event_generate(key)
 print(" ".join(session.calls))
 print(window._root.title())
@@ -83,7 +94,11 @@ class KeysTest(unittest.TestCase):
                                                   **environment))  # or Qt complains
         calls, title = output.decode("ascii").splitlines()
         self.assertEqual(calls.split(), ["undo", "redo", "redo", "collapsed=1", "boxes=0", "proxies=0",
-                                         "frame=6", "frame=7", "frame=6"])
+                                         "frame=6", "frame=7", "frame=6",
+                                         "manipulator=TranslateManipulator",
+                                         "manipulator=RotateManipulator",
+                                         "manipulator=ScaleManipulator", "manipulator=None",
+                                         "axes=local", "axes=world"])
         self.assertEqual(title, "model, frame 6")
 
     @unittest.skipUnless(hasModule("PySide2.QtWidgets"), "no Qt")

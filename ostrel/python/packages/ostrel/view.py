@@ -2,7 +2,7 @@
 from __future__ import division
 
 import PyWindowSystem
-from PyVlAttribute import IntAttribute
+from PyVlAttribute import IntAttribute, StringAttribute
 
 from ostrel.lookthrough import cameraData, cameraPlugin
 from ostrel.orbit import Orbit
@@ -37,6 +37,7 @@ class View(object):
         self._locationPlugin = None
         self._locationPath = ""
         self._manipulator = None
+        self._manipulatorAxes = "world"
         self.updateCamera()
         self.resize(width, height)
 
@@ -121,12 +122,28 @@ class View(object):
         self.viewport.deactivateAllManipulators(True)
         if pluginName is not None:
             self.viewport.activateManipulator(pluginName, self._session.getSelection(), True)
+            self._tellManipulatorAxes()
         self._manipulator = pluginName
         self.viewport.setDirty(True)
 
     def getManipulator(self):
         """The plug-in name of the manipulator that follows the selection, or None."""
         return self._manipulator
+
+    def setManipulatorAxes(self, axes):
+        """Has manipulators stand along these axes: "world", or "local" for those of the first
+        location that is selected."""
+        self._manipulatorAxes = axes
+        self._tellManipulatorAxes()
+
+    def getManipulatorAxes(self):
+        """What setManipulatorAxes() was told; "world" at first."""
+        return self._manipulatorAxes
+
+    def _tellManipulatorAxes(self):
+        for index in range(self.viewport.getNumberOfActiveManipulators()):
+            self.viewport.getActiveManipulatorByIndex(index).setOptionByName(
+                "axes", StringAttribute(self._manipulatorAxes))
 
     def selectionChanged(self):
         """The session has another selection."""
