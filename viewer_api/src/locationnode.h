@@ -1,6 +1,9 @@
 #pragma once
 
+#include "extentcache.h"
 #include "locationnodebase.h"
+
+#include <memory>
 
 namespace ViewerAPI {
 
@@ -35,6 +38,9 @@ struct LocationNode : LocationNodeBase<LocationNode> {
     /// Proxies attached directly to an ordinary location. A proxy's own children are proxies too,
     /// and stand in its `children`.
     NodeList<LocationNode> proxyChildren;
+
+    /// Made and read by those who compute extents; null until then, and dropped by the tree.
+    mutable std::unique_ptr<ExtentCache> extents;
 };
 
 } // namespace ViewerAPI

@@ -141,9 +141,8 @@ void LocationTree::hideLocations(std::span<const char* const> paths) {
         if (!node) {
             hidden_.insert(path);
         } else if (!node->proxy && !node->hidden) {
-            node->hidden = true;
             hidden_.insert(path);
-            enqueue(*node);
+            setHidden(*node, true);
         }
     }
 }
@@ -154,9 +153,8 @@ void LocationTree::unhideLocations(std::span<const char* const> paths) {
         if (!node) {
             hidden_.erase(path);
         } else if (node->hidden) {
-            node->hidden = false;
             hidden_.erase(path);
-            enqueue(*node);
+            setHidden(*node, false);
         }
     }
 }
@@ -164,12 +162,16 @@ void LocationTree::unhideLocations(std::span<const char* const> paths) {
 void LocationTree::unhideAllLocations() {
     for (const std::string& path : hidden_) {
         LocationNode* node = findNode(path);
-        if (node && node->hidden) {
-            node->hidden = false;
-            enqueue(*node);
-        }
+        if (node && node->hidden)
+            setHidden(*node, false);
     }
     hidden_.clear();
+}
+
+void LocationTree::setHidden(LocationNode& node, bool isHidden) {
+    node.hidden = isHidden;
+    dropExtents(node);
+    enqueue(node);
 }
 
 StringAttribute LocationTree::getHiddenLocations() const {
@@ -235,7 +237,14 @@ bool LocationTree::storeAttributes(LocationNode& node, GroupAttribute attributes
     }
     updateXform(node, attributes);
     node.attributes = std::move(attributes);
+    dropExtents(node);
     return true;
+}
+
+void LocationTree::dropExtents(LocationNode& node) {
+    node.extents.reset();
+    if (node.parent)
+        node.parent->extents.reset();
 }
 
 LocationNode* LocationTree::createNode(std::string_view path, bool createParents, bool isProxy) {

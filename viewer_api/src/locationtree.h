@@ -106,6 +106,9 @@ private:
         return node.pinned || node.pinnedDescendants != 0;
     }
     void changePinnedAncestors(LocationNode& node, std::int32_t by);
+    /// Of the location and its parent: something has changed that extents depend on.
+    static void dropExtents(LocationNode& node);
+    void setHidden(LocationNode& node, bool isHidden);
     static bool storeAttributes(LocationNode& node, VlAttribute::GroupAttribute attributes);
 
     void walk(LocationNode& node, const Inherited& inherited, std::vector<LocationChange>& out);

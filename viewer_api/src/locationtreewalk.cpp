@@ -38,6 +38,8 @@ void LocationTree::walk(LocationNode& node, const Inherited& inherited,
     const bool wasCooked = node.wasCooked || node.cooked;
     const bool didCollapseChildren = node.collapsed || (!node.proxy && !node.wasOpen);
     const bool didHideChildren = node.wasHidden || node.inheritedHidden;
+    const bool wasSent = node.sent;
+    const bool didInheritHidden = node.inheritedHidden;
 
     if (inherited.parentRemoved) {
         // The parent's removal covers this location too.
@@ -70,6 +72,9 @@ void LocationTree::walk(LocationNode& node, const Inherited& inherited,
         change.proxy = node.proxy;
         change.removed = true;
     }
+
+    if (node.sent != wasSent || node.inheritedHidden != didInheritHidden)
+        dropExtents(node);
 
     const bool isDoomed =
         !inherited.parentDeleted && !node.cooked && !node.pinned && node.pinnedDescendants == 0;

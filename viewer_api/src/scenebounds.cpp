@@ -1,20 +1,17 @@
 #include "scenebounds.h"
 
-#include "partialxform.h"
+#include "mergedextentwalk.h"
 #include "vlviewerdelegatecomponenthost.h"
 #include "vlviewerdelegatehost.h"
 
 #include "VlAttribute/FloatAttribute.h"
 #include "VlScenelib/VlXFormUtil.h"
 
-#include <boost/unordered_set.hpp>
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <limits>
 #include <span>
-#include <vector>
 
 namespace ViewerAPI {
 
@@ -22,7 +19,6 @@ using VlAttribute::Attribute;
 using VlAttribute::DoubleAttribute;
 using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
-using VlScenelib::VlXFormUtil::CalcTransformedBoundsAtExistingTimes;
 using VlScenelib::VlXFormUtil::MergeBounds;
 
 namespace {
@@ -53,103 +49,6 @@ void merge(DoubleAttribute& merged, const DoubleAttribute& bounds) {
     if (isBounds(bounds))
         merged = merged ? MergeBounds(merged, bounds) : bounds;
 }
-
-/// World matrices on the line of ancestors of the node that was asked about last. In a walk from
-/// parents to children the next one's parent mostly stands on it, and otherwise much of its line.
-class WorldMatrices {
-public:
-    /// Null when there is no transform on the node's line.
-    [[nodiscard]] DoubleAttribute get(const LocationNode& node) {
-        return worldOf(node, getAncestor(node.parent));
-    }
-
-private:
-    struct Ancestor {
-        const LocationNode* node;
-        DoubleAttribute world;
-    };
-
-    [[nodiscard]] static DoubleAttribute worldOf(const LocationNode& node,
-                                                 const DoubleAttribute& parentWorld) {
-        return node.absolute ? node.matrix : multiplyMatrices(node.matrix, parentWorld);
-    }
-
-    [[nodiscard]] bool isOnLine(const LocationNode& node) const {
-        const auto depth = static_cast<std::size_t>(node.depth);
-        return depth <= line_.size() && line_[depth - 1].node == &node;
-    }
-
-    DoubleAttribute getAncestor(const LocationNode* node) {
-        // Up to where the old line and the new one part, and back down.
-        const LocationNode* joint = node;
-        for (; joint && !isOnLine(*joint); joint = joint->parent)
-            climbed_.push_back(joint);
-        line_.resize(joint ? static_cast<std::size_t>(joint->depth) : 0);
-        DoubleAttribute world = joint ? line_.back().world : DoubleAttribute();
-        for (; !climbed_.empty(); climbed_.pop_back()) {
-            world = worldOf(*climbed_.back(), world);
-            line_.push_back({climbed_.back(), world});
-        }
-        return world;
-    }
-
-    std::vector<Ancestor> line_; ///< by depth, from the root
-    std::vector<const LocationNode*> climbed_;
-};
-
-/// Walks down from the locations asked for and gathers their boxes.
-class MergedExtentWalk {
-public:
-    MergedExtentWalk(const SceneBounds& bounds, const LocationNode* excluded)
-        : bounds_(bounds), excluded_(excluded) {}
-
-    /// All are added before the walk. Null is passed over.
-    void addStart(const LocationNode* node) {
-        if (node && takesPart(*node) && starts_.insert(node).second)
-            stack_.push_back(node);
-    }
-
-    DoubleAttribute run() {
-        while (!stack_.empty()) {
-            const LocationNode& node = *stack_.back();
-            stack_.pop_back();
-            const char* const path = node.path.c_str();
-            if (const DoubleAttribute box = bounds_.getBounds(node.attributes, path)) {
-                mergeWorld(node, box);
-                continue;
-            }
-            mergeWorld(node, bounds_.computeExtent(node.attributes, path));
-            pushChildren(node.children);
-            pushChildren(node.proxyChildren);
-        }
-        return merged_;
-    }
-
-private:
-    [[nodiscard]] bool takesPart(const LocationNode& node) const {
-        return node.sent && &node != excluded_ && !LocationTree::isHidden(node);
-    }
-
-    // Each node has one parent, so only a start can be reached twice.
-    void pushChildren(const NodeList<LocationNode>& children) {
-        for (const LocationNode* child : children) {
-            if (takesPart(*child) && starts_.find(child) == starts_.end())
-                stack_.push_back(child);
-        }
-    }
-
-    void mergeWorld(const LocationNode& node, const DoubleAttribute& box) {
-        if (box)
-            merge(merged_, CalcTransformedBoundsAtExistingTimes(matrices_.get(node), box));
-    }
-
-    const SceneBounds& bounds_;
-    const LocationNode* excluded_;
-    boost::unordered_set<const LocationNode*> starts_;
-    std::vector<const LocationNode*> stack_;
-    WorldMatrices matrices_;
-    DoubleAttribute merged_;
-};
 
 } // namespace
 
@@ -190,13 +89,11 @@ DoubleAttribute SceneBounds::getBounds(const GroupAttribute& attributes, const c
 }
 
 DoubleAttribute SceneBounds::computeExtent(const std::string& path) const {
-    return computeExtent(delegate_.getAttributes(path, kVlViewerDelegatePrimary), path.c_str());
+    return computeExtent(pointExtent(delegate_.getAttributes(path, kVlViewerDelegatePrimary)),
+                         path.c_str());
 }
 
-DoubleAttribute SceneBounds::computeExtent(const GroupAttribute& attributes,
-                                           const char* path) const {
-    DoubleAttribute extent;
-    merge(extent, pointExtent(attributes));
+DoubleAttribute SceneBounds::computeExtent(DoubleAttribute extent, const char* path) const {
     const HostCall call(delegate_);
     merge(extent, DoubleAttribute(Attribute::CreateAndSteal(
                       delegate_.suite->computeExtent(delegate_.instance, path))));

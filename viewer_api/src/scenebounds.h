@@ -40,14 +40,17 @@ public:
     /// The box of what a location itself shows, in local space: the merged answers of its points,
     /// the delegate plug-in and all components. Null when nobody has one.
     [[nodiscard]] VlAttribute::DoubleAttribute computeExtent(const std::string& path) const;
-    /// The same of a location whose attributes are at hand.
+    /// The same of a location whose pointExtent() is at hand.
     [[nodiscard]] VlAttribute::DoubleAttribute
-    computeExtent(const VlAttribute::GroupAttribute& attributes, const char* path) const;
+    computeExtent(VlAttribute::DoubleAttribute pointExtent, const char* path) const;
 
     /// The box in world space of these locations and what is shown below them: hidden locations and
     /// the one at `excludePath` are left out with all below them, and a location that has bounds
     /// stands for what is below it. Plug-ins are asked from the last location to the first. A null
     /// path is passed over. Null when nothing has a box. No location may go meanwhile.
+    ///
+    /// What locations' boxes come to is kept for the next question (MergedExtentWalk), whose cost
+    /// then is that of the locations without a `bound`, and of what changed.
     [[nodiscard]] VlAttribute::DoubleAttribute
     computeMergedExtent(const char* const* paths, std::uint32_t count,
                         const std::string& excludePath) const;

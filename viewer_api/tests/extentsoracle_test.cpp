@@ -1,5 +1,6 @@
 // Boxes of random hierarchies against an evaluation that asks of each location by itself whether it
-// counts, and moves the eight corners of its box.
+// counts, and moves the eight corners of its box; and over random changes also against what the
+// same tree answers when nothing is kept from earlier questions.
 
 #include "scenebounds.h"
 
@@ -132,6 +133,9 @@ struct Location {
     bool isOpen = false;
     bool isPinned = false;
     bool isHidden = false;
+    bool exists = true;
+    bool isNewsWaiting = false; ///< an event that the next pump brings
+    int oneInHasBound = 8;
     Answer bound;          ///< the attribute
     GroupAttribute points; ///< the group "geometry"
     PlainBoxes pointBoxes;
@@ -144,7 +148,7 @@ protected:
     void run(unsigned seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         random.seed(seed);
-        makeScene();
+        makeScene(false);
         start();
         showScene();
         for (std::size_t place = 0; place < scene.size(); ++place) {
@@ -157,7 +161,34 @@ protected:
             compareMerged();
     }
 
+    /// A scene with broad families of locations with bounds, over a random life.
+    void runChanges(unsigned seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        random.seed(seed);
+        makeScene(true);
+        start();
+        delegate->setManipulationFreezePeriod(0);
+        showScene();
+        for (int round = 0; round < 40 && !HasFailure(); ++round) {
+            SCOPED_TRACE("round " + std::to_string(round));
+            for (int changes = upTo(4); changes >= 0; --changes) {
+                change();
+                if (oneIn(3))
+                    compareWithFresh();
+            }
+            delegate->processLocationEvents();
+            for (Location& location : scene)
+                location.isNewsWaiting = false;
+            if (oneIn(2))
+                compareWithFresh();
+            bringProxies();
+            compareMerged();
+            compareWithFresh();
+        }
+    }
+
     int numberOfExtents = 0;
+    int numberOfHits = 0; ///< questions that found something kept
 
 private:
     int upTo(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random); }
@@ -201,7 +232,7 @@ private:
     void makePoints(Location& location) {
         const bool areWeighted = oneIn(3);
         const std::size_t length = areWeighted ? 4 : 3;
-        const int count = oneIn(6) ? 0 : 1 + upTo(4);
+        const int count = oneIn(6) ? 0 : oneIn(6) ? 100 : 1 + upTo(4);
         const bool areNegative = oneIn(4);
         std::vector<float> values;
         PlainBox box = boxOf({std::numeric_limits<double>::max(), 2.2250738585072014e-308,
@@ -228,37 +259,55 @@ private:
         location.pointBoxes = {{0.0F, box}};
     }
 
-    void makeScene() {
-        const RandomXforms xforms{random};
+    void makeScene(bool isBroad) {
         scene.assign(1, Location());
         scene.front().path = "/root";
-        const int count = 3 + upTo(14);
+        const int count = isBroad ? 20 + upTo(30) : 3 + upTo(14);
+        // Of a broad scene most are children of a few of the first.
+        const int families = 1 + upTo(3);
         for (int i = 1; i < count; ++i) {
-            const int parent = std::max(0, i - 1 - upTo(6));
+            const int parent = isBroad && i > families && !oneIn(8) ? upTo(families)
+                                                                    : std::max(0, i - 1 - upTo(6));
             Location& added = scene.emplace_back();
             added.path = at(parent).path + "/n" + std::to_string(i);
             added.parent = parent;
             // Below a proxy there are proxies only.
             added.isProxy = at(parent).isProxy || oneIn(6);
         }
-        for (Location& location : scene) {
-            if (!oneIn(5))
-                location.xform = xforms.make();
+        for (std::size_t place = 0; place < scene.size(); ++place) {
+            Location& location = scene[place];
             location.isOpen = !location.isProxy && !oneIn(6);
             location.isPinned = !location.isProxy && oneIn(12);
             location.isHidden = !location.isProxy && oneIn(10);
-            if (oneIn(8))
-                location.bound = randomAnswer();
-            if (oneIn(2))
-                makePoints(location);
-            location.bounds.resize(3);
-            location.extents.resize(3);
-            for (int who = 0; who < 3; ++who) {
-                if (oneIn(20))
-                    location.bounds[static_cast<std::size_t>(who)] = randomAnswer();
-                if (oneIn(6))
-                    location.extents[static_cast<std::size_t>(who)] = randomAnswer();
-            }
+            const bool isInFamily = isBroad && static_cast<int>(place) > families;
+            location.oneInHasBound = isInFamily ? 1 : isBroad ? 16 : 8;
+            makeAttributes(location);
+            makeAnswers(location, isInFamily ? 60 : 20);
+        }
+    }
+
+    void makeAttributes(Location& location) {
+        const RandomXforms xforms{random};
+        location.xform.reset();
+        location.bound = {};
+        location.points = {};
+        location.pointBoxes = {};
+        if (!oneIn(5))
+            location.xform = xforms.make();
+        if (oneIn(location.oneInHasBound))
+            location.bound = randomAnswer();
+        if (oneIn(2))
+            makePoints(location);
+    }
+
+    void makeAnswers(Location& location, int oneInHasBounds) {
+        location.bounds.assign(3, {});
+        location.extents.assign(3, {});
+        for (std::size_t who = 0; who < 3; ++who) {
+            if (oneIn(oneInHasBounds))
+                location.bounds[who] = randomAnswer();
+            if (oneIn(6))
+                location.extents[who] = randomAnswer();
         }
     }
 
@@ -274,16 +323,12 @@ private:
     void showScene() {
         delegate->addComponent("A", "a");
         delegate->addComponent("B", "b");
-        const std::array<RecordingPlugin*, 3> asked{&plugin, &componentB, &componentA};
         for (RecordingPlugin* const recorder : asked) {
             recorder->bounds.clear();
             recorder->extents.clear();
         }
         for (const Location& location : scene) {
-            for (std::size_t who = 0; who < asked.size(); ++who) {
-                asked[who]->bounds[location.path] = location.bounds[who].attribute;
-                asked[who]->extents[location.path] = location.extents[who].attribute;
-            }
+            tellAnswers(location);
             const char* const path = location.path.c_str();
             if (!location.isProxy)
                 client(kPrimaryClient).report(location.path, attributesOf(location), {"x"});
@@ -299,11 +344,120 @@ private:
         delegate->processLocationEvents();
         // Proxies come to locations that are as they shall be: those that were there before a
         // location was hidden would not be hidden with it.
-        for (const Location& location : scene) {
-            if (location.isProxy)
-                delegate->locationTree.cook(location.path, attributesOf(location), {}, true, false);
+        bringProxies();
+    }
+
+    void tellAnswers(const Location& location) {
+        for (std::size_t who = 0; who < asked.size(); ++who) {
+            asked[who]->bounds[location.path] = location.bounds[who].attribute;
+            asked[who]->extents[location.path] = location.extents[who].attribute;
+        }
+    }
+
+    /// As a factory does: proxies go with the locations that they stand below.
+    void bringProxies() {
+        for (std::size_t place = 0; place < scene.size(); ++place) {
+            if (at(int(place)).isProxy && existsWithAncestors(int(place)))
+                delegate->locationTree.cook(at(int(place)).path, attributesOf(at(int(place))), {},
+                                            true, false);
         }
         delegate->flushLocationChanges(true);
+    }
+
+    // ---- Its life
+
+    void change() {
+        Location& location = scene[static_cast<std::size_t>(upTo(static_cast<int>(scene.size())))];
+        const char* const path = location.path.c_str();
+        switch (upTo(12)) {
+        case 0:
+            changeAnswers(location);
+            break;
+        case 1:
+            if (!location.isProxy)
+                setOpen(location, !oneIn(4));
+            break;
+        case 2:
+            if (!location.isProxy)
+                setPinned(location, oneIn(3));
+            break;
+        case 3:
+        case 4:
+            // Whether a proxy is hidden with its location depends on which was first.
+            if (!location.isProxy && !hasProxies(location))
+                setHidden(location, oneIn(2));
+            break;
+        case 5:
+            if (!location.isProxy && (location.path != "/root" || oneIn(10)))
+                removeSubtree(location);
+            break;
+        case 6:
+        case 7:
+            manipulate(location);
+            break;
+        default:
+            if (location.isProxy) {
+                makeAttributes(location);
+                delegate->locationTree.setAttributes(path, attributesOf(location));
+            } else if (location.parent < 0 || at(location.parent).exists) {
+                location.exists = location.isNewsWaiting = true;
+                makeAttributes(location);
+                client(kPrimaryClient).report(location.path, attributesOf(location), {"x"});
+            }
+            break;
+        }
+    }
+
+    void changeAnswers(Location& location) {
+        makeAnswers(location, 30);
+        tellAnswers(location);
+    }
+    void setOpen(Location& location, bool isOpen) {
+        const char* const path = location.path.c_str();
+        location.isOpen = isOpen;
+        isOpen ? delegate->openLocations(&path, 1) : delegate->closeLocations(&path, 1);
+    }
+    void setPinned(Location& location, bool isPinned) {
+        const char* const path = location.path.c_str();
+        location.isPinned = isPinned;
+        isPinned ? delegate->pinLocations(&path, 1) : delegate->unpinLocations(&path, 1);
+    }
+    void setHidden(Location& location, bool isHidden) {
+        const char* const path = location.path.c_str();
+        location.isHidden = isHidden;
+        isHidden ? delegate->hideLocations(&path, 1) : delegate->unhideLocations(&path, 1);
+    }
+    bool hasProxies(const Location& location) const {
+        return std::any_of(scene.begin(), scene.end(), [&](const Location& each) {
+            return each.isProxy && &at(each.parent) == &location;
+        });
+    }
+    void removeSubtree(const Location& location) {
+        const int top = static_cast<int>(&location - scene.data());
+        for (int place = static_cast<int>(scene.size()) - 1; place >= top; --place) {
+            Location& each = scene[static_cast<std::size_t>(place)];
+            if (!each.isProxy && each.exists && isAtOrBelow(place, top)) {
+                each.exists = false;
+                each.isNewsWaiting = true;
+                client(kPrimaryClient).reportGone(each.path);
+            }
+        }
+    }
+    /// A live value on what plug-ins know. It stands until the next event of the location.
+    void manipulate(Location& location) {
+        const bool isBound = oneIn(2);
+        Location changed = location;
+        if (isBound)
+            changed.bound = randomAnswer();
+        else
+            changed.xform = RandomXforms{random}.make();
+        const bool isSet =
+            location.isProxy ||
+            delegate->setManipulatedAttribute(
+                location.path, isBound ? "bound" : "xform",
+                isBound ? changed.bound.attribute : Attribute(toAttribute(*changed.xform)), true);
+        if (isSet && !location.isNewsWaiting)
+            location = changed;
     }
 
     // ---- The plain evaluation
@@ -314,10 +468,18 @@ private:
         return place == ancestor;
     }
 
+    bool existsWithAncestors(int place) const {
+        while (place >= 0 && at(place).exists)
+            place = at(place).parent;
+        return place < 0;
+    }
+
     /// Whether plug-ins were told of the location. Proxies come and go with theirs.
     bool isSent(int place) const {
         while (at(place).isProxy)
             place = at(place).parent;
+        if (!existsWithAncestors(place))
+            return false;
         if (place == 0) // the placeholder below it is pinned too
             return true;
         bool areAncestorsOpen = true;
@@ -400,11 +562,46 @@ private:
             }
         }
         numberOfExtents += expected.empty() ? 0 : 1;
-        const DoubleAttribute actual = delegate->computeMergedExtent(
-            paths.data(), static_cast<std::uint32_t>(paths.size()), excluded);
-        EXPECT_EQ(complaint(expected, actual), "")
+        EXPECT_EQ(complaint(expected, merged(paths, excluded)), "")
             << testing::PrintToString(paths) << " without " << excluded;
     }
+
+    DoubleAttribute merged(const std::vector<const char*>& paths, const std::string& excluded) {
+        return delegate->computeMergedExtent(paths.data(), static_cast<std::uint32_t>(paths.size()),
+                                             excluded);
+    }
+
+    // ---- What is kept
+
+    const LocationNode* nodeOf(const Location& location) const {
+        return delegate->locationTree.find(location.path);
+    }
+
+    /// Exactly: also between a change and the next collection, when the tree knows more than
+    /// plug-ins.
+    void compareWithFresh() {
+        const std::vector<const char*> paths{
+            at(oneIn(2) ? 0 : upTo(int(scene.size()))).path.c_str(),
+            at(upTo(int(scene.size()))).path.c_str()};
+        const std::string excluded = oneIn(3) ? at(upTo(int(scene.size()))).path : "";
+        numberOfHits += std::any_of(scene.begin(), scene.end(), [this](const Location& location) {
+            const LocationNode* const node = nodeOf(location);
+            return node && node->extents;
+        });
+        const DoubleAttribute actual = merged(paths, excluded);
+        const auto dropAll = [this] {
+            for (const Location& location : scene) {
+                if (const LocationNode* const node = nodeOf(location))
+                    node->extents.reset();
+            }
+        };
+        dropAll();
+        const DoubleAttribute fresh = merged(paths, excluded);
+        EXPECT_EQ(textOf(actual), textOf(fresh))
+            << testing::PrintToString(paths) << " without " << excluded;
+    }
+
+    const std::array<RecordingPlugin*, 3> asked{&plugin, &componentB, &componentA};
 
     std::mt19937 random;
     std::vector<Location> scene;
@@ -418,6 +615,17 @@ TEST_F(ExtentsOracle, randomHierarchiesEqualThePlainEvaluation) {
             return;
     }
     EXPECT_GT(numberOfExtents, static_cast<int>(seeds.count) * 3);
+}
+
+TEST_F(ExtentsOracle, randomLivesEqualThePlainEvaluationAndAFreshOne) {
+    const OracleSeeds seeds(20261122, 60);
+    for (unsigned seed = seeds.first; seed - seeds.first < seeds.count; ++seed) {
+        runChanges(seed);
+        if (HasFailure())
+            return;
+    }
+    EXPECT_GT(numberOfExtents, static_cast<int>(seeds.count) * 10);
+    EXPECT_GT(numberOfHits, static_cast<int>(seeds.count) * 10);
 }
 
 } // namespace

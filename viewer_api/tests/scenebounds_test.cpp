@@ -365,5 +365,112 @@ TEST_F(SceneBoundsTest, aPluginThatThrowsEndsTheWalkAndLaterFlushesWork) {
     EXPECT_EQ(log.take("locationEvent").size(), 1U);
 }
 
+// ---- What is kept for the next question
+
+class KeptExtents : public SceneBoundsTest {
+protected:
+    static constexpr int kLeaves = 10;
+
+    /// "/root/a" and "/root/b", each with ten leaves that have bounds.
+    KeptExtents() {
+        std::vector<std::pair<std::string, GroupAttribute>> locations;
+        for (const std::string group : {"/root/a", "/root/b"}) {
+            locations.emplace_back(group, GroupAttribute::Empty());
+            for (int leaf = 0; leaf < kLeaves; ++leaf)
+                locations.emplace_back(group + "/" + std::to_string(leaf), placed(leaf, box(0, 1)));
+        }
+        populate(locations);
+    }
+
+    /// The locations beside which something is kept.
+    Lines kept() {
+        Lines paths;
+        for (const std::string group : {"/root", "/root/a", "/root/b"}) {
+            if (delegate->locationTree.find(group)->extents)
+                paths.push_back(group);
+            for (int leaf = 0; leaf < kLeaves; ++leaf) {
+                const LocationNode* const node =
+                    delegate->locationTree.find(group + "/" + std::to_string(leaf));
+                if (node && node->extents)
+                    paths.push_back(node->path.str());
+            }
+        }
+        return paths;
+    }
+
+    void cook(const char* path, const GroupAttribute& attributes) {
+        client(kPrimaryClient).report(path, attributes, {"x"});
+        delegate->processLocationEvents();
+    }
+};
+
+TEST_F(KeptExtents, nothingIsKeptBeforeTheFirstQuestion) {
+    EXPECT_THAT(kept(), IsEmpty());
+    EXPECT_EQ(merged({"/root/a"}), DoubleAttribute({0, 10, 0, 1, 0, 1}));
+    EXPECT_THAT(kept(), ElementsAre("/root/a"));
+    EXPECT_EQ(merged({"/root"}), DoubleAttribute({0, 10, 0, 1, 0, 1}));
+    EXPECT_THAT(kept(), ElementsAre("/root/a", "/root/b"));
+}
+
+TEST_F(KeptExtents, anEditDropsWhatDependsOnItAndNothingElse) {
+    static_cast<void>(merged({"/root"}));
+    cook("/root/a/3", placed(50, box(0, 1)));
+    EXPECT_THAT(kept(), ElementsAre("/root/b"));
+    EXPECT_EQ(merged({"/root"}), DoubleAttribute({0, 51, 0, 1, 0, 1}));
+    EXPECT_THAT(kept(), ElementsAre("/root/a", "/root/b"));
+}
+
+TEST_F(KeptExtents, aMatrixAboveIsHeeded) {
+    static_cast<void>(merged({"/root"}));
+    const GroupAttribute moved =
+        GroupBuilder().set("xform.g.translate", DoubleAttribute({100, 0, 0})).build();
+    cook("/root", moved);
+    EXPECT_EQ(merged({"/root"}), DoubleAttribute({100, 110, 0, 1, 0, 1}));
+    EXPECT_EQ(merged({"/root/b"}), DoubleAttribute({100, 110, 0, 1, 0, 1}));
+}
+
+TEST_F(KeptExtents, whatIsHiddenOrGoesIsHeededAtOnce) {
+    static_cast<void>(merged({"/root"}));
+    const char* const last = "/root/a/9";
+    delegate->hideLocations(&last, 1);
+    EXPECT_EQ(merged({"/root/a"}), DoubleAttribute({0, 9, 0, 1, 0, 1}));
+    client(kPrimaryClient).reportGone("/root/a/8");
+    delegate->processLocationEvents();
+    EXPECT_EQ(merged({"/root/a"}), DoubleAttribute({0, 8, 0, 1, 0, 1}));
+    delegate->unhideAllLocations();
+    EXPECT_EQ(merged({"/root/a"}), DoubleAttribute({0, 10, 0, 1, 0, 1}));
+}
+
+TEST_F(KeptExtents, anExcludedLocationIsLeftOutOfNoLaterAnswer) {
+    const DoubleAttribute whole({0, 10, 0, 1, 0, 1});
+    EXPECT_EQ(merged({"/root"}), whole);
+    EXPECT_EQ(merged({"/root/a"}, "/root/a/9"), DoubleAttribute({0, 9, 0, 1, 0, 1}));
+    EXPECT_EQ(merged({"/root/a"}), whole);
+}
+
+TEST_F(KeptExtents, plugInsAreAskedEachTimeOfLocationsWithoutABound) {
+    const auto question = [this] {
+        log.take();
+        static_cast<void>(merged({"/root"}));
+        return log.take();
+    };
+    const Lines first = question();
+    EXPECT_EQ(first.size(), 6U) << testing::PrintToString(first);
+    EXPECT_EQ(question(), first);
+    plugin.extents["/root/b"] = box(-3, 0);
+    EXPECT_EQ(merged({"/root"}), DoubleAttribute({-3, 10, -3, 1, -3, 1}));
+}
+
+TEST_F(KeptExtents, theExtentOfManyPointsIsKeptUntilTheyChange) {
+    std::vector<float> values(600, 2.0F);
+    cook("/root/a", points("P", values, 3));
+    EXPECT_EQ(merged({"/root/a"}), DoubleAttribute({0, 10, 0, 2, 0, 2}));
+    EXPECT_EQ(delegate->locationTree.find("/root/a")->extents->pointExtent,
+              DoubleAttribute({2, 2, 2, 2, 2, 2}));
+    values.assign(600, -2.0F);
+    cook("/root/a", points("P", values, 3));
+    EXPECT_EQ(merged({"/root/a"}), DoubleAttribute({-2, 10, -2, 1, -2, 1}));
+}
+
 } // namespace
 } // namespace ViewerAPI::test

@@ -95,6 +95,15 @@ Bounds transformProjective(const Imath::M44d& matrix, const Bounds& bounds) {
     return result;
 }
 
+Bounds transformBounds(const Imath::M44d& matrix, const Bounds& bounds) {
+    if (isInverted(bounds)) {
+        // The box of no points has the largest numbers in it, which any scale makes infinite and
+        // then no numbers at all.
+        return bounds;
+    }
+    return isAffine(matrix) ? transformAffine(matrix, bounds) : transformProjective(matrix, bounds);
+}
+
 template <typename At>
 DoubleAttribute sampled(const std::vector<float>& times, std::int64_t tupleSize, At&& at) {
     if (times.empty()) {
@@ -156,16 +165,17 @@ DoubleAttribute CalcTransformedBoundsAtExistingTimes(const DoubleAttribute& matr
     times.add(matrix);
     times.add(bounds);
     return sampled(times.finish(), 1, [&](float time) {
-        const Imath::M44d transform = matrixAt(matrix, time);
-        const Bounds box = boundsAt(bounds, time);
-        if (isInverted(box)) {
-            // The box of no points has the largest numbers in it, which any scale makes infinite
-            // and then no numbers at all.
-            return box;
-        }
-        return isAffine(transform) ? transformAffine(transform, box)
-                                   : transformProjective(transform, box);
+        return transformBounds(matrixAt(matrix, time), boundsAt(bounds, time));
     });
+}
+
+std::array<double, 6> TransformBounds(std::span<const double, 16> matrix,
+                                      std::span<const double, 6> bounds) {
+    Imath::M44d transform(Imath::UNINITIALIZED);
+    std::copy(matrix.begin(), matrix.end(), &transform[0][0]);
+    Bounds box;
+    std::copy(bounds.begin(), bounds.end(), box.begin());
+    return transformBounds(transform, box);
 }
 
 DoubleAttribute MergeBounds(const DoubleAttribute& first, const DoubleAttribute& second) {

@@ -3,6 +3,8 @@
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupAttribute.h"
 
+#include <array>
+#include <span>
 #include <utility>
 
 /// Transforms and bounds of the scene.
@@ -48,6 +50,10 @@ CalcTransformMatrixAtExistingTimes(const VlAttribute::GroupAttribute& xforms);
 [[nodiscard]] VlAttribute::DoubleAttribute
 CalcTransformedBoundsAtExistingTimes(const VlAttribute::DoubleAttribute& matrix,
                                      const VlAttribute::DoubleAttribute& bounds);
+
+/// The same at one time, of plain numbers.
+[[nodiscard]] std::array<double, 6> TransformBounds(std::span<const double, 16> matrix,
+                                                    std::span<const double, 6> bounds);
 
 /// The box around both, with a sample for every time at which either has one. An invalid one adds
 /// nothing; null when both are.
