@@ -210,6 +210,7 @@ TEST_F(Growth, aPumpWithoutNewsCostsNothingOfTheScene) {
         const Cost cost = scene.pump();
         EXPECT_EQ(cost.cooks, 0U);
         EXPECT_EQ(cost.events, 0.0);
+        EXPECT_EQ(cost.allocations, 0);
         return cost;
     });
 }

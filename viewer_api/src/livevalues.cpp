@@ -111,7 +111,7 @@ void LiveValues::closeGroup(const std::string& path) {
     callBoth(tell, [&] { manipulatedLocations.erase(path); });
 }
 
-const LiveEntry* LiveValues::findEntry(const std::string& path, int sceneView) const {
+const LiveEntry* LiveValues::findEntry(std::string_view path, int sceneView) const {
     const LiveAttributes* live = nullptr;
     if (sceneView == kVlViewerDelegatePrimary)
         live = &liveAttributes;

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 
 namespace VlScenelib {
 class Client;
@@ -65,7 +66,7 @@ public:
 
     /// Null when nothing is set on the location, in a view without live values, or in an unknown
     /// one. Valid until the next change.
-    [[nodiscard]] const LiveEntry* findEntry(const std::string& path, int sceneView) const;
+    [[nodiscard]] const LiveEntry* findEntry(std::string_view path, int sceneView) const;
 
     /// The scene has told of the location, or nothing is known of it: its values go, after the
     /// bridge has heard so. The merged look-through attributes wait for the look-through client.

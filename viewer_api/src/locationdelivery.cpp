@@ -31,6 +31,10 @@ void LocationDelivery::flush(bool notifyFactories) {
         return;
     }
     isFlushWanted_ = false;
+    // Most pumps bring nothing.
+    if (batches_.empty() && !delegate_.locationTree.isDirty() &&
+        !delegate_.sourceLocationTree.isDirty())
+        return;
     Batch& added = batches_.emplace_back();
     added.notifyFactories = notifyFactories;
     delegate_.locationTree.collect(added.changes);

@@ -1,15 +1,21 @@
 #pragma once
 
-#include "extentcache.h"
 #include "locationnodebase.h"
 
 #include <memory>
 
 namespace ViewerAPI {
 
+struct ExtentCache;
+
 /// A location of the primary view. Read by whoever walks the tree; written by LocationTree alone.
 struct LocationNode : LocationNodeBase<LocationNode> {
     using LocationNodeBase::LocationNodeBase;
+
+    /// Child "xform" of the attributes; null without one.
+    [[nodiscard]] VlAttribute::GroupAttribute xformGroup() const {
+        return VlAttribute::GroupAttribute(attributes.borrowChildByName("xform"));
+    }
 
     bool leaf : 1 = false; ///< no potential children
 

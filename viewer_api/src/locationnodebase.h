@@ -22,13 +22,12 @@ struct LocationNodeBase {
     Node* parent = nullptr;                 ///< null at a root
     NodeList<Node> children;                ///< in no particular order once one was deleted
     VlAttribute::GroupAttribute attributes; ///< latest, cooked or live
-    VlAttribute::GroupAttribute xformGroup; ///< child "xform" of the attributes
-    VlAttribute::DoubleAttribute matrix;    ///< local matrix of xformGroup; null without one
+    VlAttribute::DoubleAttribute matrix;    ///< local, of xformGroup(); null without one
 
     /// The attributes last sent, while `sent`. They stand in for their hash, by which they are
     /// compared with newer ones: so nobody computes the hash of a location that never changes.
+    /// The transform that was sent is theirs.
     VlAttribute::GroupAttribute sentAttributes;
-    VlAttribute::DoubleAttribute sentMatrix;
 
     std::uint32_t childIndex = 0;       ///< place in the parent's list
     std::int32_t depth = 1;             ///< root 1, child parent + 1
@@ -40,7 +39,6 @@ struct LocationNodeBase {
     bool pinned : 1 = false;
     bool queued : 1 = false; ///< in the dirty set
     bool sent : 1 = false;   ///< plug-ins know the location
-    bool sentAbsolute : 1 = false;
 };
 
 } // namespace ViewerAPI

@@ -1,5 +1,7 @@
 #include "locationtree.h"
 
+#include "extentcache.h"
+
 #include <algorithm>
 #include <utility>
 

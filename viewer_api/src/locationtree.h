@@ -61,6 +61,11 @@ public:
     /// Working-set mode on or off, from the next collection on.
     void setMode(bool workingSetEnabled);
 
+    /// Whether a collection has something to look at.
+    [[nodiscard]] bool isDirty() const {
+        return mode_ != previousMode_ || LocationTreeBase::isDirty();
+    }
+
     /// Replaces `out` by the records of what changed since the last call, parents before children.
     void collect(std::vector<LocationChange>& out);
 

@@ -1,11 +1,14 @@
 #include "locationtreebase.h"
 
+#include "extentcache.h"
+
 #include "VlScenelib/VlXFormUtil.h"
 
 #include <ImathMatrix.h>
 
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <span>
 
 namespace ViewerAPI {
@@ -51,7 +54,7 @@ template <class Node>
 GroupAttribute LocationTreeBase<Node>::getXformGroup(std::string_view path,
                                                      bool requireSent) const {
     const Node* node = findToRead(path, requireSent);
-    return node ? node->xformGroup : GroupAttribute();
+    return node ? node->xformGroup() : GroupAttribute();
 }
 
 template <class Node>
@@ -145,7 +148,11 @@ Node* LocationTreeBase<Node>::findParent(std::string_view path) {
 
 template <class Node>
 Node* LocationTreeBase<Node>::addNode(std::string_view path) {
-    Node* node = new Node(path);
+    void* const place = memory_.malloc();
+    if (!place) {
+        throw std::bad_alloc();
+    }
+    Node* const node = new (place) Node(path);
     index_.insert(node);
     return node;
 }
@@ -166,7 +173,7 @@ void LocationTreeBase<Node>::destroy(Node* node) {
             destroy(proxy);
         }
     }
-    delete node;
+    node->~Node(); // the memory goes with the pool
 }
 
 template <class Node>
@@ -202,18 +209,20 @@ void LocationTreeBase<Node>::deleteNode(Node* node) {
         lastParent_ = nullptr;
     }
     index_.erase(node);
-    delete node;
+    node->~Node();
+    memory_.free(node);
+    if (index_.size() == 0) {
+        memory_.purge_memory();
+    }
 }
 
 template <class Node>
 void LocationTreeBase<Node>::updateXform(Node& node, const GroupAttribute& attributes) {
-    GroupAttribute xform(attributes.borrowChildByName("xform"));
-    if (xform == node.xformGroup) {
+    const GroupAttribute xform(attributes.borrowChildByName("xform"));
+    if (xform == node.xformGroup()) {
         return;
     }
-    node.xformGroup = std::move(xform);
-    auto [matrix, isAbsolute] =
-        VlScenelib::VlXFormUtil::CalcTransformMatrixAtTime(node.xformGroup, 0.0F);
+    auto [matrix, isAbsolute] = VlScenelib::VlXFormUtil::CalcTransformMatrixAtTime(xform, 0.0F);
     node.matrix = std::move(matrix);
     node.absolute = isAbsolute;
 }
@@ -229,23 +238,30 @@ bool LocationTreeBase<Node>::differsFromSent(const Node& node) {
 
 template <class Node>
 bool LocationTreeBase<Node>::xformDiffersFromSent(const Node& node) {
-    return node.absolute != node.sentAbsolute || !(node.matrix == node.sentMatrix);
+    if (!node.sent) {
+        return node.absolute || node.matrix.isValid();
+    }
+    const GroupAttribute xform(node.attributes.borrowChildByName("xform"));
+    const GroupAttribute sentXform(node.sentAttributes.borrowChildByName("xform"));
+    if (xform == sentXform) {
+        return false;
+    }
+    // Two xforms may come to the same.
+    const auto [sentMatrix, sentAbsolute] =
+        VlScenelib::VlXFormUtil::CalcTransformMatrixAtTime(sentXform, 0.0F);
+    return node.absolute != sentAbsolute || !(node.matrix == sentMatrix);
 }
 
 template <class Node>
 void LocationTreeBase<Node>::rememberSent(Node& node) {
     node.sent = true;
     node.sentAttributes = node.attributes;
-    node.sentMatrix = node.matrix;
-    node.sentAbsolute = node.absolute;
 }
 
 template <class Node>
 void LocationTreeBase<Node>::forgetSent(Node& node) {
     node.sent = false;
     node.sentAttributes = GroupAttribute();
-    node.sentMatrix = DoubleAttribute();
-    node.sentAbsolute = false;
 }
 
 template class LocationTreeBase<LocationNode>;

@@ -10,6 +10,8 @@
 #include "VlAttribute/GroupAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 
+#include <boost/pool/pool.hpp>
+
 #include <cstddef>
 #include <string_view>
 #include <vector>
@@ -31,6 +33,11 @@ public:
     /// to stay; its address is stable.
     [[nodiscard]] const Node* find(std::string_view path) const { return findNode(path); }
     [[nodiscard]] std::size_t getNumberOfLocations() const { return index_.size(); }
+    /// Says that a location will be asked for or cooked soon. Quickens that; no more.
+    void expect(std::string_view path) const { index_.expect(path); }
+
+    /// Whether a collection has something to look at.
+    [[nodiscard]] bool isDirty() const { return dirty_.size() != 0; }
 
     /// Null when absent.
     [[nodiscard]] VlAttribute::GroupAttribute getAttributes(std::string_view path,
@@ -65,7 +72,7 @@ protected:
     /// Takes the node, which has no children any more, out of the index and deletes it.
     void deleteNode(Node* node);
 
-    /// Stores the xform of these attributes and what follows from it, if it differs.
+    /// Computes the matrix anew if these attributes have another xform than the one it is of.
     static void updateXform(Node& node, const VlAttribute::GroupAttribute& attributes);
     /// Whether plug-ins would see other attributes than they were sent.
     [[nodiscard]] static bool differsFromSent(const Node& node);
@@ -74,7 +81,7 @@ protected:
     static void forgetSent(Node& node);
 
     /// Deletes the node with all below it, and leaves the index alone.
-    static void destroy(Node* node);
+    void destroy(Node* node);
 
     DirtySet<Node> dirty_;
     /// Nodes to be deleted at the end of the collection under way; none of them below another.
@@ -85,6 +92,9 @@ private:
     [[nodiscard]] const Node* findToRead(std::string_view path, bool requireSent) const;
     [[nodiscard]] static VlAttribute::DoubleAttribute worldXform(const Node* node);
 
+    /// Nodes come and go by the thousand.
+    static constexpr std::size_t kNodesInBlock = 512;
+    boost::pool<> memory_{sizeof(Node), kNodesInBlock, kNodesInBlock};
     PathIndex<Node> index_;
     mutable Node* lastFound_ = nullptr;
     /// The parent found last: siblings mostly come in a row.

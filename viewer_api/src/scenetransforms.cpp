@@ -15,7 +15,7 @@ using VlAttribute::GroupAttribute;
 using VlAttribute::GroupBuilder;
 using VlScenelib::VlXFormUtil::CalcTransformMatrixAtExistingTimes;
 
-DoubleAttribute SceneTransforms::getLocalXform(const std::string& path, bool& isAbsolute,
+DoubleAttribute SceneTransforms::getLocalXform(std::string_view path, bool& isAbsolute,
                                                int sceneView) const {
     isAbsolute = false;
     switch (sceneView) {
@@ -33,7 +33,7 @@ DoubleAttribute SceneTransforms::getLocalXform(const std::string& path, bool& is
     }
 }
 
-DoubleAttribute SceneTransforms::getWorldXform(const std::string& path, int sceneView) const {
+DoubleAttribute SceneTransforms::getWorldXform(std::string_view path, int sceneView) const {
     switch (sceneView) {
     case kVlViewerDelegatePrimary:
         return delegate_.locationTree.getWorldXform(path, true);
@@ -57,7 +57,7 @@ DoubleAttribute SceneTransforms::getWorldXform(const std::string& path, int scen
     }
 }
 
-DoubleAttribute SceneTransforms::getParentXform(const std::string& path, int sceneView) const {
+DoubleAttribute SceneTransforms::getParentXform(std::string_view path, int sceneView) const {
     switch (sceneView) {
     case kVlViewerDelegatePrimary:
         return delegate_.locationTree.getParentXform(path, true);

@@ -5,6 +5,7 @@
 #include "VlAttribute/DoubleAttribute.h"
 
 #include <string>
+#include <string_view>
 
 namespace ViewerAPI {
 
@@ -21,14 +22,14 @@ public:
 
     /// `isAbsolute` becomes true when the transform does not inherit the parent's; always false in
     /// the look-through view, where a location without an `xform` has the identity.
-    [[nodiscard]] VlAttribute::DoubleAttribute getLocalXform(const std::string& path,
+    [[nodiscard]] VlAttribute::DoubleAttribute getLocalXform(std::string_view path,
                                                              bool& isAbsolute, int sceneView) const;
 
-    [[nodiscard]] VlAttribute::DoubleAttribute getWorldXform(const std::string& path,
+    [[nodiscard]] VlAttribute::DoubleAttribute getWorldXform(std::string_view path,
                                                              int sceneView) const;
 
     /// The world transform of the parent; at the root the identity.
-    [[nodiscard]] VlAttribute::DoubleAttribute getParentXform(const std::string& path,
+    [[nodiscard]] VlAttribute::DoubleAttribute getParentXform(std::string_view path,
                                                               int sceneView) const;
 
     /// With `includeParentXform` in world space, unless the part is absolute; else in the parent's.

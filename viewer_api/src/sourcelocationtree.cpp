@@ -147,6 +147,11 @@ void SourceLocationTree::appendChange(SourceLocationNode& node, std::vector<Loca
     if (!differsFromSent(node)) {
         return;
     }
+    if (!node.sent) {
+        // They may be left from attributes that were sent once.
+        node.matrix = {};
+        node.absolute = false;
+    }
     updateXform(node, node.attributes);
     LocationChange& change = out.emplace_back();
     change.path = node.path;

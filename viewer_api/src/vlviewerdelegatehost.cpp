@@ -171,31 +171,42 @@ void VlViewerDelegateHostStruct::fetchAndHandleEvents() {
 }
 
 void VlViewerDelegateHostStruct::handlePrimaryEvents(std::vector<LocationEvent>& events) {
-    for (LocationEvent& event : events) {
+    constexpr std::size_t kAhead = 8;
+    for (std::size_t index = 0; index < events.size(); ++index) {
+        LocationEvent& event = events[index];
+        if (index + kAhead < events.size())
+            locationTree.expect(events[index + kAhead].getLocationPath());
         const std::string path = event.takeLocationPath();
         // Before the cook: what the runtime tells supersedes every value set on top.
         liveValues.forget(path);
-        const LocationData& data = event.getLocationData();
+        LocationData data = event.takeLocationData();
         if (!data.doesLocationExist()) {
             locationTree.deleteLocation(path);
             // Null although readers still get what plug-ins know of it, until the next flush.
             tellManipulators(path, {});
             continue;
         }
-        WorkingSetState workingSet;
-        const GroupAttribute attributes = extractWorkingSetState(data.getAttrs(), workingSet);
         const bool isLeaf = data.getPotentialChildren().getNumberOfValues() == 0;
+        WorkingSetState workingSet;
+        GroupAttribute attributes = extractWorkingSetState(std::move(data).getAttrs(), workingSet);
+        if (!hasActiveManipulators()) {
+            locationTree.cook(path, std::move(attributes), workingSet, false, isLeaf);
+            continue;
+        }
         locationTree.cook(path, attributes, workingSet, false, isLeaf);
         tellManipulators(path, attributes);
     }
 }
 
+bool VlViewerDelegateHostStruct::hasActiveManipulators() const {
+    return std::ranges::any_of(viewports.viewports, [](const VlViewportHostStruct* viewport) {
+        return !viewport->activeManipulators.empty();
+    });
+}
+
 void VlViewerDelegateHostStruct::tellManipulators(const std::string& path,
                                                   const GroupAttribute& attributes) {
-    // Most of the time there is none, and this is asked for every location of the scene.
-    if (std::ranges::all_of(viewports.viewports, [](const VlViewportHostStruct* viewport) {
-            return viewport->activeManipulators.empty();
-        }))
+    if (!hasActiveManipulators())
         return;
     const std::vector<VlViewportHostStruct*> snapshot = viewports.viewports;
     for (VlViewportHostStruct* const viewport : snapshot) {
@@ -296,7 +307,7 @@ Attribute VlViewerDelegateHostStruct::callPythonCallback(const char* name, const
 
 // ---- Attributes
 
-GroupAttribute VlViewerDelegateHostStruct::getAttributes(const std::string& path,
+GroupAttribute VlViewerDelegateHostStruct::getAttributes(std::string_view path,
                                                          int sceneView) const {
     switch (sceneView) {
     case kVlViewerDelegatePrimary:
@@ -307,7 +318,7 @@ GroupAttribute VlViewerDelegateHostStruct::getAttributes(const std::string& path
         const auto& merged = liveValues.lookThroughMergedAttributes;
         if (const auto found = merged.find(path); found != merged.end())
             return found->second;
-        const auto [data, isFound] = scene.lookThroughClient->getCachedLocation(path);
+        const auto [data, isFound] = scene.lookThroughClient->getCachedLocation(std::string(path));
         return isFound ? data.getAttrs() : GroupAttribute();
     }
     default:
@@ -315,14 +326,14 @@ GroupAttribute VlViewerDelegateHostStruct::getAttributes(const std::string& path
     }
 }
 
-GroupAttribute VlViewerDelegateHostStruct::getCookedAttributes(const std::string& path,
+GroupAttribute VlViewerDelegateHostStruct::getCookedAttributes(std::string_view path,
                                                                int sceneView) const {
     if (const LiveEntry* const entry = liveValues.findEntry(path, sceneView))
         return entry->base;
     return getAttributes(path, sceneView);
 }
 
-GroupAttribute VlViewerDelegateHostStruct::getLiveAttributes(const std::string& path,
+GroupAttribute VlViewerDelegateHostStruct::getLiveAttributes(std::string_view path,
                                                              int sceneView) const {
     const LiveEntry* const entry = liveValues.findEntry(path, sceneView);
     return entry ? entry->getOverrides() : GroupAttribute();
@@ -351,17 +362,17 @@ StringAttribute VlViewerDelegateHostStruct::getDescendantLocations(const std::st
 
 // ---- Transforms and bounds
 
-DoubleAttribute VlViewerDelegateHostStruct::getLocalXform(const std::string& path, bool& isAbsolute,
+DoubleAttribute VlViewerDelegateHostStruct::getLocalXform(std::string_view path, bool& isAbsolute,
                                                           int sceneView) const {
     return SceneTransforms(*this).getLocalXform(path, isAbsolute, sceneView);
 }
 
-DoubleAttribute VlViewerDelegateHostStruct::getWorldXform(const std::string& path,
+DoubleAttribute VlViewerDelegateHostStruct::getWorldXform(std::string_view path,
                                                           int sceneView) const {
     return SceneTransforms(*this).getWorldXform(path, sceneView);
 }
 
-DoubleAttribute VlViewerDelegateHostStruct::getParentXform(const std::string& path,
+DoubleAttribute VlViewerDelegateHostStruct::getParentXform(std::string_view path,
                                                            int sceneView) const {
     return SceneTransforms(*this).getParentXform(path, sceneView);
 }

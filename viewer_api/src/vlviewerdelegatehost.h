@@ -21,6 +21,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace ViewerAPI {
 
@@ -128,13 +129,13 @@ struct VlViewerDelegateHostStruct : public HostObject {
 
     /// The attributes that plug-ins were told of, live values on top; null when they were told of
     /// no such location. The look-through view answers with what its client has cached.
-    [[nodiscard]] VlAttribute::GroupAttribute getAttributes(const std::string& path,
+    [[nodiscard]] VlAttribute::GroupAttribute getAttributes(std::string_view path,
                                                             int sceneView) const;
     /// The same without live values.
-    [[nodiscard]] VlAttribute::GroupAttribute getCookedAttributes(const std::string& path,
+    [[nodiscard]] VlAttribute::GroupAttribute getCookedAttributes(std::string_view path,
                                                                   int sceneView) const;
     /// Only the live values, by name; null when there are none, and always in the sources view.
-    [[nodiscard]] VlAttribute::GroupAttribute getLiveAttributes(const std::string& path,
+    [[nodiscard]] VlAttribute::GroupAttribute getLiveAttributes(std::string_view path,
                                                                 int sceneView) const;
     /// Sets an attribute as a manipulator does: shown at once, and passed on to the application.
     /// The name may be dotted. Scene events are held back until some time after a final value.
@@ -157,11 +158,11 @@ struct VlViewerDelegateHostStruct : public HostObject {
 
     // Transforms and bounds: scenetransforms.h and scenebounds.h tell the rules
 
-    [[nodiscard]] VlAttribute::DoubleAttribute getLocalXform(const std::string& path,
+    [[nodiscard]] VlAttribute::DoubleAttribute getLocalXform(std::string_view path,
                                                              bool& isAbsolute, int sceneView) const;
-    [[nodiscard]] VlAttribute::DoubleAttribute getWorldXform(const std::string& path,
+    [[nodiscard]] VlAttribute::DoubleAttribute getWorldXform(std::string_view path,
                                                              int sceneView) const;
-    [[nodiscard]] VlAttribute::DoubleAttribute getParentXform(const std::string& path,
+    [[nodiscard]] VlAttribute::DoubleAttribute getParentXform(std::string_view path,
                                                               int sceneView) const;
     [[nodiscard]] VlAttribute::DoubleAttribute
     getPartialXform(const std::string& path, const std::string& groupName,
@@ -264,6 +265,7 @@ private:
     void endPlugins();
     void fetchAndHandleEvents();
     void handlePrimaryEvents(std::vector<VlScenelib::LocationEvent>& events);
+    [[nodiscard]] bool hasActiveManipulators() const;
     void tellManipulators(const std::string& path, const VlAttribute::GroupAttribute& attributes);
     void handleSourceEvents(std::vector<VlScenelib::LocationEvent>& events);
     void handleLookThroughEvents(std::vector<VlScenelib::LocationEvent>& events);

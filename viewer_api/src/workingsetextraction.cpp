@@ -9,7 +9,7 @@ using VlAttribute::GroupAttribute;
 using VlAttribute::GroupBuilder;
 using VlAttribute::IntAttribute;
 
-GroupAttribute extractWorkingSetState(const GroupAttribute& attributes, WorkingSetState& state) {
+GroupAttribute extractWorkingSetState(GroupAttribute attributes, WorkingSetState& state) {
     const GroupAttribute visibility(
         attributes.borrowChildByName("__viewerWorkingSets.viewerVisibility"));
     if (!visibility)

@@ -14,6 +14,6 @@ inline constexpr const char* kWorkingSetsGroupName = "__viewerWorkingSets";
 /// there, and the attributes come back without the whole group, which plug-ins never see.
 /// [any-thread]
 [[nodiscard]] VlAttribute::GroupAttribute
-extractWorkingSetState(const VlAttribute::GroupAttribute& attributes, WorkingSetState& state);
+extractWorkingSetState(VlAttribute::GroupAttribute attributes, WorkingSetState& state);
 
 } // namespace ViewerAPI

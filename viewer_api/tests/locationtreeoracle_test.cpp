@@ -252,8 +252,7 @@ private:
             ASSERT_EQ(node->attributes, expected.attributes) << recent();
         }
         if (!node->sent) {
-            ASSERT_FALSE(node->sentAttributes.isValid() || node->sentMatrix.isValid() ||
-                         node->sentAbsolute || node->sentHidden || node->sentLeaf)
+            ASSERT_FALSE(node->sentAttributes.isValid() || node->sentHidden || node->sentLeaf)
                 << recent();
         }
     }

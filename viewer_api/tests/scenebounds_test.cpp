@@ -1,5 +1,6 @@
 #include "scenebounds.h"
 
+#include "extentcache.h"
 #include "support/delegatetest.h"
 
 #include "VlAttribute/FloatAttribute.h"
@@ -438,6 +439,18 @@ TEST_F(KeptExtents, whatIsHiddenOrGoesIsHeededAtOnce) {
     delegate->processLocationEvents();
     EXPECT_EQ(merged({"/root/a"}), DoubleAttribute({0, 8, 0, 1, 0, 1}));
     delegate->unhideAllLocations();
+    EXPECT_EQ(merged({"/root/a"}), DoubleAttribute({0, 10, 0, 1, 0, 1}));
+}
+
+TEST_F(KeptExtents, whatIsShownAgainIsHeededWhenItIsFlushed) {
+    const char* const group = "/root/a";
+    delegate->hideLocations(&group, 1);
+    delegate->processLocationEvents();
+    EXPECT_FALSE(merged({"/root/a"}).isValid());
+    delegate->unhideAllLocations();
+    // Only the location itself is shown by now.
+    EXPECT_FALSE(merged({"/root/a"}).isValid());
+    delegate->processLocationEvents();
     EXPECT_EQ(merged({"/root/a"}), DoubleAttribute({0, 10, 0, 1, 0, 1}));
 }
 

@@ -190,8 +190,7 @@ private:
         ASSERT_EQ(node->inheritedPinned, isInherited);
         ASSERT_FALSE(node->queued);
         ASSERT_EQ(node->sent, known.find(pathOf(place)) != nullptr);
-        ASSERT_TRUE(node->sent || !(node->sentAttributes.isValid() || node->sentMatrix.isValid() ||
-                                    node->sentAbsolute));
+        ASSERT_TRUE(node->sent || !node->sentAttributes.isValid());
     }
 
     const Universe& universe;

@@ -18,6 +18,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace ViewerAPI {
 
@@ -103,7 +104,7 @@ PyObject* withFlag(Record& self, PyObject* args) {
 }
 
 // A method that reads attributes of a location in a scene view.
-using AttributesQuery = GroupAttribute (Host::*)(const std::string& path, int sceneView) const;
+using AttributesQuery = GroupAttribute (Host::*)(std::string_view path, int sceneView) const;
 
 template <AttributesQuery Query>
 PyObject* readAttributes(Record& self, PyObject* args) {

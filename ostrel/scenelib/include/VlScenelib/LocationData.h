@@ -18,8 +18,12 @@ public:
 
     [[nodiscard]] bool doesLocationExist() const noexcept { return existing; }
     /// Null when the location does not exist.
-    [[nodiscard]] const VlAttribute::GroupAttribute& getAttrs() const noexcept {
+    [[nodiscard]] const VlAttribute::GroupAttribute& getAttrs() const& noexcept {
         return attributes;
+    }
+    /// Handed over by data that is not needed any more.
+    [[nodiscard]] VlAttribute::GroupAttribute getAttrs() && noexcept {
+        return std::move(attributes);
     }
     /// The names of the children in order. Null or without values when there are none.
     [[nodiscard]] const VlAttribute::StringAttribute& getPotentialChildren() const noexcept {

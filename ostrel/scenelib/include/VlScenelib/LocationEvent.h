@@ -18,6 +18,8 @@ public:
     /// Hands the path over without a copy. The event's own is unspecified afterwards.
     [[nodiscard]] std::string takeLocationPath() noexcept { return std::move(path); }
     [[nodiscard]] const LocationData& getLocationData() const noexcept { return data; }
+    /// Hands the data over. The event's own says then that the location does not exist.
+    [[nodiscard]] LocationData takeLocationData() noexcept { return std::exchange(data, {}); }
 
 private:
     std::string path;
