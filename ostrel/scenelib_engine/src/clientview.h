@@ -5,6 +5,7 @@
 #include "graphop.h"
 #include "requesttree.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -19,6 +20,9 @@ class ClientView;
 /// The clients of one runtime, who feed one viewer together.
 struct ClientGroup {
     std::vector<ClientView*> views;
+    /// Edits of what these clients view that are committed and not applied yet. Until they are,
+    /// nobody knows who views the same.
+    std::atomic<int> opChangesUnderWay{0};
 };
 
 /// Children of a location that a client wants cooked.
@@ -49,6 +53,10 @@ public:
 
     // ---- what it views
 
+    /// To be called when a commit that brings a setOp() is posted, and when it is applied.
+    void announceOp() noexcept { ++group->opChangesUnderWay; }
+    void arriveAtOp() noexcept { --group->opChangesUnderWay; }
+    [[nodiscard]] bool isOpUnderWay() const noexcept { return group->opChangesUnderWay > 0; }
     /// Null: nothing.
     void setOp(GraphOp* viewedOp);
     [[nodiscard]] GraphOp* getOp() const noexcept { return op; }

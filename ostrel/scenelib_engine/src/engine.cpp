@@ -92,6 +92,11 @@ std::int64_t Engine::commit(std::vector<GraphEdit> edits) {
                                      " can't have these inputs: it would depend on itself");
         }
     }
+    for (const GraphEdit& edit : edits) {
+        if (edit.kind == GraphEdit::Kind::ClientOp) {
+            edit.view->announceOp();
+        }
+    }
     const std::int64_t id = ++lastCommitId;
     inbox->postCommit({id, std::move(edits)});
     return id;
@@ -190,6 +195,7 @@ void Engine::apply(GraphEdit& edit) {
         break;
     }
     case GraphEdit::Kind::ClientOp:
+        edit.view->arriveAtOp();
         if (!edit.view->isOver()) {
             edit.view->setOp(edit.op ? &ensureOp(*edit.op) : nullptr);
             viewed[edit.view.get()] = std::move(edit.op);

@@ -68,10 +68,16 @@ ClientNode* EventQueue::findNext() {
             if (isGone && stagedBefore > 0) {
                 std::vector<Witness> witnesses = walkToParent(*node);
                 walkOn(witnesses, *node);
-                isKept = !witnesses.empty();
+                isKept = isKeptFor(witnesses);
             }
             if (isGone && !isKept) {
-                return node;
+                if (!hasToldKid(*node)) {
+                    return node;
+                }
+                // While this one waited, one below it was not known to be gone.
+                unstage();
+                stageGone(*node);
+                continue;
             }
             // It came back, here or with another client, while it waited.
             unstage();
@@ -106,6 +112,13 @@ ClientNode* EventQueue::findNext() {
     }
 }
 
+bool EventQueue::hasToldKid(const ClientNode& node) {
+    bool isAnyTold = false;
+    ClientTree::forEachKid(
+        node, [&](const ClientNode& kid) { isAnyTold = isAnyTold || kid.has(ClientNode::kTold); });
+    return isAnyTold;
+}
+
 std::vector<EventQueue::Witness> EventQueue::walkToParent(const ClientNode& node) {
     std::vector<Witness> witnesses;
     const LocationNames names = tree.getNames(node);
@@ -131,6 +144,10 @@ void EventQueue::walkOn(std::vector<Witness>& witnesses, const ClientNode& node)
     });
 }
 
+bool EventQueue::isKeptFor(const std::vector<Witness>& witnesses) const {
+    return !witnesses.empty() || view.isOpUnderWay();
+}
+
 void EventQueue::stageGone(ClientNode& node) {
     const bool isParentKept =
         node.parent->has(ClientNode::kOwing) && !node.parent->has(ClientNode::kLive);
@@ -139,7 +156,7 @@ void EventQueue::stageGone(ClientNode& node) {
 
 void EventQueue::stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isParentKept) {
     walkOn(witnesses, node);
-    const bool isKept = !witnesses.empty() && node.has(ClientNode::kTold);
+    const bool isKept = isKeptFor(witnesses) && node.has(ClientNode::kTold);
     ClientTree::forEachKid(node, [&](ClientNode& kid) {
         if (!kid.has(ClientNode::kLive)) {
             stageGone(kid, witnesses, isKept);

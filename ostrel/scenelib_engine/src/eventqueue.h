@@ -30,7 +30,8 @@ struct LocationReport {
 ///
 /// A location is told after its parent. One that is gone is told after all below it, and only if it
 /// was told before and either does not exist any more or is not shown by any other client of the
-/// runtime that views the same op.
+/// runtime that views the same op. While a client of the runtime is on its way to another op,
+/// nothing is told gone.
 class EventQueue {
 public:
     EventQueue(ClientView& owner, ClientTree& clientTree, RequestTree& clientRequests)
@@ -71,6 +72,7 @@ private:
     /// The node of which the next report tells, null when there is none.
     ClientNode* findNext();
     [[nodiscard]] bool hasNews(const ClientNode& node) const;
+    [[nodiscard]] static bool hasToldKid(const ClientNode& node);
     /// Decides for the node and all below it what is to be told gone.
     void stageGone(ClientNode& node);
     void stageGone(ClientNode& node, std::vector<Witness> witnesses, bool isParentKept);
@@ -79,6 +81,8 @@ private:
     [[nodiscard]] std::vector<Witness> walkToParent(const ClientNode& node);
     /// Takes the walks on to the node; those who don't show it end.
     void walkOn(std::vector<Witness>& witnesses, const ClientNode& node);
+    /// Whether what has left stays, as these still show it, or for as long as that is not known.
+    [[nodiscard]] bool isKeptFor(const std::vector<Witness>& witnesses) const;
     void tell(ClientNode& node, std::string& path, LocationReport& report);
     bool tellMissing(std::string& path, LocationReport& report);
     [[nodiscard]] bool isStillMissing(const std::string& path) const;

@@ -1,5 +1,6 @@
 #include "applicationgraph.h"
 #include "enginescene.h"
+#include "heldengine.h"
 #include "testops.h"
 
 #include "VlScenelibEngine/OpType.h"
@@ -13,7 +14,6 @@
 
 #include <gmock/gmock.h>
 
-#include <atomic>
 #include <stdexcept>
 #include <thread>
 
@@ -114,23 +114,7 @@ TEST(Engine, aLocationThatBecomesActiveAgainIsToldWithoutARemoval) {
     EXPECT_THAT(scene.fetch(client), IsEmpty());
 }
 
-/// Nothing is there, which one learns when the test says so.
-class Gate final : public VlScenelibEngine::OpType {
-public:
-    [[nodiscard]] VlScenelibEngine::CookResult cook(VlScenelibEngine::CookContext&) const override {
-        isReached = true;
-        isReached.notify_all();
-        isOpen.wait(false);
-        return VlScenelibEngine::CookResult::nothing();
-    }
-
-    mutable std::atomic<bool> isReached{false};
-    mutable std::atomic<bool> isOpen{false};
-};
-
 TEST(Engine, aLocationThatIsWantedAgainIsNotTakenAwayWhileOthersAreCooked) {
-    const auto gate = std::make_shared<Gate>();
-    VlScenelibEngine::registerOpType("Test.Gate", gate);
     EngineScene scene;
     const auto client =
         scene.createClient(scene.createOp("Scene.Literal", literalArgs({{"/root/a/b", 1}})));
@@ -138,13 +122,10 @@ TEST(Engine, aLocationThatIsWantedAgainIsNotTakenAwayWhileOthersAreCooked) {
     scene.fetch(client);
     client->setLocationsInactive(paths({"/root/a/b"}));
     scene.settle();
-    const auto other = scene.createClient(scene.createOp("Test.Gate"));
-    other->setLocationsActive(paths({"/root"}));
-    gate->isReached.wait(false);
+    HeldEngine held(scene);
     client->setLocationsActive(paths({"/root/a/b"}));
     EXPECT_THAT(EngineScene::fetchNow(client), IsEmpty());
-    gate->isOpen = true;
-    gate->isOpen.notify_all();
+    held.release();
     EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/a/b"));
 }
 

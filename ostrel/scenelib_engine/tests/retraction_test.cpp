@@ -1,4 +1,5 @@
 #include "enginescene.h"
+#include "heldengine.h"
 
 #include "VlAttribute/IntAttribute.h"
 
@@ -158,6 +159,66 @@ TEST_F(Retraction, leavesNothingToldThatAnotherClientHasRetracted) {
     EXPECT_THAT(scene.fetch(expanding), ElementsAre("-/root/a/b", "-/root/a/c", "-/root/a"));
     pinning->setLocationsActive(paths({"/root/a/b"}));
     EXPECT_THAT(scene.fetch(pinning), ElementsAre("+/root", "+/root/a", "+/root/a/b"));
+}
+
+TEST_F(Retraction, waitsWhileAnotherClientIsOnItsWayToTheSameOp) {
+    // As when a viewer leaves working-set mode: what was pinned is owed, and the expanding client
+    // comes back to it with a commit that is not applied yet.
+    pinning->setLocationsActive(paths({"/root/a/b"}));
+    scene.fetch(pinning);
+    scene.setOp(expanding, scene.createOp("no-op", {}, {op}));
+    pinning->setLocationsInactive(paths({"/root/a/b"}));
+    scene.settle();
+    HeldEngine held(scene);
+    scene.setOp(expanding, op);
+    EXPECT_FALSE(pinning->hasLocationEvents());
+    EXPECT_THAT(EngineScene::fetchNow(pinning), IsEmpty());
+    held.release();
+    EXPECT_THAT(scene.fetch(pinning), IsEmpty());
+    expanding->setLocationsInactive(paths({"/root"}));
+    EXPECT_THAT(scene.fetch(pinning), ElementsAre("-/root/a/b", "-/root/a", "-/root"));
+}
+
+TEST_F(Retraction, thatWaitedForAnotherClientsOpIsPaidWhenThatIsAnotherOne) {
+    pinning->setLocationsActive(paths({"/root/a/b"}));
+    scene.fetch(pinning);
+    pinning->setLocationsInactive(paths({"/root/a/b"}));
+    scene.settle();
+    HeldEngine held(scene);
+    scene.setOp(expanding, nullptr);
+    EXPECT_THAT(EngineScene::fetchNow(pinning), IsEmpty());
+    held.release();
+    EXPECT_THAT(scene.fetch(pinning), ElementsAre("-/root/a/b", "-/root/a", "-/root"));
+}
+
+TEST_F(Retraction, thatWaitedForAClientIsPaidWhenTheClientHasEnded) {
+    const auto other = scene.createOp("no-op", {}, {op});
+    scene.setOp(expanding, other);
+    pinning->setLocationsActive(paths({"/root/a/b"}));
+    scene.fetch(pinning);
+    pinning->setLocationsInactive(paths({"/root/a/b"}));
+    HeldEngine held(scene);
+    scene.setOp(expanding, op);
+    expanding.reset();
+    EXPECT_THAT(EngineScene::fetchNow(pinning), IsEmpty());
+    held.release();
+    EXPECT_THAT(scene.fetch(pinning), ElementsAre("-/root/a/b", "-/root/a", "-/root"));
+}
+
+TEST_F(Retraction, ofAParentWaitsForAChildThatWasThoughtToReturn) {
+    scene.setArgs(op, "Scene.Literal", literalArgs({{"/root/a/b", 1}}));
+    expanding->setLocationsInactive(paths({"/root"}));
+    scene.settle();
+    EXPECT_TRUE(expanding->hasLocationEvents());
+    HeldEngine held(scene);
+    expanding->setLocationsActive(paths({"/root/a/b"}));
+    std::vector<VlScenelib::LocationEvent> events;
+    expanding->getLocationEvents(events, 1);
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(events.front().getLocationPath(), "/root/a/c");
+    scene.setOp(expanding, nullptr);
+    held.release();
+    EXPECT_THAT(scene.fetch(expanding), ElementsAre("-/root/a/b", "-/root/a", "-/root"));
 }
 
 } // namespace
