@@ -39,7 +39,7 @@ void ClientView::setActive(const std::string& path, bool isActive) {
     if (!requests.setActive(path, isActive)) {
         return;
     }
-    visits.push_back(path);
+    visits.insert(path);
     if (isActive) {
         awaitReturn(path);
     } else {
@@ -71,7 +71,7 @@ void ClientView::setOpen(const std::string& path, bool isOpen) {
     if (!requests.setOpen(path, isOpen)) {
         return;
     }
-    visits.push_back(path);
+    visits.insert(path);
     if (!isOpen) {
         letOthersReconsider();
     }
@@ -184,7 +184,7 @@ void ClientView::onTouched(const LocationNames& names, bool isSubtree) {
     if (node && node->has(ClientNode::kLive)) {
         markPending(*node);
     }
-    visits.push_back(joinPath(names));
+    visits.insert(joinPath(names));
 }
 
 void ClientView::update() {
@@ -392,10 +392,17 @@ void ClientView::adopt(ClientNode& parent, CookNode& data, std::size_t index,
         return;
     }
     ClientNode& kid = tree.ensureKid(parent, data.children, index);
+    const bool isBack = !kid.has(ClientNode::kLive) && kid.kids;
     kid.source = &source;
     kid.set(ClientNode::kLive);
     kid.clear(ClientNode::kPending);
     refresh(kid, cursor);
+    if (isBack && kid.kids) {
+        // They may have been kept with it, and not for themselves.
+        for (const auto& [name, departed] : kid.kids->departed) {
+            events.add(*departed);
+        }
+    }
 }
 
 // ---- leaving
@@ -498,6 +505,28 @@ void ClientView::endWork(ClientNode& parent) {
     }
 }
 
+// Closed meanwhile, or not active any more.
+std::size_t ClientView::skipUnwanted(ClientWork& piece) const {
+    if (piece.from >= piece.to) {
+        return piece.to;
+    }
+    const RequestTree::Cursor cursor = getCursor(*piece.parent);
+    if (cursor.isExpanded) {
+        return piece.to;
+    }
+    const auto isKidWanted = [&](std::size_t i) {
+        return requests.descend(cursor, piece.data->children->getName(i)).isWanted;
+    };
+    while (piece.from < piece.to && !isKidWanted(piece.from)) {
+        ++piece.from;
+    }
+    std::size_t end = piece.from;
+    while (end < piece.to && isKidWanted(end)) {
+        ++end;
+    }
+    return end;
+}
+
 bool ClientView::takeWork(std::size_t limit, ClientWork& piece) {
     while (!work.empty()) {
         ClientWork& next = work.front();
@@ -506,15 +535,16 @@ bool ClientView::takeWork(std::size_t limit, ClientWork& piece) {
         const std::size_t count =
             next.data && next.data->children ? next.data->children->size() : 0;
         next.to = std::min(next.to, count);
+        const std::size_t end = skipUnwanted(next);
         if (next.from >= next.to) {
-            // It left, or its children changed, which has been seen to.
+            // It left, its children changed, which has been seen to, or nobody wants them any more.
             work.pop_front();
             endWork(parent);
             continue;
         }
         piece = next;
-        if (piece.to - piece.from > limit) {
-            piece.to = piece.from + limit;
+        piece.to = std::min(end, piece.from + limit);
+        if (piece.to < next.to) {
             next.from = piece.to;
             ++parent.work;
         } else {

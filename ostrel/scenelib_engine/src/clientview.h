@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -131,6 +132,8 @@ private:
     void schedule(ClientNode& parent, std::size_t from, std::size_t to);
     void scheduleExpansion(ClientNode& parent, std::size_t from, std::size_t to, bool isUnderWay);
     void endWork(ClientNode& parent);
+    /// Takes children that are not wanted off the beginning; returns the end of those that are.
+    [[nodiscard]] std::size_t skipUnwanted(ClientWork& piece) const;
     void letOthersReconsider();
     void awaitReturn(const std::string& path);
 
@@ -141,7 +144,7 @@ private:
     EventQueue events;
     std::deque<ClientWork> work;
     /// Paths where requests have changed or subtrees were replaced.
-    std::vector<std::string> visits;
+    std::set<std::string> visits;
     /// Requests changed everywhere at once.
     bool isWholeChanged = false;
     bool isSyncingWhole = false;

@@ -7,6 +7,18 @@
 
 namespace VlScenelibEngine {
 
+namespace {
+
+bool replaces(const GraphCommit& commit, const GraphCommit& before) {
+    const auto setsArgsAlone = [](const GraphCommit& each) {
+        return each.edits.size() == 1 && each.edits.front().kind == GraphEdit::Kind::Args;
+    };
+    return setsArgsAlone(commit) && setsArgsAlone(before) &&
+           commit.edits.front().op == before.edits.front().op;
+}
+
+} // namespace
+
 template <typename Change>
 void Inbox::post(Change&& change) {
     const std::lock_guard lock(mutex);
@@ -19,7 +31,11 @@ void Inbox::post(Change&& change) {
 void Inbox::postCommit(GraphCommit commit) {
     post([&] {
         newestCommit = commit.id;
-        letters.commits.push_back(std::move(commit));
+        if (!letters.commits.empty() && replaces(commit, letters.commits.back())) {
+            letters.commits.back() = std::move(commit);
+        } else {
+            letters.commits.push_back(std::move(commit));
+        }
     });
 }
 

@@ -22,6 +22,8 @@ public:
         bool isStop = false;
     };
 
+    /// Of commits that do nothing but set one op's arguments, and come while the last one waits, as
+    /// in a drag, only the newest is kept.
     void postCommit(GraphCommit commit);
     void postReleasedOp(int opId);
     void postFlush();

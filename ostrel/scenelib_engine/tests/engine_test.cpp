@@ -14,6 +14,7 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <stdexcept>
 #include <thread>
 
@@ -570,9 +571,61 @@ TEST(Engine, stopsCleanlyAtAnyMoment) {
         for (int fetches = 0; fetches < round; ++fetches) {
             EngineScene::fetchNow(client);
         }
+        if (round % 2 == 0) {
+            scene.setArgs(op, "Scene.Generate", {{"leafCount", IntAttribute(50000 + round)}});
+        }
         if (round % 3 == 0) {
             client.reset();
         }
+    }
+}
+
+/// A root with ten thousand children, of which the first keeps its cook busy until it is told.
+class Wide final : public VlScenelibEngine::OpType {
+public:
+    [[nodiscard]] VlScenelibEngine::CookResult
+    cook(VlScenelibEngine::CookContext& context) const override {
+        if (context.isRoot()) {
+            std::vector<std::string> names;
+            for (int i = 0; i < 10000; ++i) {
+                names.push_back("child_" + std::to_string(i));
+            }
+            return {GroupAttribute(), VlScenelibEngine::ChildList::create(StringAttribute(names))};
+        }
+        if (context.getName() == "child_0") {
+            isReached = true;
+            isReached.notify_all();
+            mayEnd.wait(false);
+        }
+        return {GroupAttribute()};
+    }
+
+    mutable std::atomic<bool> isReached{false};
+    mutable std::atomic<bool> mayEnd{false};
+};
+
+TEST(Engine, whatNobodyWantsAnyMoreIsNotCooked) {
+    const auto end = [](VlScenelib::Client& client, bool isDeactivation) {
+        isDeactivation ? client.setLocationsInactive(paths({"/root"}))
+                       : client.setLocationsClosed(paths({"/root"}));
+    };
+    for (const bool isDeactivation : {true, false}) {
+        const auto wide = std::make_shared<Wide>();
+        VlScenelibEngine::registerOpType("Test.Wide", wide);
+        EngineScene scene(1);
+        const auto client = scene.createClient(scene.createOp("Test.Wide"));
+        client->setLocationsOpen(paths({"/root"}));
+        client->setLocationsActive(paths({"/root"}));
+        wide->isReached.wait(false);
+        end(*client, isDeactivation);
+        wide->mayEnd = true;
+        wide->mayEnd.notify_all();
+        scene.settle();
+        // The root, the one under way, and one for each other piece of the batch under way.
+        EXPECT_LE(scene.countCooks(), 6U) << isDeactivation;
+        client->setLocationsActive(paths({"/root"}));
+        client->setLocationsOpen(paths({"/root"}));
+        EXPECT_EQ(scene.fetch(client).size(), 10001U);
     }
 }
 

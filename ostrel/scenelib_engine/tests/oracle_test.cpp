@@ -14,6 +14,7 @@
 #include <random>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -25,15 +26,16 @@ using VlAttribute::StringAttribute;
 using VlScenelib::LocationData;
 using VlScenelib::LocationEvent;
 
-/// One row: how large the random scenes are, how many ops and clients there are, and who cooks.
+/// One row: how large the random scenes are, how many ops and clients there are.
 struct OracleShape {
     const char* name;
     std::vector<const char*> names;
     int depth;
     int ops;
     int clients;
-    int workers;
     int steps;
+    /// How often it is waited for the engine; otherwise what is asked meets it while it cooks.
+    double checkPercent = 25;
 };
 
 std::string describe(const GroupAttribute& group) {
@@ -57,8 +59,8 @@ std::string describe(const GroupAttribute& group) {
 /// must have been told exactly what plain evaluation gives.
 class Oracle {
 public:
-    Oracle(const OracleShape& oracleShape, unsigned oracleSeed)
-        : shape(oracleShape), seed(oracleSeed), random(oracleSeed), scene(oracleShape.workers) {
+    Oracle(const OracleShape& oracleShape, int workers, unsigned oracleSeed)
+        : shape(oracleShape), seed(oracleSeed), random(oracleSeed), scene(workers) {
         registerTestOps();
         for (int i = 0; i < shape.ops; ++i) {
             ops.push_back({scene.createOp("no-op"), "no-op", GroupAttribute::Empty(), {}});
@@ -87,12 +89,16 @@ public:
                 ClientModel& client = clients[pick(clients.size())];
                 fetch(client, chance(50) ? -1 : static_cast<int>(pick(4)) + 1, false);
             }
-            if (chance(25)) {
+            if (std::uniform_real_distribution<double>(0, 100)(random) < shape.checkPercent) {
                 check();
             }
         }
         check();
     }
+
+    /// How often something was asked that ends cooks under way: a location is not active or not
+    /// open any more, a client views another op, an op is edited.
+    [[nodiscard]] long getNumberOfCancels() const { return cancels; }
 
 private:
     struct OpModel {
@@ -248,6 +254,7 @@ private:
     }
 
     void editGraph() {
+        ++cancels;
         const auto transaction = scene.runtime->createTransaction();
         for (std::size_t edits = pick(3) + 1; edits > 0; --edits) {
             const std::size_t index = pick(ops.size());
@@ -293,6 +300,7 @@ private:
         const std::string line = "client " + std::to_string(which) + " ";
         if (chance(8)) {
             client.allOpen = !client.allOpen;
+            cancels += client.allOpen ? 0 : 1;
             client.client->setAllOpen(client.allOpen);
             log(line + "all open " + std::to_string(client.allOpen));
         } else if (chance(40)) {
@@ -301,7 +309,7 @@ private:
                 client.client->setLocationsActive(paths({path}));
                 log(line + "active " + path);
             } else {
-                client.active.erase(path);
+                cancels += static_cast<long>(client.active.erase(path));
                 client.client->setLocationsInactive(paths({path}));
                 log(line + "inactive " + path);
             }
@@ -310,7 +318,7 @@ private:
             client.client->setLocationsOpen(paths({path}));
             log(line + "open " + path);
         } else {
-            client.open.erase(path);
+            cancels += static_cast<long>(client.open.erase(path));
             client.client->setLocationsClosed(paths({path}));
             log(line + "closed " + path);
         }
@@ -422,6 +430,9 @@ private:
         }
         if (!isSettled) {
             return;
+        }
+        if (client.told.touched.size() != events.size()) {
+            fail(client, "a location was told twice in one fetch");
         }
         for (const std::string& path : client.told.gone) {
             if (locate(client, path)) {
@@ -562,11 +573,15 @@ private:
     std::vector<PlainScene> scenes;
     std::vector<std::string> history;
     int step = 0;
+    long cancels = 0;
 };
 
-class EngineOracle : public testing::TestWithParam<OracleShape> {};
+using OracleRow = std::tuple<OracleShape, int>;
+
+class EngineOracle : public testing::TestWithParam<OracleRow> {};
 
 TEST_P(EngineOracle, whatClientsAreToldEqualsPlainEvaluation) {
+    const auto& [shape, workers] = GetParam();
     const char* seedText = std::getenv("OSTREL_ORACLE_SEED");
     const char* countText = std::getenv("OSTREL_ORACLE_COUNT");
     const unsigned firstSeed =
@@ -574,7 +589,7 @@ TEST_P(EngineOracle, whatClientsAreToldEqualsPlainEvaluation) {
     const unsigned count =
         countText ? static_cast<unsigned>(std::strtoul(countText, nullptr, 10)) : 4;
     for (unsigned seed = firstSeed; seed < firstSeed + count; ++seed) {
-        Oracle(GetParam(), seed).run();
+        Oracle(shape, workers, seed).run();
         if (HasFailure()) {
             return;
         }
@@ -583,19 +598,38 @@ TEST_P(EngineOracle, whatClientsAreToldEqualsPlainEvaluation) {
 
 INSTANTIATE_TEST_SUITE_P(
     Shapes, EngineOracle,
-    testing::Values(OracleShape{"oneClientOneWorker", {"a", "b"}, 3, 4, 1, 1, 1500},
-                    OracleShape{"twoClients", {"a", "b"}, 3, 5, 2, 2, 1500},
-                    OracleShape{"pinnedPair", {"a", "b", "c"}, 3, 2, 2, 2, 1500},
-                    OracleShape{"deepChain", {"a", "b"}, 6, 8, 2, 2, 600},
-                    OracleShape{"wide",
-                                {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j",
-                                 "k", "l", "m", "n", "o", "p", "q", "r", "s", "t"},
-                                2,
-                                4,
-                                3,
-                                8,
-                                500},
-                    OracleShape{"manyClients", {"a", "b"}, 3, 6, 4, 8, 1200}),
-    [](const testing::TestParamInfo<OracleShape>& row) { return std::string(row.param.name); });
+    testing::Combine(testing::Values(OracleShape{"oneClient", {"a", "b"}, 3, 4, 1, 1500},
+                                     OracleShape{"twoClients", {"a", "b"}, 3, 5, 2, 1500},
+                                     OracleShape{"pinnedPair", {"a", "b", "c"}, 3, 2, 2, 1500},
+                                     OracleShape{"deepChain", {"a", "b"}, 6, 8, 2, 600},
+                                     OracleShape{"wide",
+                                                 {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j",
+                                                  "k", "l", "m", "n", "o", "p", "q", "r", "s", "t"},
+                                                 2,
+                                                 4,
+                                                 3,
+                                                 500},
+                                     OracleShape{"manyClients", {"a", "b"}, 3, 6, 4, 1200}),
+                     testing::Values(1, 2, 8)),
+    [](const testing::TestParamInfo<OracleRow>& row) {
+        return std::string(std::get<OracleShape>(row.param).name) +
+               std::to_string(std::get<int>(row.param)) + "Workers";
+    });
+
+class EngineCancels : public testing::TestWithParam<int> {};
+
+// Requests and edits come much faster than they are cooked.
+TEST_P(EngineCancels, loseAndDoubleNothing) {
+    constexpr long kCancels = 100'000;
+    const OracleShape shape{"cancels", {"a", "b", "c", "d", "e", "f"}, 3, 4, 3, 20'000, 0.5};
+    long cancels = 0;
+    for (unsigned seed = 1; cancels < kCancels && !HasFailure(); ++seed) {
+        Oracle oracle(shape, GetParam(), seed);
+        oracle.run();
+        cancels += oracle.getNumberOfCancels();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Workers, EngineCancels, testing::Values(1, 2, 8));
 
 } // namespace
