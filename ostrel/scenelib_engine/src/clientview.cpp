@@ -29,6 +29,7 @@ void ClientView::close() {
     }
     std::erase(group->views, this);
     work.clear();
+    waiting = {};
     visits.clear();
     letOthersReconsider();
 }
@@ -555,7 +556,7 @@ bool ClientView::takeWork(std::size_t limit, ClientWork& piece) {
     return false;
 }
 
-void ClientView::finishWork(const ClientWork& piece) {
+void ClientView::finishWork(const ClientWork& piece, const WaitingChildren& waitingChildren) {
     ClientNode& parent = *piece.parent;
     if (!parent.has(ClientNode::kLive) || getData(parent) != piece.data) {
         endWork(parent);
@@ -565,7 +566,17 @@ void ClientView::finishWork(const ClientWork& piece) {
     align(parent, data);
     const RequestTree::Cursor cursor = getCursor(parent);
     CookBlock* block = data.getBlock();
+    auto nextWaiting = waitingChildren.begin();
     for (std::size_t i = piece.from; i < piece.to; ++i) {
+        if (nextWaiting != waitingChildren.end() && nextWaiting->first == i) {
+            std::string path;
+            tree.appendPath(parent, path);
+            path += '/';
+            path += data.children->getName(i);
+            waiting.add(path, nextWaiting->second);
+            ++nextWaiting;
+            continue;
+        }
         if (!block || !block->child(i).isCooked()) {
             work.push_front({&parent, nullptr, i, piece.to});
             return;
@@ -576,6 +587,14 @@ void ClientView::finishWork(const ClientWork& piece) {
         }
     }
     endWork(parent);
+}
+
+void ClientView::resumeWaiting(bool isForAll) {
+    visits.merge(waiting.resume(isForAll));
+}
+
+bool ClientView::dropUnwantedWaiting() {
+    return waiting.dropIf([this](const std::string& path) { return !isWanted(*splitPath(path)); });
 }
 
 } // namespace VlScenelibEngine

@@ -4,6 +4,7 @@
 #include "eventqueue.h"
 #include "graphop.h"
 #include "requesttree.h"
+#include "waitinglocations.h"
 
 #include <atomic>
 #include <cstddef>
@@ -12,6 +13,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace VlScenelibEngine {
@@ -34,6 +36,9 @@ struct ClientWork {
     std::size_t from = 0;
     std::size_t to = 0;
 };
+
+/// The places of children in a piece of work whose cooks wait, in order, and for what.
+using WaitingChildren = std::vector<std::pair<std::size_t, std::shared_ptr<Awaited>>>;
 
 /// One client: what it has asked for, what of it is cooked, and what it is to be told. It views an
 /// op's tree and follows every change there.
@@ -70,15 +75,21 @@ public:
     // ---- following it
 
     [[nodiscard]] bool hasWork() const noexcept {
-        return !work.empty() || !visits.empty() || isWholeChanged;
+        return !work.empty() || !visits.empty() || isWholeChanged || !waiting.isEmpty();
     }
     /// Takes what was requested and what was replaced into account. What must be cooked for it
     /// becomes work.
     void update();
     /// Takes the next piece of work, of at most `limit` children. False when there is none.
     [[nodiscard]] bool takeWork(std::size_t limit, ClientWork& piece);
-    /// Shows what has been cooked of a piece; the rest becomes work again.
-    void finishWork(const ClientWork& piece);
+    /// Shows what has been cooked of a piece; the rest becomes work again, but for the children
+    /// that wait.
+    void finishWork(const ClientWork& piece, const WaitingChildren& waitingChildren);
+    [[nodiscard]] WaitingLocations& getWaiting() noexcept { return waiting; }
+    /// Has those become work that wait no longer, or all.
+    void resumeWaiting(bool isForAll);
+    /// Forgets those that wait and are not wanted any more. Whether there were any.
+    bool dropUnwantedWaiting();
 
     // ---- what it tells
 
@@ -143,6 +154,7 @@ private:
     ClientTree tree;
     EventQueue events;
     std::deque<ClientWork> work;
+    WaitingLocations waiting;
     /// Paths where requests have changed or subtrees were replaced.
     std::set<std::string> visits;
     /// Requests changed everywhere at once.

@@ -37,24 +37,30 @@ CookNode* Cooker::cookedChild(CookNode& parent, std::string_view name, std::size
 }
 
 void Cooker::ensureCooked(GraphOp& op, CookNode& node, InputPlaces& places) {
-    if (node.isCooked()) {
-        return;
+    while (!node.claim()) {
+        if (node.isCooked()) {
+            return;
+        }
+        node.awaitEndOfClaim();
     }
-    if (!node.claim()) {
-        node.awaitCooked();
-        return;
+    CookOutcome outcome;
+    try {
+        outcome = CookRun(*this, op, node, places).run();
+    } catch (const CookWaits&) {
+        node.abandon();
+        throw;
     }
     numberOfCooks.fetch_add(1, std::memory_order_relaxed);
-    CookOutcome outcome = CookRun(*this, op, node, places).run();
     storeReads(op, node, outcome);
     storeResult(node, outcome);
     node.publish();
 }
 
 CookOutcome Cooker::recook(GraphOp& op, CookNode& node) {
-    numberOfCooks.fetch_add(1, std::memory_order_relaxed);
     InputPlaces places(*this, op, *node.parent);
-    return CookRun(*this, op, node, places).run();
+    CookOutcome outcome = CookRun(*this, op, node, places).run();
+    numberOfCooks.fetch_add(1, std::memory_order_relaxed);
+    return outcome;
 }
 
 std::uint64_t Cooker::makeVersion() noexcept {

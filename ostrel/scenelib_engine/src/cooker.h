@@ -5,7 +5,9 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string_view>
+#include <utility>
 
 namespace VlScenelibEngine {
 
@@ -16,6 +18,9 @@ namespace VlScenelibEngine {
 /// All members: [any-thread], while the coordinator leaves the graph alone.
 class Cooker {
 public:
+    /// `arrivalNotice` is called, on any thread, when something is there for which cooks wait.
+    explicit Cooker(std::function<void()> arrivalNotice) : notice(std::move(arrivalNotice)) {}
+
     struct Place {
         /// Resolved; null when there is no such location.
         CookNode* node = nullptr;
@@ -30,7 +35,8 @@ public:
     /// the name.
     [[nodiscard]] CookNode* cookedChild(CookNode& parent, std::string_view name, std::size_t hint);
 
-    /// Cooks the node if that has not been done. Its parent must be cooked.
+    /// Cooks the node if that has not been done. Its parent must be cooked. Throws CookWaits, as
+    /// all members do that cook, when that has to wait; the node is then not cooked.
     void ensureCooked(GraphOp& op, CookNode& node, InputPlaces& places);
 
     /// Runs the node's cook without storing anything.
@@ -43,12 +49,15 @@ public:
     /// A number that no other result bears.
     [[nodiscard]] static std::uint64_t makeVersion() noexcept;
 
+    [[nodiscard]] const std::function<void()>& getArrivalNotice() const noexcept { return notice; }
+
     [[nodiscard]] std::uint64_t getNumberOfCooks() const noexcept {
         return numberOfCooks.load(std::memory_order_relaxed);
     }
 
 private:
-    /// Cooks run so far: what tests count.
+    std::function<void()> notice;
+    /// Cooks that came to a result so far: what tests count.
     std::atomic<std::uint64_t> numberOfCooks{0};
 };
 

@@ -25,9 +25,14 @@ void CookNode::publish() noexcept {
     bits.notify_all();
 }
 
-void CookNode::awaitCooked() const noexcept {
+void CookNode::abandon() noexcept {
+    setUncooked();
+    bits.notify_all();
+}
+
+void CookNode::awaitEndOfClaim() const noexcept {
     std::uint16_t seen = bits.load(std::memory_order_acquire);
-    while ((seen & kStateMask) != kCooked) {
+    while ((seen & kStateMask) == kCooking) {
         bits.wait(seen, std::memory_order_acquire);
         seen = bits.load(std::memory_order_acquire);
     }

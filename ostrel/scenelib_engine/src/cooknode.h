@@ -47,10 +47,12 @@ public:
     }
     /// True for the one caller who is to cook it.
     [[nodiscard]] bool claim() noexcept;
-    /// Ends a claim.
+    /// Ends a claim: it is cooked.
     void publish() noexcept;
+    /// Ends a claim: it is not, for now.
+    void abandon() noexcept;
     /// Waits until another thread's claim has ended.
-    void awaitCooked() const noexcept;
+    void awaitEndOfClaim() const noexcept;
     void setUncooked() noexcept { bits.fetch_and(static_cast<std::uint16_t>(~kStateMask)); }
 
     [[nodiscard]] bool has(std::uint16_t flag) const noexcept {

@@ -68,6 +68,8 @@ CookResult CookRun::cookChecked() {
         }
         CookContext context(*this);
         return op.type->cook(context);
+    } catch (const CookWaits&) {
+        throw;
     } catch (const std::exception& error) {
         return errorLocation(error.what());
     } catch (...) {
@@ -132,6 +134,12 @@ CookNode* CookRun::readInputTree(std::size_t input) {
     }
     CookNode* found = findInput(input);
     return found ? found->resolve() : nullptr;
+}
+
+void CookRun::await(const std::shared_ptr<Awaited>& awaited) const {
+    if (awaited->notifyWhenThere(cooker.getArrivalNotice())) {
+        throw CookWaits{awaited};
+    }
 }
 
 // ---- the context's face
@@ -200,6 +208,10 @@ InputTree CookContext::getInputTree(std::size_t inputIndex) {
 
 InputLocation CookContext::getInput(std::size_t inputIndex, std::string_view path) {
     return InputLocation(run.readInput(inputIndex, path));
+}
+
+void CookContext::await(const std::shared_ptr<Awaited>& awaited) {
+    run.await(awaited);
 }
 
 } // namespace VlScenelibEngine

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "VlScenelibEngine/Awaited.h"
 #include "VlScenelibEngine/CookResult.h"
 
 #include "cooknode.h"
 #include "graphop.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +15,11 @@
 namespace VlScenelibEngine {
 
 class Cooker;
+
+/// Thrown where a cook ends because it waits.
+struct CookWaits {
+    std::shared_ptr<Awaited> awaited;
+};
 
 /// Where the inputs of an op stand at one path, found once for all cooks of siblings there.
 class InputPlaces {
@@ -48,7 +55,7 @@ public:
     CookRun(Cooker& inputCooker, GraphOp& cookedOp, CookNode& cookedNode, InputPlaces& inputPlaces)
         : cooker(inputCooker), op(cookedOp), node(cookedNode), places(inputPlaces) {}
 
-    /// Runs the cook. Exceptions become an "error" location.
+    /// Runs the cook. Exceptions become an "error" location, except CookWaits.
     [[nodiscard]] CookOutcome run();
 
     [[nodiscard]] const VlAttribute::Attribute& readArg(std::string_view dotted);
@@ -59,6 +66,7 @@ public:
     [[nodiscard]] const CookNode* readInput(std::size_t input, std::string_view path);
     /// As the first, but with all that is below.
     [[nodiscard]] CookNode* readInputTree(std::size_t input);
+    void await(const std::shared_ptr<Awaited>& awaited) const;
 
     Cooker& cooker;
     GraphOp& op;

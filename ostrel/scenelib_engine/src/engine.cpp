@@ -145,14 +145,14 @@ bool Engine::isDataCurrent(ClientView& view, const std::string& path, std::int64
 // ---- the coordinator
 
 void Engine::run() {
-    bool hasWork = false;
+    auto activity = Inbox::Activity::Idle;
     for (;;) {
-        Inbox::Letters letters = inbox->take(hasWork);
+        Inbox::Letters letters = inbox->take(activity);
         if (letters.isStop) {
             return;
         }
         apply(letters);
-        hasWork = step();
+        activity = step();
     }
 }
 
@@ -173,6 +173,10 @@ void Engine::apply(Inbox::Letters& letters) {
     }
     if (letters.isFlush) {
         dropAllMemos();
+    }
+    // What a cook that waits has read is recorded nowhere: any edit may mean that it needn't wait.
+    if (letters.isArrival || !letters.commits.empty()) {
+        resumeWaiting(!letters.commits.empty());
     }
     setSettled(false);
 }
@@ -236,20 +240,48 @@ void Engine::setSettled(bool isSettled) {
     }
 }
 
-bool Engine::step() {
+void Engine::resumeWaiting(bool isForAll) {
+    for (const std::shared_ptr<ClientView>& view : views) {
+        view->resumeWaiting(isForAll);
+    }
+}
+
+bool Engine::dropUnwantedWaiting() {
+    bool isAnyDropped = false;
+    recooking.letGo();
+    for (const std::shared_ptr<ClientView>& view : views) {
+        view->getWaiting().letGo();
+        isAnyDropped = view->dropUnwantedWaiting() || isAnyDropped;
+    }
+    return isAnyDropped;
+}
+
+bool Engine::isWaiting() const {
+    return std::ranges::any_of(views,
+                               [](const auto& view) { return !view->getWaiting().isEmpty(); });
+}
+
+Inbox::Activity Engine::step() {
     std::unique_lock lock(stateMutex);
     if (!recooking.isClean()) {
         recook(lock);
-        return true;
+        return Inbox::Activity::Working;
     }
     cookedCommit = appliedCommit;
     recooking.buryRemoved();
     for (const std::shared_ptr<ClientView>& view : views) {
         view->update();
     }
-    const bool hasWork = cookWanted(lock);
-    setSettled(!hasWork);
-    return hasWork;
+    if (cookWanted(lock)) {
+        setSettled(false);
+        return Inbox::Activity::Working;
+    }
+    if (dropUnwantedWaiting()) {
+        return Inbox::Activity::Working;
+    }
+    const bool isAnyWaiting = isWaiting();
+    setSettled(!isAnyWaiting);
+    return isAnyWaiting ? Inbox::Activity::Waiting : Inbox::Activity::Idle;
 }
 
 void Engine::recook(std::unique_lock<std::mutex>& lock) {
@@ -277,7 +309,7 @@ bool Engine::cookWanted(std::unique_lock<std::mutex>& lock) {
     std::size_t idleViews = 0;
     while (count < batchSize && idleViews < views.size()) {
         nextView = (nextView + 1) % views.size();
-        Piece piece{views[nextView], {}};
+        Piece piece{views[nextView], {}, {}};
         if (!piece.view->takeWork(pieceSize, piece.work)) {
             ++idleViews;
             continue;
@@ -299,13 +331,13 @@ bool Engine::cookWanted(std::unique_lock<std::mutex>& lock) {
     }
     for (const Piece& piece : pieces) {
         if (!piece.view->isOver()) {
-            piece.view->finishWork(piece.work);
+            piece.view->finishWork(piece.work, piece.waiting);
         }
     }
     return true;
 }
 
-void Engine::cookPiece(const Piece& piece) {
+void Engine::cookPiece(Piece& piece) {
     CookNode& data = *piece.work.data;
     GraphOp& op = data.getOp();
     CookBlock& block = data.ensureBlock();
@@ -315,7 +347,11 @@ void Engine::cookPiece(const Piece& piece) {
         if (i > piece.work.from && inbox->hasLetters()) {
             return;
         }
-        cooker.ensureCooked(op, block.child(i), places);
+        try {
+            cooker.ensureCooked(op, block.child(i), places);
+        } catch (const CookWaits& waits) {
+            piece.waiting.emplace_back(i, waits.awaited);
+        }
     }
 }
 

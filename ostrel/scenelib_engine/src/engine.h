@@ -91,17 +91,22 @@ private:
     struct Piece {
         std::shared_ptr<ClientView> view;
         ClientWork work;
+        WaitingChildren waiting;
     };
 
     void run();
     void apply(Inbox::Letters& letters);
     void apply(GraphEdit& edit);
     [[nodiscard]] GraphOp& ensureOp(const OpRecord& record);
-    /// One batch of work. False when there is none.
-    bool step();
+    /// One batch of work.
+    Inbox::Activity step();
     void recook(std::unique_lock<std::mutex>& lock);
     bool cookWanted(std::unique_lock<std::mutex>& lock);
-    void cookPiece(const Piece& piece);
+    void cookPiece(Piece& piece);
+    void resumeWaiting(bool isForAll);
+    /// Once all is cooked but for what waits. Whether there was any.
+    bool dropUnwantedWaiting();
+    [[nodiscard]] bool isWaiting() const;
     [[nodiscard]] bool isCooked(std::int64_t commitId) const;
     void setSettled(bool isSettled);
     void dropAllMemos();
@@ -116,7 +121,7 @@ private:
 
     /// Guards everything below.
     std::mutex stateMutex;
-    Cooker cooker;
+    Cooker cooker{[box = inbox] { box->postArrival(); }};
     Recooking recooking{cooker};
     std::unordered_map<int, std::unique_ptr<GraphOp>> ops;
     std::vector<std::shared_ptr<ClientView>> views;

@@ -47,6 +47,10 @@ void Inbox::postFlush() {
     post([&] { letters.isFlush = true; });
 }
 
+void Inbox::postArrival() {
+    post([&] { letters.isArrival = true; });
+}
+
 void Inbox::postStop() {
     post([&] { letters.isStop = true; });
 }
@@ -55,11 +59,13 @@ void Inbox::poke() {
     post([] {});
 }
 
-Inbox::Letters Inbox::take(bool hasWork) {
+Inbox::Letters Inbox::take(Activity activity) {
     std::unique_lock lock(mutex);
-    if (!hasWork && !waiting.load(std::memory_order_relaxed)) {
-        idle = true;
-        becameIdle.notify_all();
+    if (activity != Activity::Working && !waiting.load(std::memory_order_relaxed)) {
+        if (activity == Activity::Idle) {
+            idle = true;
+            becameIdle.notify_all();
+        }
         arrived.wait(lock, [&] { return waiting.load(std::memory_order_relaxed); });
     }
     waiting.store(false, std::memory_order_relaxed);

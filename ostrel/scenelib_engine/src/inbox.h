@@ -19,6 +19,7 @@ public:
         std::vector<GraphCommit> commits;
         std::vector<int> releasedOps;
         bool isFlush = false;
+        bool isArrival = false;
         bool isStop = false;
     };
 
@@ -27,6 +28,8 @@ public:
     void postCommit(GraphCommit commit);
     void postReleasedOp(int opId);
     void postFlush();
+    /// Something is there that cooks wait for.
+    void postArrival();
     void postStop();
     /// Something that the coordinator finds by itself has changed.
     void poke();
@@ -35,9 +38,14 @@ public:
     [[nodiscard]] bool hasLetters() const noexcept {
         return waiting.load(std::memory_order_acquire);
     }
-    /// For the coordinator: takes what waits. If nothing does and the caller has nothing to do
-    /// either, all is idle until something comes.
-    [[nodiscard]] Letters take(bool hasWork);
+    enum class Activity {
+        Working, ///< there is more to do
+        Waiting, ///< for what cooks wait for
+        Idle,
+    };
+    /// For the coordinator: takes what waits. If nothing does, and the caller has nothing to do
+    /// either, waits until something comes.
+    [[nodiscard]] Letters take(Activity activity);
 
     [[nodiscard]] bool isIdle() const;
     /// False when it takes longer.

@@ -332,6 +332,7 @@ Recooking::Slice Recooking::takeSlice(std::size_t limit) {
         }
     }
     slice.outcomes.resize(slice.nodes.size());
+    slice.awaited.resize(slice.nodes.size());
     if (op.dirtyByDepth.empty()) {
         dirtyOps.erase(std::find(dirtyOps.begin(), dirtyOps.end(), &op));
     }
@@ -339,12 +340,21 @@ Recooking::Slice Recooking::takeSlice(std::size_t limit) {
 }
 
 void Recooking::cookEntry(Slice& slice, std::size_t i) {
-    slice.outcomes[i] = cooker.recook(*slice.op, *slice.nodes[i]);
+    try {
+        slice.outcomes[i] = cooker.recook(*slice.op, *slice.nodes[i]);
+    } catch (const CookWaits& waits) {
+        slice.awaited[i] = waits.awaited;
+    }
 }
 
 void Recooking::storeSlice(Slice& slice) {
     for (std::size_t i = 0; i < slice.nodes.size(); ++i) {
-        store(*slice.op, *slice.nodes[i], slice.outcomes[i]);
+        if (slice.outcomes[i]) {
+            store(*slice.op, *slice.nodes[i], *slice.outcomes[i]);
+        } else {
+            awaited.push_back(std::move(slice.awaited[i]));
+            uncook(*slice.op, *slice.nodes[i], slice.nodes[i]->getLocationNames());
+        }
     }
 }
 

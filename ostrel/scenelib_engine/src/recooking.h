@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace VlScenelibEngine {
@@ -45,13 +46,19 @@ public:
     struct Slice {
         GraphOp* op = nullptr;
         std::vector<CookNode*> nodes;
-        std::vector<CookOutcome> outcomes;
+        /// None where the cook waits.
+        std::vector<std::optional<CookOutcome>> outcomes;
+        std::vector<std::shared_ptr<Awaited>> awaited;
     };
     /// The next batch. Nodes that nobody uses any more are forgotten instead of cooked.
     [[nodiscard]] Slice takeSlice(std::size_t limit);
     /// Cooks entry i of the slice. [any-thread]
     void cookEntry(Slice& slice, std::size_t i);
+    /// What waits is forgotten: those who want it have it cooked anew, and wait.
     void storeSlice(Slice& slice);
+    /// To be called when those who want what waits have it cooked: what it waits for is kept until
+    /// then.
+    void letGo() noexcept { awaited.clear(); }
     /// Frees what was removed, once nothing is dirty.
     void buryRemoved();
 
@@ -86,6 +93,7 @@ private:
 
     Cooker& cooker;
     std::vector<GraphOp*> dirtyOps;
+    std::vector<std::shared_ptr<Awaited>> awaited;
     /// Removed nodes, and blocks whose nodes somebody may still point to, in order of removal.
     std::vector<CookNode*> removedNodes;
     std::vector<std::unique_ptr<CookBlock>> removedBlocks;

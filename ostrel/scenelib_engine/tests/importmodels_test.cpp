@@ -36,7 +36,7 @@ const fs::path kModels = "/usr/share/assimp/models";
 
 std::string errorOf(const std::string& path) {
     try {
-        const Model model(importModel(path));
+        const Model model(ImportProcess(path).read());
     } catch (const std::runtime_error& error) {
         return error.what();
     }
@@ -148,7 +148,7 @@ TEST(ImportModels, everyFileOfTheCollectionIsShownOrAnError) {
     inParallel(files.size(), [&](std::size_t i) {
         SCOPED_TRACE(files[i]);
         try {
-            const Model model(importModel(files[i]));
+            const Model model(ImportProcess(files[i]).read());
             checkModel(model);
             ++shown;
         } catch (const std::runtime_error& error) {
@@ -243,7 +243,7 @@ TEST_F(BadModelTest, garbageUnderTheNameOfAnyFormatIsAnError) {
         if (!error.empty()) {
             checkError(error, path);
         } else {
-            checkModel(Model(importModel(path)));
+            checkModel(Model(ImportProcess(path).read()));
         }
     });
 }

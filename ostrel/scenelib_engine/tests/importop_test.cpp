@@ -216,4 +216,116 @@ TEST_F(ImportOpTest, aChangedFileIsReadAgainWhenItIsCookedAgain) {
     EXPECT_THAT(pathsOf(fetch()), testing::Contains("/root/a_obj/two"));
 }
 
+// A model of that many meshes, each of so many triangles that reading it takes a while.
+std::string manyMeshes(int meshes, int triangles) {
+    std::string text;
+    for (int mesh = 0; mesh < meshes; ++mesh) {
+        text += "o mesh" + std::to_string(mesh) + "\n";
+        for (int i = 0; i < triangles; ++i) {
+            const std::string x = std::to_string(mesh) + ".";
+            const std::string z = std::to_string(i);
+            text += "v " + x + "0 0 " + z + "\nv " + x + "5 0 " + z + "\nv " + x + "0 1 " + z +
+                    "\nf -3 -2 -1\n";
+        }
+    }
+    return text;
+}
+
+TEST_F(ImportOpTest, aModelOfManyMeshesShowsItsHierarchyAndBoundsBeforeItsMeshes) {
+    const std::string path = write("many.obj", manyMeshes(500, 4));
+    client->setAllOpen(false);
+    client->setLocationsOpen(StringAttribute({"/root"}));
+    auto told = show(argsOf(path));
+    ASSERT_THAT(pathsOf(told), ElementsAre("/root", "/root/many_obj"));
+    EXPECT_THAT(DoubleAttribute(told["/root/many_obj"].getChildByName("bound")).getSample(0),
+                ElementsAre(0, 499.5, 0, 1, 0, 3));
+    const std::uint64_t before = engine->getNumberOfCooks();
+    client->setLocationsOpen(StringAttribute({"/root/many_obj"}));
+    told = fetch();
+    EXPECT_EQ(told.size(), 500U);
+    EXPECT_EQ(engine->getNumberOfCooks() - before, 500U);
+    const GroupAttribute& mesh = told["/root/many_obj/mesh7"];
+    EXPECT_THAT(DoubleAttribute(mesh.getChildByName("bound")).getSample(0),
+                ElementsAre(7, 7.5, 0, 1, 0, 3));
+    EXPECT_EQ(FloatAttribute(mesh.getChildByName("geometry.point.P")).getNumberOfValues(), 36);
+}
+
+TEST_F(ImportOpTest, otherLocationsAreToldWhileAFileIsRead) {
+    const std::string path = write("large.obj", manyMeshes(200, 200));
+    show(argsOf(path)); // read and cooked, and then dropped
+    show({});
+    const auto transaction = runtime->createTransaction();
+    const auto other = transaction->createClient();
+    const auto literal = transaction->createOp();
+    transaction->setOpArgs(literal, "Scene.Literal",
+                           GroupBuilder().set("staticScene.a.value", IntAttribute(1)).build());
+    transaction->setClientOp(other, literal);
+    transaction->setOpArgs(op, "Geometry.Import", argsOf(path));
+    runtime->commit(transaction);
+    other->setLocationsActive(StringAttribute("/root"));
+    // The process that reads is still to be started when the literal is cooked.
+    std::vector<VlScenelib::LocationEvent> events;
+    while (events.empty()) {
+        other->getLocationEvents(events, -1);
+    }
+    EXPECT_TRUE(runtime->isProcessing());
+    std::vector<VlScenelib::LocationEvent> early;
+    client->getLocationEvents(early, -1);
+    for (const auto& event : early) {
+        EXPECT_EQ(event.getLocationPath(), "/root");
+    }
+    const auto told = fetch();
+    EXPECT_TRUE(told.contains("/root/large_obj/mesh199"));
+    EXPECT_FALSE(runtime->isProcessing());
+}
+
+TEST_F(ImportOpTest, opsThatShowOneFileShareItsMeshes) {
+    const std::string path = write("many.obj", manyMeshes(3, 4));
+    const auto editable =
+        GroupBuilder().update(argsOf(path)).set("exclusiveTo", StringAttribute("editor")).build();
+    auto told = show(argsOf(path));
+    const auto transaction = runtime->createTransaction();
+    const auto other = transaction->createClient();
+    const auto otherOp = transaction->createOp();
+    transaction->setOpArgs(otherOp, "Geometry.Import", editable);
+    transaction->setClientOp(other, otherOp);
+    runtime->commit(transaction);
+    other->setAllOpen(true);
+    other->setLocationsActive(StringAttribute("/root"));
+    ASSERT_TRUE(engine->waitUntilIdle(std::chrono::minutes(1)));
+    std::vector<VlScenelib::LocationEvent> events;
+    other->getLocationEvents(events, -1);
+    ASSERT_EQ(events.back().getLocationPath(), "/root/many_obj/mesh2");
+    const FloatAttribute points(told["/root/many_obj/mesh2"].getChildByName("geometry.point.P"));
+    const FloatAttribute otherPoints(
+        events.back().getLocationData().getAttrs().getChildByName("geometry.point.P"));
+    EXPECT_EQ(points.getSample(0).data(), otherPoints.getSample(0).data());
+}
+
+TEST_F(ImportOpTest, whatNobodyWantsAnyMoreIsNotReadToItsEnd) {
+    const std::string path = write("large.obj", manyMeshes(300, 1000));
+    const auto transaction = runtime->createTransaction();
+    transaction->setOpArgs(op, "Geometry.Import", argsOf(path));
+    runtime->commit(transaction);
+    client->setLocationsInactive(StringAttribute("/root"));
+    EXPECT_TRUE(engine->waitUntilIdle(std::chrono::minutes(1)));
+    client->setLocationsActive(StringAttribute("/root"));
+    EXPECT_TRUE(fetch().contains("/root/large_obj/mesh299"));
+}
+
+TEST_F(ImportOpTest, anEngineEndsWhileAFileIsRead) {
+    const std::string path = write("large.obj", manyMeshes(300, 1000));
+    const auto transaction = runtime->createTransaction();
+    transaction->setOpArgs(op, "Geometry.Import", argsOf(path));
+    runtime->commit(transaction);
+    std::vector<VlScenelib::LocationEvent> events;
+    while (events.empty()) {
+        client->getLocationEvents(events, -1);
+    }
+    client.reset();
+    op.reset();
+    runtime.reset();
+    engine.reset();
+}
+
 } // namespace

@@ -31,7 +31,7 @@ TEST(Inbox, ofArgumentsThatFollowEachOtherTheNewestWait) {
     inbox->postCommit({1001, {argsOf(other, 1)}});
     inbox->postCommit({1002, {argsOf(other, 2), argsOf(dragged, 2)}});
     inbox->postCommit({1003, {argsOf(dragged, 3)}});
-    const Inbox::Letters letters = inbox->take(true);
+    const Inbox::Letters letters = inbox->take(Inbox::Activity::Working);
     ASSERT_EQ(letters.commits.size(), 4U);
     EXPECT_EQ(letters.commits[0].id, 1000);
     EXPECT_EQ(IntAttribute(letters.commits[0].edits[0].args.getChildByName("value")).getValue(),

@@ -203,6 +203,8 @@ private:
                                                     "Test.Far",
                                                     "Test.Throw",
                                                     "Test.Swap",
+                                                    "Test.Late",
+                                                    "Test.Late",
                                                     "Test.Unknown",
                                                     "WorkingSet.MultipleOnePassResolve",
                                                     "WorkingSet.MultipleOnePassResolve",

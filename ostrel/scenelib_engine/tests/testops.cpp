@@ -5,7 +5,14 @@
 #include "VlAttribute/GroupBuilder.h"
 
 #include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
 #include <stdexcept>
+#include <string>
+#include <thread>
 
 using namespace VlScenelibEngine;
 using VlAttribute::GroupAttribute;
@@ -103,6 +110,77 @@ class Swap final : public OpType {
     }
 };
 
+/// What is there as soon as a thread of its own comes round to it.
+class Parcel final : public Awaited {
+public:
+    using Awaited::setThere;
+};
+
+class Postman {
+public:
+    ~Postman() {
+        {
+            const std::lock_guard lock(mutex);
+            isOver = true;
+        }
+        changed.notify_one();
+        thread.join();
+    }
+
+    std::shared_ptr<Parcel> order(const std::string& address) {
+        const std::lock_guard lock(mutex);
+        std::weak_ptr<Parcel>& place = ordered[address];
+        std::shared_ptr<Parcel> parcel = place.lock();
+        if (!parcel) {
+            parcel = std::make_shared<Parcel>();
+            place = parcel;
+            waiting.push_back(parcel);
+            changed.notify_one();
+        }
+        return parcel;
+    }
+
+private:
+    void deliver() {
+        std::unique_lock lock(mutex);
+        for (;;) {
+            changed.wait(lock, [this] { return isOver || !waiting.empty(); });
+            if (isOver) {
+                return;
+            }
+            const std::shared_ptr<Parcel> parcel = waiting.front().lock();
+            waiting.pop_front();
+            lock.unlock();
+            if (parcel) {
+                parcel->setThere();
+            }
+            lock.lock();
+        }
+    }
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::map<std::string, std::weak_ptr<Parcel>> ordered;
+    std::deque<std::weak_ptr<Parcel>> waiting;
+    bool isOver = false;
+    std::thread thread{[this] { deliver(); }};
+};
+
+class Late final : public OpType {
+    [[nodiscard]] CookResult cook(CookContext& context) const override {
+        static Postman postman;
+        const std::string_view name = context.getName();
+        if (name == "root" || name == "b") {
+            context.await(postman.order(context.getPath()));
+        }
+        const InputLocation input = context.getInput(0);
+        if (!input.exists()) {
+            return CookResult::nothing();
+        }
+        return {input.getAttrs(), input.getChildren()};
+    }
+};
+
 } // namespace
 
 void registerTestOps() {
@@ -111,4 +189,5 @@ void registerTestOps() {
     registerOpType("Test.Far", std::make_shared<Far>());
     registerOpType("Test.Throw", std::make_shared<Throw>());
     registerOpType("Test.Swap", std::make_shared<Swap>());
+    registerOpType("Test.Late", std::make_shared<Late>());
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "VlScenelibEngine/Awaited.h"
 #include "VlScenelibEngine/ChildList.h"
 
 #include "VlAttribute/GroupAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -98,6 +100,13 @@ public:
     [[nodiscard]] InputTree getInputTree(std::size_t inputIndex);
     /// Any location of an input.
     [[nodiscard]] InputLocation getInput(std::size_t inputIndex, std::string_view path);
+
+    // ---- what takes long
+
+    /// Returns when that is there; ends this cook when it isn't, by an exception that cooks must
+    /// let pass, and has it run again when it is. Until then, clients are not told of this location
+    /// and of those whose cooks read it, or keep what they have been told; others are cooked.
+    void await(const std::shared_ptr<Awaited>& awaited);
 
 private:
     CookRun& run;

@@ -1,6 +1,6 @@
 #include "ops/import.h"
 
-#include "ops/import/modelcache.h"
+#include "ops/import/modelfile.h"
 #include "ops/import/safename.h"
 
 #include "VlAttribute/DoubleAttribute.h"
@@ -105,7 +105,9 @@ CookResult cookRoot(CookContext& context) {
 }
 
 CookResult cookModel(CookContext& context) {
-    const auto model = loadModel(readPath(context));
+    const auto file = ModelFile::request(readPath(context));
+    context.await(file);
+    const std::shared_ptr<const Model> model(file, &file->getModel());
     Timing timing;
     if (model->getNumberOfAnimations() > 0) {
         timing.animation = static_cast<int>(number(context.getArg("animation"), 0));

@@ -22,8 +22,10 @@ namespace VlScenelibEngine {
 /// for the model while a viewer shows nothing of what is below.
 ///
 /// The file is read when the model's own location is cooked, once for all ops that show it, and
-/// again when that location is cooked after the file has changed. Only locations that move, or
-/// whose bound does, read the time.
+/// again when that location is cooked after the file has changed. It is read apart from cooks: the
+/// model's location shows when that is done, with its hierarchy and bounds, other locations
+/// meanwhile. The geometry of a mesh is made when its location is cooked. Only locations that move,
+/// or whose bound does, read the time.
 class Import final : public OpType {
 public:
     [[nodiscard]] CookResult cook(CookContext& context) const override;

@@ -53,7 +53,7 @@ std::uint64_t memoryLimit([[maybe_unused]] std::uintmax_t fileSize) {
 // The program lies beside this library.
 std::string programPath() {
     Dl_info information{};
-    const bool isFound = dladdr(reinterpret_cast<void*>(&importModel), &information) != 0;
+    const bool isFound = dladdr(reinterpret_cast<void*>(&programPath), &information) != 0;
     return (fs::path(isFound ? information.dli_fname : "").parent_path() / "ostrel_import_model")
         .string();
 }
@@ -148,8 +148,9 @@ public:
     posix_spawnattr_t attributes;
 };
 
-// Runs the program to its end; why it failed, or nothing.
-std::string runProgram(const std::string& path, std::uintmax_t fileSize, int answer) {
+} // namespace
+
+std::string ImportProcess::runProgram(std::uintmax_t fileSize, int answer) {
     std::string program = programPath();
     std::string argument = path;
     std::string descriptor = std::to_string(kAnswerDescriptor);
@@ -158,49 +159,66 @@ std::string runProgram(const std::string& path, std::uintmax_t fileSize, int ans
     const std::array<char*, 6> arguments = {program.data(), argument.data(), descriptor.data(),
                                             seconds.data(), memory.data(),   nullptr};
     const SpawnSettings settings(answer);
-    pid_t process = -1;
-    const int error = posix_spawn(&process, program.c_str(), &settings.actions,
-                                  &settings.attributes, arguments.data(), environ);
-    if (error != 0) {
-        return "the import program '" + program + "' can't be started: " + std::strerror(error);
-    }
-    int status = 0;
-    while (waitpid(process, &status, 0) < 0) {
-        if (errno != EINTR) {
-            return {}; // somebody else has seen it end; the answer says the rest
+    {
+        const std::lock_guard lock(mutex);
+        if (isCancelled) {
+            return "nobody wants it any more";
         }
+        const int error = posix_spawn(&process, program.c_str(), &settings.actions,
+                                      &settings.attributes, arguments.data(), environ);
+        if (error != 0) {
+            process = -1;
+            return "the import program '" + program + "' can't be started: " + std::strerror(error);
+        }
+    }
+    // It is taken away with the lock held, so that no other process is ended that got its number.
+    siginfo_t information{};
+    while (waitid(P_PID, static_cast<id_t>(process), &information, WEXITED | WNOWAIT) != 0 &&
+           errno == EINTR) {
+    }
+    const std::lock_guard lock(mutex);
+    int status = 0;
+    if (waitpid(std::exchange(process, -1), &status, 0) < 0) {
+        return {}; // somebody else has seen it end; the answer says the rest
     }
     if (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU) {
         return "reading it takes too long; it may be damaged";
     }
     if (WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) {
-        return "it needs too much memory; it may be damaged";
+        return isCancelled ? "nobody wants it any more"
+                           : "it needs too much memory; it may be damaged";
     }
     return WIFEXITED(status) && WEXITSTATUS(status) == 0
                ? std::string()
                : "the import library fails on it; it may be damaged";
 }
 
-ModelData read(const std::string& path) {
+ModelData ImportProcess::readAnswer() {
     const std::uintmax_t size = checkFile(path);
     AnswerFile answer;
-    const std::string failure = runProgram(path, size, answer.getDescriptor());
+    const std::string failure = runProgram(size, answer.getDescriptor());
     if (!failure.empty()) {
         throw std::runtime_error(failure);
     }
     return unpackModel(answer.read());
 }
 
-} // namespace
-
-ModelData importModel(const std::string& path) {
+ModelData ImportProcess::read() {
     try {
-        return read(path);
+        return readAnswer();
     } catch (const std::runtime_error& error) {
         std::string text = "Can't import '" + path + "': " + error.what() + ".";
         std::ranges::replace_if(
             text, [](char c) { return c == '\n' || c == '\r'; }, ' ');
         throw std::runtime_error(text);
+    }
+}
+
+void ImportProcess::cancel() {
+    const std::lock_guard lock(mutex);
+    isCancelled = true;
+    if (process > 0) {
+        kill(process, SIGKILL);
     }
 }
 

@@ -7,7 +7,6 @@
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
-#include "VlAttribute/IntAttribute.h"
 
 #include <algorithm>
 #include <array>
@@ -24,27 +23,9 @@ using VlAttribute::DoubleAttribute;
 using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::GroupBuilder;
-using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
 constexpr std::size_t kRememberedPoses = 4;
-
-GroupAttribute makeGeometry(const ModelData::Mesh& mesh) {
-    GroupBuilder others;
-    if (!mesh.st.empty()) {
-        others.set("st", FloatAttribute(mesh.st, 2));
-    }
-    if (!mesh.colors.empty()) {
-        others.set("color", FloatAttribute(mesh.colors, 3));
-    }
-    GroupBuilder builder;
-    builder.set("point", makePointGroup(mesh.points, mesh.normals, others.build()));
-    if (!mesh.startIndex.empty()) {
-        builder.set("poly", GroupAttribute{{"vertexList", IntAttribute(mesh.vertexList)},
-                                           {"startIndex", IntAttribute(mesh.startIndex)}});
-    }
-    return builder.build();
-}
 
 GroupAttribute makeMaterial(const ModelData::Material& material, const ModelData& model) {
     GroupBuilder builder;
@@ -104,9 +85,9 @@ GroupAttribute makeXform(const std::vector<M44d>& matrices) {
     return builder.isValid() ? builder.build() : GroupAttribute();
 }
 
-const char* typeOf(const ModelLocation& location, const GroupAttribute& geometry) {
-    if (location.mesh != ModelData::kNone) {
-        return geometry.getChildByName("poly") ? "polymesh" : "points";
+const char* typeOf(const ModelLocation& location, const MeshGeometry* geometry) {
+    if (geometry) {
+        return geometry->hasPolygons() ? "polymesh" : "points";
     }
     if (location.camera != ModelData::kNone) {
         return "camera";
@@ -163,16 +144,8 @@ void Model::findAnimated() {
 
 void Model::prepareMeshes() {
     for (ModelData::Mesh& mesh : data.meshes) {
-        geometries.push_back(makeGeometry(mesh));
         meshBoxes.push_back(boxAround(mesh.points));
-        mesh.vertexList = {};
-        mesh.startIndex = {};
-        mesh.st = {};
-        mesh.colors = {};
-        if (mesh.bones.empty() && mesh.morphs.empty()) {
-            mesh.points = {};
-            mesh.normals = {};
-        }
+        geometries.push_back(std::make_unique<MeshGeometry>(mesh));
     }
 }
 
@@ -217,9 +190,9 @@ std::shared_ptr<const ModelPose> Model::getPose(const Moment& moment) const {
 GroupAttribute Model::getAttrs(std::size_t index, const Moment& moment) const {
     const ModelLocation& location = locations.at(index);
     const auto pose = location.isAnimated ? getPose(moment) : rest;
-    const GroupAttribute geometry = location.mesh != ModelData::kNone
-                                        ? geometries[static_cast<std::size_t>(location.mesh)]
-                                        : GroupAttribute();
+    const MeshGeometry* geometry = location.mesh != ModelData::kNone
+                                       ? geometries[static_cast<std::size_t>(location.mesh)].get()
+                                       : nullptr;
     GroupBuilder builder;
     builder.set("type", StringAttribute(typeOf(location, geometry)));
     builder.set("xform", makeXform(pose->matricesOf(data, location)));
@@ -227,12 +200,13 @@ GroupAttribute Model::getAttrs(std::size_t index, const Moment& moment) const {
         builder.set("bound", DoubleAttribute({box.min.x, box.max.x, box.min.y, box.max.y, box.min.z,
                                               box.max.z}));
     }
-    if (location.mesh != ModelData::kNone) {
+    if (geometry) {
         const auto deformed = pose->points.find(index);
-        builder.set("geometry",
-                    deformed == pose->points.end()
-                        ? geometry
-                        : GroupBuilder().update(geometry).set("point", deformed->second).build());
+        builder.set(
+            "geometry",
+            deformed == pose->points.end()
+                ? geometry->get()
+                : GroupBuilder().update(geometry->get()).set("point", deformed->second).build());
         const std::int32_t material = data.meshes[static_cast<std::size_t>(location.mesh)].material;
         if (material != ModelData::kNone) {
             builder.set("material", materials[static_cast<std::size_t>(material)]);

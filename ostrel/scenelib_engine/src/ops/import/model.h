@@ -1,6 +1,7 @@
 #pragma once
 
 #include "modeldata.h"
+#include "ops/import/meshgeometry.h"
 #include "ops/import/modellocation.h"
 
 #include "VlAttribute/GroupAttribute.h"
@@ -62,7 +63,7 @@ private:
     ModelData data; // of meshes, only what deforms keeps its points
     std::vector<ModelLocation> locations;
     std::vector<VlAttribute::GroupAttribute> materials;
-    std::vector<VlAttribute::GroupAttribute> geometries; // by mesh
+    std::vector<std::unique_ptr<MeshGeometry>> geometries; // by mesh
     std::vector<Imath::Box3d> meshBoxes;
     std::shared_ptr<const ModelPose> rest;
 

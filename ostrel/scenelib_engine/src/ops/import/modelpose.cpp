@@ -120,7 +120,7 @@ private:
 ModelPose makeModelPose(const ModelData& model, std::span<const ModelLocation> locations,
                         std::vector<M44d> nodes,
                         const std::map<std::uint32_t, std::vector<float>>& morphWeights,
-                        std::span<const GroupAttribute> geometries,
+                        std::span<const std::unique_ptr<MeshGeometry>> geometries,
                         std::span<const Box3d> meshBoxes) {
     std::vector<M44d> world = nodes;
     for (std::size_t i = 1; i < nodes.size(); ++i) {
@@ -140,8 +140,9 @@ ModelPose makeModelPose(const ModelData& model, std::span<const ModelLocation> l
                        weights == morphWeights.end() ? std::span<const float>() : weights->second,
                        world, location.spaceNode);
             pose.points.emplace(
-                i, makePointGroup(deformed.points, deformed.normals,
-                                  GroupAttribute(geometries[meshIndex].getChildByName("point"))));
+                i, makePointGroup(
+                       deformed.points, deformed.normals,
+                       GroupAttribute(geometries[meshIndex]->get().getChildByName("point"))));
             box = boxAround(deformed.points);
         } else if (location.mesh != ModelData::kNone) {
             box = meshBoxes[static_cast<std::size_t>(location.mesh)];

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "modeldata.h"
+#include "ops/import/meshgeometry.h"
 #include "ops/import/modellocation.h"
 
 #include "VlAttribute/GroupAttribute.h"
@@ -9,6 +10,7 @@
 #include <Imath/ImathMatrix.h>
 
 #include <map>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -40,7 +42,7 @@ struct ModelPose {
 makeModelPose(const ModelData& model, std::span<const ModelLocation> locations,
               std::vector<Imath::M44d> nodes,
               const std::map<std::uint32_t, std::vector<float>>& morphWeights,
-              std::span<const VlAttribute::GroupAttribute> geometries,
+              std::span<const std::unique_ptr<MeshGeometry>> geometries,
               std::span<const Imath::Box3d> meshBoxes);
 
 } // namespace VlScenelibEngine

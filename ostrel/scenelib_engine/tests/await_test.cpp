@@ -1,0 +1,229 @@
+// Cooks that wait for something that another thread makes.
+
+#include "enginescene.h"
+#include "testops.h"
+
+#include "VlScenelibEngine/OpType.h"
+
+#include "VlAttribute/IntAttribute.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+using namespace VlScenelibEngine;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using VlAttribute::GroupAttribute;
+using VlAttribute::IntAttribute;
+using VlAttribute::StringAttribute;
+
+class Parcel final : public Awaited {
+public:
+    void deliver(int content) {
+        value = content;
+        setThere();
+    }
+    int value = 0;
+};
+
+/// A root with the children "now" and "later". The second has a `value` that comes in a parcel,
+/// where the argument `wait` is not 0.
+class Receiver final : public OpType {
+public:
+    [[nodiscard]] CookResult cook(CookContext& context) const override {
+        if (context.isRoot()) {
+            return {GroupAttribute(), ChildList::create(StringAttribute({"later", "now"}))};
+        }
+        if (context.getName() == "now" || IntAttribute(context.getArg("wait")).getValue(1) == 0) {
+            return {GroupAttribute()};
+        }
+        const std::shared_ptr<Parcel> parcel = order();
+        ++numberOfTries;
+        context.await(parcel);
+        return {GroupAttribute{{"value", IntAttribute(parcel->value)}}};
+    }
+
+    /// The one that is waited for, or a new one.
+    [[nodiscard]] std::shared_ptr<Parcel> order() const {
+        const std::lock_guard lock(mutex);
+        std::shared_ptr<Parcel> parcel = ordered.lock();
+        if (!parcel) {
+            parcel = std::make_shared<Parcel>();
+            ordered = parcel;
+        }
+        return parcel;
+    }
+    [[nodiscard]] bool isAwaited() const {
+        const std::lock_guard lock(mutex);
+        return !ordered.expired();
+    }
+
+    mutable std::atomic<int> numberOfTries{0};
+
+private:
+    mutable std::mutex mutex;
+    mutable std::weak_ptr<Parcel> ordered;
+};
+
+class Await : public testing::Test {
+protected:
+    Await() {
+        registerOpType("Test.Receiver", receiver);
+        op = scene.createOp("Test.Receiver");
+    }
+
+    static void until(const std::function<bool()>& condition) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        while (!condition()) {
+            ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+            std::this_thread::yield();
+        }
+    }
+    void untilTried(int triesBefore = 0) {
+        until([&] { return receiver->numberOfTries > triesBefore; });
+    }
+    /// Fetches until that has been told.
+    static std::vector<std::string> fetchUntil(const EngineScene::ClientPtr& client,
+                                               const std::string& last) {
+        std::vector<std::string> told;
+        until([&] {
+            for (const std::string& line : EngineScene::fetchNow(client)) {
+                told.push_back(line);
+            }
+            return !told.empty() && told.back() == last;
+        });
+        return told;
+    }
+    EngineScene::ClientPtr view(const EngineScene::OpPtr& viewed) {
+        auto client = scene.createClient(viewed);
+        client->setAllOpen(true);
+        client->setLocationsActive(paths({"/root"}));
+        return client;
+    }
+
+    std::shared_ptr<Receiver> receiver = std::make_shared<Receiver>();
+    EngineScene scene;
+    EngineScene::OpPtr op;
+};
+
+TEST_F(Await, othersAreCookedAndToldMeanwhile) {
+    const auto client = view(op);
+    EXPECT_THAT(fetchUntil(client, "+/root/now"), ElementsAre("+/root", "+/root/now"));
+    const auto literal = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}}));
+    const auto other = view(literal);
+    fetchUntil(other, "+/root/a");
+    scene.setArgs(literal, "Scene.Literal", literalArgs({{"/root/a", 2}}));
+    fetchUntil(other, "+/root/a");
+    EXPECT_TRUE(scene.runtime->isProcessing());
+    EXPECT_FALSE(scene.engine->waitUntilIdle(std::chrono::seconds(0)));
+    EXPECT_THAT(EngineScene::fetchNow(client), IsEmpty());
+    EXPECT_FALSE(client->isLocationDataCurrent("/root/later", -1));
+
+    receiver->order()->deliver(7);
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/later"));
+    EXPECT_EQ(IntAttribute(scene.getFetched("/root/later").getChildByName("value")).getValue(), 7);
+    EXPECT_TRUE(client->isLocationDataCurrent("/root/later", -1));
+    EXPECT_FALSE(scene.runtime->isProcessing());
+}
+
+TEST_F(Await, whoReadsWhatWaitsWaitsToo) {
+    registerTestOps();
+    const auto stamped = view(scene.createOp("Test.Stamp", {}, {op}));
+    const auto collapsed = view(scene.createOp("HierarchyCollapse", {}, {op}));
+    EXPECT_THAT(fetchUntil(stamped, "+/root/now"), ElementsAre("+/root", "+/root/now"));
+    EXPECT_THAT(EngineScene::fetchNow(collapsed), IsEmpty());
+    receiver->order()->deliver(7);
+    EXPECT_THAT(scene.fetch(stamped), ElementsAre("+/root/later"));
+    EXPECT_THAT(scene.fetch(collapsed), ElementsAre("+/root"));
+    EXPECT_EQ(IntAttribute(scene.getFetched("/root").getChildByName("staticScene.c.later.a.value"))
+                  .getValue(),
+              7);
+}
+
+TEST_F(Await, whatIsCookedAgainStaysAsItWasToldUntilThen) {
+    scene.setArgs(op, "Test.Receiver", {{"wait", IntAttribute(0)}});
+    const auto client = view(op);
+    scene.fetch(client);
+    scene.setArgs(op, "Test.Receiver", {{"wait", IntAttribute(1)}});
+    untilTried();
+    EXPECT_THAT(EngineScene::fetchNow(client), IsEmpty());
+    receiver->order()->deliver(7);
+    EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/later"));
+}
+
+TEST_F(Await, nothingIsWaitedForThatNobodyWantsAnyMore) {
+    const auto client = view(op);
+    untilTried();
+    client->setAllOpen(false);
+    EXPECT_THAT(scene.fetch(client), testing::Not(testing::Contains("+/root/later")));
+    EXPECT_FALSE(receiver->isAwaited());
+
+    const int tries = receiver->numberOfTries;
+    client->setAllOpen(true);
+    untilTried(tries);
+    EXPECT_TRUE(receiver->isAwaited());
+    scene.setOp(client, nullptr);
+    scene.settle();
+    EXPECT_FALSE(receiver->isAwaited());
+}
+
+TEST_F(Await, nothingThatIsCookedAgainIsWaitedForOnceNobodyWantsIt) {
+    scene.setArgs(op, "Test.Receiver", {{"wait", IntAttribute(0)}});
+    const auto client = view(op);
+    scene.fetch(client);
+    scene.setArgs(op, "Test.Receiver", {{"wait", IntAttribute(1)}});
+    untilTried();
+    client->setAllOpen(false);
+    scene.settle();
+    EXPECT_FALSE(receiver->isAwaited());
+    const int tries = receiver->numberOfTries;
+    client->setAllOpen(true);
+    untilTried(tries);
+    receiver->order()->deliver(7);
+    scene.fetch(client);
+    EXPECT_TRUE(scene.getFetched("/root/later").getChildByName("value").isValid());
+}
+
+TEST_F(Await, anEditOfWhatWaitsTakesEffectAtOnce) {
+    const auto client = view(op);
+    untilTried();
+    scene.setArgs(op, "Test.Receiver", {{"wait", IntAttribute(0)}});
+    EXPECT_THAT(scene.fetch(client), testing::Contains("+/root/later"));
+    EXPECT_FALSE(receiver->isAwaited());
+}
+
+TEST_F(Await, severalClientsWaitForOne) {
+    std::vector<EngineScene::ClientPtr> clients;
+    for (int i = 0; i < 4; ++i) {
+        clients.push_back(view(op));
+    }
+    untilTried();
+    receiver->order()->deliver(7);
+    for (const auto& client : clients) {
+        EXPECT_THAT(scene.fetch(client),
+                    testing::UnorderedElementsAre("+/root", "+/root/later", "+/root/now"));
+    }
+}
+
+TEST_F(Await, anEngineEndsWhileItWaitsAndWhatComesThenHurtsNobody) {
+    std::shared_ptr<Parcel> parcel;
+    {
+        EngineScene ending;
+        const auto client = ending.createClient(ending.createOp("Test.Receiver"));
+        client->setAllOpen(true);
+        client->setLocationsActive(paths({"/root"}));
+        untilTried();
+        parcel = receiver->order();
+    }
+    parcel->deliver(7);
+}
+
+} // namespace
