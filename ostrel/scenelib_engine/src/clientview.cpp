@@ -508,11 +508,8 @@ void ClientView::endWork(ClientNode& parent) {
 
 // Closed meanwhile, or not active any more.
 std::size_t ClientView::skipUnwanted(ClientWork& piece) const {
-    if (piece.from >= piece.to) {
-        return piece.to;
-    }
     const RequestTree::Cursor cursor = getCursor(*piece.parent);
-    if (cursor.isExpanded) {
+    if (cursor.isExpanded || piece.from >= piece.to) {
         return piece.to;
     }
     const auto isKidWanted = [&](std::size_t i) {

@@ -1,5 +1,6 @@
 #include "cooker.h"
 
+#include <atomic>
 #include <utility>
 
 namespace VlScenelibEngine {
@@ -50,7 +51,7 @@ void Cooker::ensureCooked(GraphOp& op, CookNode& node, InputPlaces& places) {
         node.abandon();
         throw;
     }
-    numberOfCooks.fetch_add(1, std::memory_order_relaxed);
+    numberOfCooks.increment();
     storeReads(op, node, outcome);
     storeResult(node, outcome);
     node.publish();
@@ -59,7 +60,7 @@ void Cooker::ensureCooked(GraphOp& op, CookNode& node, InputPlaces& places) {
 CookOutcome Cooker::recook(GraphOp& op, CookNode& node) {
     InputPlaces places(*this, op, *node.parent);
     CookOutcome outcome = CookRun(*this, op, node, places).run();
-    numberOfCooks.fetch_add(1, std::memory_order_relaxed);
+    numberOfCooks.increment();
     return outcome;
 }
 
@@ -80,9 +81,9 @@ void Cooker::storeReads(GraphOp& op, CookNode& node, CookOutcome& outcome) {
     node.inputsRead = outcome.inputsRead;
     node.argSet =
         outcome.allArgs ? CookNode::kAllArgs : op.argSets.add(std::move(outcome.argNames));
-    if (outcome.inputCount) {
+    if (outcome.inputCount && !node.has(CookNode::kInputCount)) {
         node.set(CookNode::kInputCount);
-    } else {
+    } else if (!outcome.inputCount && node.has(CookNode::kInputCount)) {
         node.clear(CookNode::kInputCount);
     }
     if (node.argSet != 0) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "cookrun.h"
+#include "sharedcounter.h"
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -51,14 +51,12 @@ public:
 
     [[nodiscard]] const std::function<void()>& getArrivalNotice() const noexcept { return notice; }
 
-    [[nodiscard]] std::uint64_t getNumberOfCooks() const noexcept {
-        return numberOfCooks.load(std::memory_order_relaxed);
-    }
+    [[nodiscard]] std::uint64_t getNumberOfCooks() const noexcept { return numberOfCooks.get(); }
 
 private:
     std::function<void()> notice;
     /// Cooks that came to a result so far: what tests count.
-    std::atomic<std::uint64_t> numberOfCooks{0};
+    SharedCounter numberOfCooks;
 };
 
 } // namespace VlScenelibEngine

@@ -20,8 +20,10 @@ bool CookNode::claim() noexcept {
 }
 
 void CookNode::publish() noexcept {
-    // Cooking is 1 and Cooked 2: adding one leads from the one to the other.
-    bits.fetch_add(kCooked - kCooking, std::memory_order_release);
+    // Nobody else writes while it is claimed.
+    const std::uint16_t claimed = bits.load(std::memory_order_relaxed);
+    bits.store(static_cast<std::uint16_t>((claimed & ~kStateMask) | kCooked),
+               std::memory_order_release);
     bits.notify_all();
 }
 
@@ -39,8 +41,10 @@ void CookNode::awaitEndOfClaim() const noexcept {
 }
 
 void CookNode::setKind(Kind kind) noexcept {
-    clear(kKindMask);
-    set(static_cast<std::uint16_t>(static_cast<unsigned>(kind) << kKindShift));
+    const auto others =
+        static_cast<unsigned>(bits.load(std::memory_order_relaxed)) & ~unsigned{kKindMask};
+    bits.store(static_cast<std::uint16_t>(others | static_cast<unsigned>(kind) << kKindShift),
+               std::memory_order_relaxed);
 }
 
 CookBlock& CookNode::ensureBlock() {
