@@ -15,8 +15,8 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <memory>
 #include <stdexcept>
-#include <thread>
 
 namespace {
 
@@ -168,31 +168,6 @@ TEST(Engine, aLocationThatVanishesBeforeItWasToldIsNotMentioned) {
     EXPECT_THAT(scene.fetch(client), ElementsAre("+/root", "+/root/b"));
 }
 
-TEST(Engine, anEqualResultIsToldOfTheLocationThatRanAndStopsThere) {
-    EngineScene scene;
-    registerTestOps();
-    const auto stamp = [](int value, int unread) {
-        return GroupAttribute{{"stamp", IntAttribute(value)}, {"unread", IntAttribute(unread)}};
-    };
-    const auto literal = scene.createOp("Scene.Literal", literalArgs({{"/root/a", 1}}));
-    const auto first = scene.createOp("Test.Filter", {{"hide", StringAttribute("x")}}, {literal});
-    const auto second = scene.createOp("Test.Stamp", stamp(1, 1), {first});
-    const auto onFirst = scene.createClient(first);
-    const auto onSecond = scene.createClient(second);
-    for (const auto& client : {onFirst, onSecond}) {
-        client->setLocationsActive(paths({"/root"}));
-        scene.fetch(client);
-    }
-    scene.countCooks();
-    scene.setArgs(first, "Test.Filter", {{"hide", StringAttribute("y")}});
-    EXPECT_THAT(scene.fetch(onFirst), ElementsAre("+/root"));
-    EXPECT_THAT(scene.fetch(onSecond), IsEmpty());
-    EXPECT_EQ(scene.countCooks(), 1U);
-    scene.setArgs(second, "Test.Stamp", stamp(1, 2));
-    EXPECT_THAT(scene.fetch(onSecond), IsEmpty());
-    EXPECT_EQ(scene.countCooks(), 0U) << "an argument that nobody has read";
-}
-
 TEST(ApplicationGraph, aLocationThatIsCookedAgainIsReportedWhateverComesOfIt) {
     namespace Graph = VlScenelibEngine::ApplicationGraph;
     registerTestOps();
@@ -239,48 +214,6 @@ TEST(Engine, resultsAreSharedBetweenClients) {
         EXPECT_EQ(scene.fetch(client).size(), 3U);
     }
     EXPECT_EQ(scene.countCooks(), 3U);
-}
-
-TEST(Engine, editingOneLeafCooksTheSameFewLocationsHoweverManyThereAre) {
-    std::vector<std::uint64_t> cooks;
-    for (const int leaves : {1000, 100000}) {
-        EngineScene scene;
-        const auto generate =
-            scene.createOp("Scene.Generate", {{"leafCount", IntAttribute(leaves)}});
-        const auto literal =
-            scene.createOp("Scene.Literal", literalArgs({{"/root/set_0/group_0/leaf_5", 1}}));
-        const auto client =
-            scene.createClient(scene.createOp("Scene.Merge", {}, {generate, literal}));
-        client->setAllOpen(true);
-        client->setLocationsActive(paths({"/root"}));
-        EXPECT_EQ(scene.fetch(client).size(),
-                  static_cast<std::size_t>(1 + leaves / 1000 + leaves / 100 + leaves));
-        scene.countCooks();
-        scene.setArgs(literal, "Scene.Literal", literalArgs({{"/root/set_0/group_0/leaf_5", 2}}));
-        EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/set_0/group_0/leaf_5"));
-        cooks.push_back(scene.countCooks());
-    }
-    // The way down in the literal, and the leaf where it is merged.
-    EXPECT_THAT(cooks, ElementsAre(5U, 5U));
-}
-
-TEST(Engine, aReadFromElsewhereIsFollowed) {
-    EngineScene scene;
-    registerTestOps();
-    const auto literal = scene.createOp("Scene.Literal", literalArgs({{"/root/a/b", 1}}));
-    const auto far =
-        scene.createOp("Test.Far", {{"path", StringAttribute("/root/a/c")}}, {literal});
-    const auto client = scene.createClient(far);
-    client->setLocationsActive(paths({"/root"}));
-    scene.fetch(client);
-    EXPECT_FALSE(scene.getFetched("/root").getChildByName("far").isValid());
-    for (const int value : {7, 8}) {
-        scene.setArgs(literal, "Scene.Literal",
-                      literalArgs({{"/root/a/b", 1}, {"/root/a/c", value}}));
-        scene.fetch(client);
-        EXPECT_EQ(IntAttribute(scene.getFetched("/root").getChildByName("far.value")).getValue(),
-                  value);
-    }
 }
 
 // ---- errors
@@ -559,103 +492,6 @@ TEST(Engine, limitedFetchesAddUpToAll) {
         EXPECT_FALSE(client->hasLocationEvents());
         scene.setOp(client, nullptr);
     }
-}
-
-TEST(Engine, stopsCleanlyAtAnyMoment) {
-    for (int round = 0; round < 40; ++round) {
-        EngineScene scene;
-        const auto op = scene.createOp("Scene.Generate", {{"leafCount", IntAttribute(100000)}});
-        auto client = scene.createClient(op);
-        client->setAllOpen(true);
-        client->setLocationsActive(paths({"/root"}));
-        for (int fetches = 0; fetches < round; ++fetches) {
-            EngineScene::fetchNow(client);
-        }
-        if (round % 2 == 0) {
-            scene.setArgs(op, "Scene.Generate", {{"leafCount", IntAttribute(50000 + round)}});
-        }
-        if (round % 3 == 0) {
-            client.reset();
-        }
-    }
-}
-
-/// A root with ten thousand children, of which the first keeps its cook busy until it is told.
-class Wide final : public VlScenelibEngine::OpType {
-public:
-    [[nodiscard]] VlScenelibEngine::CookResult
-    cook(VlScenelibEngine::CookContext& context) const override {
-        if (context.isRoot()) {
-            std::vector<std::string> names;
-            for (int i = 0; i < 10000; ++i) {
-                names.push_back("child_" + std::to_string(i));
-            }
-            return {GroupAttribute(), VlScenelibEngine::ChildList::create(StringAttribute(names))};
-        }
-        if (context.getName() == "child_0") {
-            isReached = true;
-            isReached.notify_all();
-            mayEnd.wait(false);
-        }
-        return {GroupAttribute()};
-    }
-
-    mutable std::atomic<bool> isReached{false};
-    mutable std::atomic<bool> mayEnd{false};
-};
-
-TEST(Engine, whatNobodyWantsAnyMoreIsNotCooked) {
-    const auto end = [](VlScenelib::Client& client, bool isDeactivation) {
-        isDeactivation ? client.setLocationsInactive(paths({"/root"}))
-                       : client.setLocationsClosed(paths({"/root"}));
-    };
-    for (const bool isDeactivation : {true, false}) {
-        const auto wide = std::make_shared<Wide>();
-        VlScenelibEngine::registerOpType("Test.Wide", wide);
-        EngineScene scene(1);
-        const auto client = scene.createClient(scene.createOp("Test.Wide"));
-        client->setLocationsOpen(paths({"/root"}));
-        client->setLocationsActive(paths({"/root"}));
-        wide->isReached.wait(false);
-        end(*client, isDeactivation);
-        wide->mayEnd = true;
-        wide->mayEnd.notify_all();
-        scene.settle();
-        // The root, the one under way, and one for each other piece of the batch under way.
-        EXPECT_LE(scene.countCooks(), 6U) << isDeactivation;
-        client->setLocationsActive(paths({"/root"}));
-        client->setLocationsOpen(paths({"/root"}));
-        EXPECT_EQ(scene.fetch(client).size(), 10001U);
-    }
-}
-
-TEST(Engine, requestsFromSeveralThreadsAreSafe) {
-    EngineScene scene;
-    const auto op = scene.createOp("Scene.Generate", {{"leafCount", IntAttribute(5000)}});
-    const auto client = scene.createClient(op);
-    client->setLocationsActive(paths({"/root"}));
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 3; ++thread) {
-        threads.emplace_back([&, thread] {
-            for (int i = 0; i < 50; ++i) {
-                if (thread == 0) {
-                    client->setAllOpen(i % 2 == 0);
-                } else if (thread == 1) {
-                    EngineScene::fetchNow(client);
-                } else {
-                    scene.setArgs(op, "Scene.Generate",
-                                  {{"leafCount", IntAttribute(1000 * (i % 5))}});
-                }
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    client->setAllOpen(true);
-    scene.setArgs(op, "Scene.Generate", {{"leafCount", IntAttribute(100)}});
-    scene.fetch(client);
-    EXPECT_TRUE(client->isLocationDataCurrent("/root/set_0/group_0/leaf_99", -1));
 }
 
 // ---- the two kinds of runtime
