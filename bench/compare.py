@@ -49,7 +49,6 @@ PICTURED = (
 TOLERANCE = 1e-3
 
 
-
 class Figures:
     """Figures of programs, several of each, in the order in which they came first."""
 

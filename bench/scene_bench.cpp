@@ -2,8 +2,7 @@
 // scene_bench [workload...] [--leaves N] [--repetitions N]
 //
 // W1      populate: the scene of sceneworkloads.h is viewed and wholly opened, until the plug-in
-// has
-//         read every leaf's world matrix
+//         has read every leaf's world matrix
 // W2      one leaf's transform is changed in the op graph, until the plug-in has read its new world
 //         matrix; "edit_pump_us" is the part of it that the pump took which brought it
 // W3      a set of 1,000 leaves is hidden, until the plug-in knows of every one

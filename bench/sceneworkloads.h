@@ -112,10 +112,9 @@ double medianMs(Change&& change) {
 ///     void place(long leaf, Placement)    moves a leaf
 ///     void setHidden(long set, bool)      of 1,000 leaves
 ///     std::array<double, 6> box()         around everything that shows: minima, then maxima
-///     void listen(leaves)                 where the library tells of changes by itself: from now
-///     on
-///                                         the consumer knows that one of these leaves was moved,
-///                                         and, with a true `static constexpr bool
+///     void listen(leaves)                 where the library tells of changes by itself: from
+///                                         now on the consumer knows that one of these leaves was
+///                                         moved, and, with a true `static constexpr bool
 ///                                         kIsToldOfHiding`, what was hidden, without an update;
 ///                                         not there elsewhere
 ///     static constexpr long kIndexBytes   what the program remembers of a leaf for its own use

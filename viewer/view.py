@@ -10,13 +10,9 @@ import re
 import sys
 
 DESCRIPTION = """Shows models: in a window, or as a picture."""
-EPILOG = """With a display a window opens: drag to orbit, drag with the middle button or with shift
-to pan, turn the wheel or drag with the right button to come nearer. Click to select, with shift to
-add, with control to toggle; drag with control to select what is in a rectangle. Press F to frame
-the selection, or everything. W, E and R move, turn and size the selection by a gizmo, in steps with
-control held, X switches it between the world's axes and the selection's own. Ctrl+Z undoes an edit,
-Ctrl+Shift+Z or Ctrl+Y redoes it. Left and Right go to the frame before and after, C closes the
-models or opens them again, B and P switch the boxes and proxies that stand for them. Without a
+EPILOG = """With a display a window opens: drag to orbit, drag with shift to pan, turn the wheel to
+come nearer, click to select. F frames the selection, W, E and R move, turn and size it, Ctrl+Z
+undoes that, Q or Escape closes the window; docs/events.md has all that mouse and keys do. Without a
 display, or with --output, a picture is written. A model that can't be read is reported on a line of
 its own and the others still show; the exit status is then 1."""
 

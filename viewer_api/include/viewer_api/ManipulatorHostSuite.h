@@ -1,10 +1,10 @@
 /* What the host offers to a Manipulator plug-in, and to whoever draws and drives manipulators.
  *
  * Texts are copied where they are kept; a returned text is never null and valid while the object
- * lives, but where an entry says less. A returned attribute handle comes with one reference for the caller; one passed in stays
- * the caller's. A triple (host object, plug-in instance, plug-in suite) is always written, with
- * three nulls when the object does not exist. Matrices are DoubleAttributes of 16 values for row
- * vectors.
+ * lives, but where an entry says less. A returned attribute handle comes with one reference for the
+ * caller; one passed in stays the caller's. A triple (host object, plug-in instance, plug-in suite)
+ * is always written, with three nulls when the object does not exist. Matrices are DoubleAttributes
+ * of 16 values for row vectors.
  */
 #pragma once
 
