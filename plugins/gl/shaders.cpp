@@ -1,7 +1,76 @@
 #include "gl/shaders.h"
 
-// All shading is in linear light; the encode shader alone knows of sRGB.
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+// All shading is in linear light, but where a shader says otherwise.
 namespace Bundled {
+
+namespace {
+
+// The texts one behind the other.
+template <std::size_t... Sizes>
+constexpr auto join(const char (&... texts)[Sizes]) {
+    std::array<char, (Sizes + ...) - sizeof...(Sizes) + 1> joined{};
+    char* end = joined.data();
+    ((end = std::copy_n(texts, Sizes - 1, end)), ...);
+    return joined;
+}
+
+// What draws meshes reads these, and the same steps lead to the same depths in all passes.
+constexpr char kMeshVertexInput[] = R"(
+layout(location = 0) in vec3 position;
+layout(location = 1) in vec3 normal;
+layout(location = 2) in vec2 st;
+layout(location = 3) in vec3 color;
+// Per instance: the rows of the local-to-world matrix for row vectors.
+layout(location = 4) in vec3 row0;
+layout(location = 5) in vec3 row1;
+layout(location = 6) in vec3 row2;
+layout(location = 7) in vec3 row3;
+layout(location = 8) in float selected;
+layout(location = 9) in uint id;
+
+uniform mat4 worldToView;
+uniform mat4 viewToClip;
+
+vec4 positionInView() {
+    return worldToView * vec4(mat3(row0, row1, row2) * position + row3, 1.0);
+}
+
+// Of no particular length. Cofactors carry normals through any transform, singular ones included; a
+// mirrored one turns them round.
+vec3 normalInView() {
+    mat3 cofactors = mat3(cross(row1, row2), cross(row2, row0), cross(row0, row1));
+    return mat3(worldToView) * (cofactors * normal);
+}
+)";
+
+// What shades meshes: everything stands in view space.
+constexpr char kMeshLight[] = R"(
+const vec3 keyDirection = normalize(vec3(-0.60, 0.70, 0.55));
+const vec3 fillDirection = normalize(vec3(0.85, 0.10, 0.45));
+
+// Soft light from a direction, reaching a little round the edge of the shadow.
+float wrapped(vec3 n, vec3 light, float wrap) {
+    return max(0.0, (dot(n, light) + wrap) / (1.0 + wrap));
+}
+
+// The light of the sky, of the key light and of the fill light.
+vec3 lightOn(vec3 n, vec3 up) {
+    return mix(vec3(0.075, 0.070, 0.065), vec3(0.190, 0.207, 0.232), 0.5 + 0.5 * dot(n, up)) +
+           vec3(0.800, 0.770, 0.725) * wrapped(n, keyDirection, 0.18) +
+           vec3(0.115, 0.132, 0.160) * wrapped(n, fillDirection, 0.4);
+}
+
+// Towards the eye; `perspective` is 1 for a perspective projection, 0 for an orthographic one.
+vec3 directionToEye(vec3 position, float perspective) {
+    return normalize(mix(vec3(0.0, 0.0, 1.0), -position, perspective));
+}
+)";
+
+} // namespace
 
 const char* const kFullscreenVertexShader = R"(
 out vec2 place;
@@ -47,21 +116,7 @@ void main() {
 }
 )";
 
-const char* const kMeshVertexShader = R"(
-layout(location = 0) in vec3 position;
-layout(location = 1) in vec3 normal;
-layout(location = 2) in vec2 st;
-layout(location = 3) in vec3 color;
-// Per instance: the rows of the local-to-world matrix for row vectors.
-layout(location = 4) in vec3 row0;
-layout(location = 5) in vec3 row1;
-layout(location = 6) in vec3 row2;
-layout(location = 7) in vec3 row3;
-layout(location = 8) in float selected;
-
-uniform mat4 worldToView;
-uniform mat4 viewToClip;
-
+constexpr auto kMeshVertexText = join(kMeshVertexInput, R"(
 out vec3 viewPosition;
 out vec3 viewNormal;
 out vec2 texturePlace;
@@ -69,28 +124,24 @@ out vec3 vertexColor;
 flat out float isSelected;
 
 void main() {
-    mat3 linear = mat3(row0, row1, row2);
-    vec4 view = worldToView * vec4(linear * position + row3, 1.0);
-    // Cofactors carry normals through any transform, singular ones included; a mirrored one turns
-    // them round, which the fragment shader does not mind.
-    mat3 cofactors = mat3(cross(row1, row2), cross(row2, row0), cross(row0, row1));
+    vec4 view = positionInView();
     viewPosition = view.xyz;
-    viewNormal = mat3(worldToView) * (cofactors * normal);
+    viewNormal = normalInView();
     texturePlace = st;
     vertexColor = color;
     isSelected = selected;
     gl_Position = viewToClip * view;
 }
-)";
+)");
+const char* const kMeshVertexShader = kMeshVertexText.data();
 
-const char* const kMeshFragmentShader = R"(
+constexpr auto kMeshFragmentText = join(kMeshLight, R"(
 in vec3 viewPosition;
 in vec3 viewNormal;
 in vec2 texturePlace;
 in vec3 vertexColor;
 
 uniform mat4 worldToView;
-// 1 for a perspective projection, 0 for an orthographic one.
 uniform float perspective;
 uniform vec3 baseColor;
 uniform float opacity;
@@ -100,11 +151,6 @@ uniform int hasSurface;
 uniform sampler2D surfaceTexture;
 
 out vec4 color;
-
-// Soft light from a direction, reaching a little round the edge of the shadow.
-float wrapped(vec3 n, vec3 light, float wrap) {
-    return max(0.0, (dot(n, light) + wrap) / (1.0 + wrap));
-}
 
 // Multiplied out: software renderers take long over pow().
 float pow5(float x) {
@@ -137,7 +183,7 @@ void main() {
     if (alpha < 0.004) {
         discard;
     }
-    vec3 toEye = normalize(mix(vec3(0.0, 0.0, 1.0), -viewPosition, perspective));
+    vec3 toEye = directionToEye(viewPosition, perspective);
     vec3 lit = albedo;
     if (hasSurface == 1) {
         // The side that is seen decides which way the normal points, whatever the winding, the
@@ -148,14 +194,8 @@ void main() {
         n = normalize(dot(n, face) < 0.0 ? -n : n);
 
         vec3 up = normalize(mat3(worldToView) * vec3(0.0, 1.0, 0.0));
-        const vec3 keyDirection = normalize(vec3(-0.60, 0.70, 0.55));
-        const vec3 fillDirection = normalize(vec3(0.85, 0.10, 0.45));
         const vec3 rimDirection = normalize(vec3(0.35, 0.55, -0.80));
-        vec3 light = mix(vec3(0.075, 0.070, 0.065), vec3(0.190, 0.207, 0.232),
-                         0.5 + 0.5 * dot(n, up));
-        light += vec3(0.800, 0.770, 0.725) * wrapped(n, keyDirection, 0.18);
-        light += vec3(0.115, 0.132, 0.160) * wrapped(n, fillDirection, 0.4);
-        light += vec3(0.160, 0.165, 0.180) * wrapped(n, rimDirection, 0.0);
+        vec3 light = lightOn(n, up) + vec3(0.160, 0.165, 0.180) * wrapped(n, rimDirection, 0.0);
 
         vec3 halfway = normalize(keyDirection + toEye);
         float gloss = pow40(max(0.0, dot(n, halfway)));
@@ -165,7 +205,8 @@ void main() {
     }
     color = vec4(lit, alpha);
 }
-)";
+)");
+const char* const kMeshFragmentShader = kMeshFragmentText.data();
 
 const char* const kWireFragmentShader = R"(
 in vec3 vertexColor;
@@ -294,18 +335,7 @@ void main() {
 }
 )";
 
-const char* const kDraftVertexShader = R"(
-layout(location = 0) in vec3 position;
-layout(location = 1) in vec3 normal;
-layout(location = 2) in vec2 st;
-layout(location = 3) in vec3 color;
-layout(location = 4) in vec3 row0;
-layout(location = 5) in vec3 row1;
-layout(location = 6) in vec3 row2;
-layout(location = 7) in vec3 row3;
-
-uniform mat4 worldToView;
-uniform mat4 viewToClip;
+constexpr auto kDraftVertexText = join(kMeshVertexInput, kMeshLight, R"(
 uniform float perspective;
 uniform vec3 baseColor;
 uniform int hasSurface;
@@ -324,30 +354,25 @@ vec3 encode(vec3 linear) {
 }
 
 void main() {
-    vec4 view = worldToView * vec4(mat3(row0, row1, row2) * position + row3, 1.0);
+    vec4 view = positionInView();
     gl_Position = viewToClip * view;
     texturePlace = st;
     vec3 light = vec3(1.0);
     if (hasSurface == 1) {
-        mat3 cofactors = mat3(cross(row1, row2), cross(row2, row0), cross(row0, row1));
-        vec3 n = normalize(mat3(worldToView) * (cofactors * normal));
+        vec3 n = normalize(normalInView());
         // A corner just behind the outline of something round faces away a little, and is still on
         // its front side.
-        vec3 toEye = normalize(mix(vec3(0.0, 0.0, 1.0), -view.xyz, perspective));
+        vec3 toEye = directionToEye(view.xyz, perspective);
         n = dot(n, toEye) < -0.35 ? -n : n;
-        const vec3 keyDirection = normalize(vec3(-0.60, 0.70, 0.55));
-        const vec3 fillDirection = normalize(vec3(0.85, 0.10, 0.45));
-        light = mix(vec3(0.075, 0.070, 0.065), vec3(0.190, 0.207, 0.232),
-                    0.5 + 0.5 * dot(n, worldToView[1].xyz));
-        light += vec3(0.800, 0.770, 0.725) * max(0.0, (dot(n, keyDirection) + 0.18) / 1.18);
-        light += vec3(0.115, 0.132, 0.160) * max(0.0, (dot(n, fillDirection) + 0.4) / 1.4);
+        light = lightOn(n, worldToView[1].xyz);
     }
     lit = baseColor * color * light;
     if (isEncoded == 1) {
         lit = encode(lit);
     }
 }
-)";
+)");
+const char* const kDraftVertexShader = kDraftVertexText.data();
 
 const char* const kDraftFragmentShader = R"(
 in vec3 lit;
@@ -374,30 +399,17 @@ void main() {
 }
 )";
 
-const char* const kIdVertexShader = R"(
-layout(location = 0) in vec3 position;
-layout(location = 2) in vec2 st;
-layout(location = 4) in vec3 row0;
-layout(location = 5) in vec3 row1;
-layout(location = 6) in vec3 row2;
-layout(location = 7) in vec3 row3;
-layout(location = 9) in uint id;
-
-uniform mat4 worldToView;
-uniform mat4 viewToClip;
-
+constexpr auto kIdVertexText = join(kMeshVertexInput, R"(
 out vec2 texturePlace;
 flat out uint instanceId;
 
 void main() {
-    // In the very steps of the shaded picture, so that depths are the same.
-    mat3 linear = mat3(row0, row1, row2);
-    vec4 view = worldToView * vec4(linear * position + row3, 1.0);
-    gl_Position = viewToClip * view;
+    gl_Position = viewToClip * positionInView();
     texturePlace = st;
     instanceId = id;
 }
-)";
+)");
+const char* const kIdVertexShader = kIdVertexText.data();
 
 const char* const kIdFragmentShader = R"(
 in vec2 texturePlace;

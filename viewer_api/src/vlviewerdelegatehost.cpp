@@ -113,8 +113,9 @@ Attribute VlViewerDelegateHostStruct::getOption(std::uint64_t optionId) {
 void VlViewerDelegateHostStruct::flushCaches() {
     const HostCall call(*this);
     locationTree.deleteLocation(kRootPath);
-    flushLocationChanges(false);
-    factories.clear();
+    // A plug-in that fails must not leave the factories with a scene that is gone: they would take
+    // what comes back for what they know.
+    callBoth([this] { flushLocationChanges(false); }, [this] { factories.clear(); });
 }
 
 // ---- Scene events

@@ -282,6 +282,18 @@ TEST_F(GeneratedLocations, flushCachesTakesTheBoxesDownAndTheyComeBackWithTheSce
     EXPECT_TRUE(hasBox("/root/a"));
 }
 
+TEST_F(GeneratedLocations, flushCachesThatAPluginFailsInBringsTheBoxesBackToo) {
+    showTwoBoxes();
+    onceAt("/root", [] { throw std::runtime_error("plug-in"); });
+    EXPECT_THROW(delegate->flushCaches(), std::runtime_error);
+    client(kPrimaryClient).report("/root", GroupAttribute::Empty(), {"a", "b"});
+    client(kPrimaryClient).report("/root/a", bounded(1));
+    client(kPrimaryClient).report("/root/b", bounded(2));
+    pump();
+    EXPECT_TRUE(hasBox("/root/a"));
+    EXPECT_TRUE(hasBox("/root/b"));
+}
+
 TEST_F(GeneratedLocations, flushCachesWithinADeliveryLeavesNothingForTheFactoriesToRemember) {
     client(kPrimaryClient).report("/root", bounded(1));
     onceAt("/root", [this] { delegate->flushCaches(); });
