@@ -1,36 +1,22 @@
 """Every entry of the host suites of viewports, layers and cameras, through a real plug-in library:
 the probes call the tables as they are told."""
-import os
-import re
 import unittest
 
-import PyScenelib  # offers the scene runtime
 import PyVlLogging
-import PyVlPluginSystem
 import PyWindowSystem
-from PyVlAttribute import IntAttribute, StringAttribute
+from PyVlAttribute import StringAttribute
+from probes import IDENTITY, RANGE_ERROR, ProbeTest, Raises
 
 import ViewerAPI
 
-HEADERS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "viewer_api", "include",
-                       "viewer_api")
 WIDTH, HEIGHT = 16, 12
-IDENTITY = "(1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1)"
 # Of a camera that looks from (1, 2, 3) along the negative z axis.
 MATRIX = "1 0 0 0 0 1 0 0 0 0 1 0 -1 -2 -3 1"
-RANGE_ERROR = "invalid vector<T> subscript"
 NO_LAYER = "Couldn't load ViewportLayer plugin type '%s'."
 NO_MANIPULATOR = "Couldn't load Manipulator plugin type '%s'."
 NO_CAMERA = ("Couldn't load ViewportCamera plugin type '%s'. The API version of the plugin might "
              "not match the one currently supported: v2. In that case the plugin needs to be "
              "recompiled and linked against this version of Ostrel.")
-
-
-class Raises(object):
-    """As a result: the call throws through the table, with this text."""
-
-    def __init__(self, text):
-        self.text = text
 
 
 # By entry: calls and their results, in order, on fresh objects. The viewport "v" has a window, the
@@ -204,17 +190,7 @@ CAMERA_CALLS = {
 }
 
 
-def entriesOf(suite):
-    with open(os.path.join(HEADERS, suite + ".h")) as header:
-        return re.findall(r"\(\*(\w+)\)\(", header.read())
-
-
-class ViewportSuitesTest(unittest.TestCase):
-
-    @classmethod
-    def setUpClass(cls):
-        PyVlPluginSystem.loadLibrary(os.path.join(os.environ["OSTREL_TEST_PLUGINS"],
-                                                  "ProbePlugins.so"))
+class ViewportSuitesTest(ProbeTest):
 
     def setUp(self):
         self.log = []
@@ -243,39 +219,22 @@ class ViewportSuitesTest(unittest.TestCase):
         self.delegate.cleanup()
         self.delegate = None
 
-    def command(self, text, probe=None):
-        (probe or self.viewport).setOptionByName("command", StringAttribute(text))
+    def renew(self):
+        self.endDelegate()
+        self.prepare()
 
-    def call(self, probe, call):
-        """What an entry answers, as text; what it throws comes as RuntimeError."""
-        self.command("call:" + call, probe)
-        return self.logOf(probe)[-1].partition(": ")[2]
+    def probeOf(self, kind):
+        return {"viewport": self.viewport, "layer": self.layers[0],
+                "camera": self.cameras[0]}[kind]
 
-    def logOf(self, probe):
-        return list(probe.getOptionByName("log").getNearestSample(0.0))
-
-    def clearLog(self):
-        self.viewport.setOptionByName("clearLog", IntAttribute(1))
-
-    def checkCalls(self, kind, table):
-        for entry in sorted(table):
-            self.endDelegate()
-            self.prepare()
-            probe = {"viewport": self.viewport, "layer": self.layers[0],
-                     "camera": self.cameras[0]}[kind]
-            for call, expected in table[entry]:
-                where = "%s: %s.%s" % (entry, kind, call)
-                if isinstance(expected, Raises):
-                    with self.assertRaises(RuntimeError) as raised:
-                        self.call(probe, "%s.%s" % (kind, call))
-                    self.assertEqual(expected.text, str(raised.exception), where)
-                else:
-                    self.assertEqual(expected, self.call(probe, "%s.%s" % (kind, call)), where)
+    @property
+    def probe(self):
+        return self.viewport
 
     def test_every_entry_has_calls(self):
-        self.assertEqual(sorted(entriesOf("ViewportHostSuite")), sorted(VIEWPORT_CALLS))
-        self.assertEqual(sorted(entriesOf("ViewportLayerHostSuite")), sorted(LAYER_CALLS))
-        self.assertEqual(sorted(entriesOf("ViewportCameraHostSuite")), sorted(CAMERA_CALLS))
+        self.checkEntries("ViewportHostSuite", VIEWPORT_CALLS)
+        self.checkEntries("ViewportLayerHostSuite", LAYER_CALLS)
+        self.checkEntries("ViewportCameraHostSuite", CAMERA_CALLS)
 
     def test_every_entry_of_the_viewports_suite(self):
         self.checkCalls("viewport", VIEWPORT_CALLS)
@@ -316,11 +275,11 @@ class ViewportSuitesTest(unittest.TestCase):
         self.delegate.setActiveManipulatorsChangedCallback(heard.append)
         self.call(self.viewport, "viewport.activateManipulator ProbeManipulator null")
         self.call(self.viewport, "viewport.deactivateAllManipulators")
-        lines = list(self.viewport.getOptionByName("libraryLog").getNearestSample(0.0))
         self.assertEqual(["ProbeManipulator create",
                           "ProbeViewport -> viewport.activateManipulator: done",
                           "ProbeManipulator destroy",
-                          "ProbeViewport -> viewport.deactivateAllManipulators: done"], lines)
+                          "ProbeViewport -> viewport.deactivateAllManipulators: done"],
+                         self.libraryLog())
         self.assertEqual(2, len(heard), "the entries always signal")
 
     def test_active_camera_gives_the_viewports_matrices(self):

@@ -36,6 +36,10 @@ double Arguments::real(std::size_t index) const {
     return std::stod(text(index));
 }
 
+std::uint64_t Arguments::id(std::size_t index) const {
+    return std::stoull(text(index));
+}
+
 void* Arguments::address(std::size_t index) const {
     return reinterpret_cast<void*>(std::stoull(words.at(index), nullptr, 16));
 }
@@ -95,7 +99,45 @@ void* delegateOfViewport(void* viewport) {
     return found.host;
 }
 
-/// Null when the probe has none.
+/// Those that follow answer null when the probe has none.
+void* manipulatorOf(const Probe& probe) {
+    FoundObject found;
+    switch (probe.kind) {
+    case Kind::Manipulator:
+        return probe.host;
+    case Kind::Handle:
+        requireHostSuite<ManipulatorHandleHostSuite>().getManipulator(
+            probe.host, &found.host, &found.instance, &found.suite);
+        return found.host;
+    case Kind::Viewport:
+        requireHostSuite<ViewportHostSuite>().getActiveManipulatorByIndex(
+            probe.host, 0, &found.host, &found.instance, &found.suite);
+        return found.host;
+    default:
+        return nullptr;
+    }
+}
+
+void* handleOf(const Probe& probe, const std::string& name) {
+    if (probe.kind == Kind::Handle) {
+        return probe.host;
+    }
+    FoundObject found;
+    void* manipulator = manipulatorOf(probe);
+    if (!manipulator) {
+        return nullptr;
+    }
+    const auto& suite = requireHostSuite<ManipulatorHostSuite>();
+    if (name.empty()) {
+        suite.getManipulatorHandleByIndex(manipulator, 0, &found.host, &found.instance,
+                                          &found.suite);
+    } else {
+        suite.getManipulatorHandle(manipulator, name.c_str(), &found.host, &found.instance,
+                                   &found.suite);
+    }
+    return found.host;
+}
+
 void* viewportOf(const Probe& probe) {
     FoundObject found;
     switch (probe.kind) {
@@ -108,6 +150,11 @@ void* viewportOf(const Probe& probe) {
     case Kind::Camera:
         requireHostSuite<ViewportCameraHostSuite>().getViewport(probe.host, &found.host,
                                                                 &found.instance, &found.suite);
+        return found.host;
+    case Kind::Manipulator:
+    case Kind::Handle:
+        requireHostSuite<ManipulatorHostSuite>().getViewport(manipulatorOf(probe), &found.host,
+                                                             &found.instance, &found.suite);
         return found.host;
     default:
         return nullptr;
@@ -144,7 +191,10 @@ std::string callHost(const Probe& probe, const std::string& line) {
         words.push_back(word);
     }
     const std::size_t dot = call.find('.');
-    const std::string object = call.substr(0, dot);
+    const std::string where = call.substr(0, dot);
+    const std::size_t colon = where.find(':');
+    const std::string object = where.substr(0, colon);
+    const std::string name = colon == std::string::npos ? "" : where.substr(colon + 1);
     const std::string entry = dot == std::string::npos ? "" : call.substr(dot + 1);
 
     void* host = nullptr;
@@ -164,6 +214,12 @@ std::string callHost(const Probe& probe, const std::string& line) {
     } else if (object == "camera") {
         host = itself(probe, Kind::Camera);
         calls = &cameraCalls();
+    } else if (object == "manipulator") {
+        host = manipulatorOf(probe);
+        calls = &manipulatorCalls();
+    } else if (object == "handle") {
+        host = handleOf(probe, name);
+        calls = &handleCalls();
     }
     if (!host) {
         throw std::runtime_error("Probe: there is no '" + object + "' to call");

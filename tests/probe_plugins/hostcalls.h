@@ -23,6 +23,7 @@ public:
     /// The number there, or another when there are fewer words.
     [[nodiscard]] int number(std::size_t index, int otherwise) const;
     [[nodiscard]] double real(std::size_t index) const;
+    [[nodiscard]] std::uint64_t id(std::size_t index) const;
     /// An address, as "%p" prints one.
     [[nodiscard]] void* address(std::size_t index) const;
     /// All words from that one on, with spaces between.
@@ -49,6 +50,8 @@ const HostCalls& componentCalls();
 const HostCalls& viewportCalls();
 const HostCalls& layerCalls();
 const HostCalls& cameraCalls();
+const HostCalls& manipulatorCalls();
+const HostCalls& handleCalls();
 
 /// Takes over the handle.
 std::string textOfResult(VlAttributeStruct* stolen);

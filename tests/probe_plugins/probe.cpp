@@ -10,6 +10,7 @@
 #include "viewer_api/plugin/HostSuites.h"
 
 #include <algorithm>
+#include <memory>
 #include <set>
 #include <sstream>
 #include <stdexcept>
@@ -153,28 +154,31 @@ Attribute_ parseNumbers(std::istringstream& in) {
     return Attribute_(std::span<const Value>(values));
 }
 
+void end(Probe* probe) {
+    library().alive.erase(probe);
+    delete probe;
+}
+
 } // namespace
 
 const char* nameOf(Kind kind) {
     static const char* const kNames[] = {"ProbeDelegate", "ProbeComponent", "ProbeViewport",
-                                         "ProbeLayer",    "ProbeCamera",    "ProbeManipulator"};
+                                         "ProbeLayer",    "ProbeCamera",    "ProbeManipulator",
+                                         "ProbeHandle"};
     return kNames[static_cast<int>(kind)];
 }
 
 void* create(Kind kind, void* host) {
-    if (calledOnKind(kind, "create").isNull) {
-        return nullptr;
-    }
-    auto* probe = new Probe{kind, host, {"create"}, {}};
-    library().alive.insert(probe);
-    return probe;
+    // It may call the host from here, and be told to fail.
+    std::unique_ptr<Probe, decltype(&end)> probe(new Probe{kind, host, {}, {}}, end);
+    library().alive.insert(probe.get());
+    return called(probe.get(), "create").isNull ? nullptr : probe.release();
 }
 
 void destroy(void* instance) {
     auto* probe = static_cast<Probe*>(instance);
     called(probe, "destroy");
-    library().alive.erase(probe);
-    delete probe;
+    end(probe);
 }
 
 Answer calledOnKind(Kind kind, std::string_view entry, const std::string& arguments) {

@@ -10,8 +10,8 @@
 #include <vector>
 
 /// Plug-ins for tests, named "ProbeDelegate", "ProbeComponent", "ProbeViewport", "ProbeLayer",
-/// "ProbeCamera" and "ProbeManipulator". Each records the calls it gets and answers as told, by
-/// options:
+/// "ProbeCamera", "ProbeManipulator" and "ProbeHandle". Each records the calls it gets and answers
+/// as told, by options, which a handle has none of: rules reach it by its plug-in's name.
 ///
 /// | option | |
 /// |---|---|
@@ -37,7 +37,7 @@
 /// A call of the host is recorded with its result as `-> viewport.getNumberOfLayers: 2`.
 namespace probe {
 
-enum class Kind { Delegate, Component, Viewport, Layer, Camera, Manipulator };
+enum class Kind { Delegate, Component, Viewport, Layer, Camera, Manipulator, Handle };
 
 /// An instance of a plug-in.
 struct Probe {
@@ -75,9 +75,10 @@ VlAttributeStruct* getOption(void* instance, std::uint64_t id);
 
 /// Makes the call that a line tells, and answers its result as text. A line is
 /// `object.entry arguments...`, with spaces between; object is `delegate` (version 3 of its suite),
-/// `delegate2` (version 2), `component`, `viewport`, `layer` or `camera`: the probe itself, or what
-/// it stands in. Results: numbers, texts, attributes as text; "found" or "null" for the three
-/// values that name an object; "done" for nothing.
+/// `delegate2` (version 2), `component`, `viewport`, `layer`, `camera`, `manipulator` or `handle`:
+/// the probe itself, or what it stands in. A viewport also has its first manipulator, a manipulator
+/// its first handle, and any other as `handle:name`. Results: numbers, texts, attributes as text;
+/// "found" or "null" for the three values that name an object; "done" for nothing.
 /// Throws std::runtime_error when the probe has no such object or the object no such entry.
 std::string callHost(const Probe& probe, const std::string& line);
 

@@ -5,6 +5,7 @@
 #include "support/attributetext.h"
 #include "support/flagstext.h"
 
+#include "viewer_api/ManipulatorHandlePluginSuite.h"
 #include "viewer_api/ManipulatorPluginSuite.h"
 #include "viewer_api/ViewerDelegateComponentPluginSuite.h"
 #include "viewer_api/ViewerDelegatePluginSuite.h"
@@ -86,6 +87,10 @@ void hover(void* instance, int isHovering, int x, int y) {
 }
 void pickerDraw(void* instance, int x, int y, int width, int height, VlAttributeStruct* excluded) {
     called(instance, "pickerDraw", numbers({x, y, width, height}) + " " + textOf(excluded));
+}
+// Of manipulators and handles.
+void pickerDrawAs(void* instance, std::uint64_t pickerId) {
+    called(instance, "pickerDraw", std::to_string(pickerId));
 }
 int customPick(void* instance, int x, int y, int width, int height, int deepPicking,
                VlAttributeStruct** picked, float* depth) {
@@ -219,12 +224,20 @@ const ManipulatorPluginSuite kManipulator = {
     .setup = setup,
     .event = event,
     .draw = draw,
-    .pickerDraw =
-        [](void* instance, std::uint64_t pickerId) {
-            called(instance, "pickerDraw", std::to_string(pickerId));
-        },
+    .pickerDraw = pickerDrawAs,
     .setOption = setOption,
     .getOption = getOption,
+};
+
+const ManipulatorHandlePluginSuite kHandle = {
+    .create = createKind<Kind::Handle>,
+    .destroy = destroy,
+    .event = event,
+    .draw = draw,
+    .pickerDraw = pickerDrawAs,
+    .reserved5 = nullptr,
+    .reserved6 = nullptr,
+    .notify = [](void* instance) { called(instance, "notify"); },
 };
 
 [[maybe_unused]] const bool kIsRegistered = [] {
@@ -241,6 +254,8 @@ const ManipulatorPluginSuite kManipulator = {
                        VL_VIEWPORT_CAMERA_PLUGIN_API_VERSION, &kCamera});
     records.push_back({VL_MANIPULATOR_PLUGIN_TYPE, nameOf(Kind::Manipulator),
                        VL_MANIPULATOR_PLUGIN_API_VERSION, &kManipulator});
+    records.push_back({VL_MANIPULATOR_HANDLE_PLUGIN_TYPE, nameOf(Kind::Handle),
+                       VL_MANIPULATOR_HANDLE_PLUGIN_API_VERSION, &kHandle});
     return true;
 }();
 

@@ -1,6 +1,4 @@
-#include "hostcalls.h"
-
-#include "probe.h"
+#include "callbuilder.h"
 
 #include "viewer_api/plugin/HostSuites.h"
 
@@ -8,83 +6,7 @@ namespace probe {
 
 namespace {
 
-/// Builders of the calls that many entries of a table share.
-struct Builder {
-    HostCalls calls;
-
-    void action(const char* name, void (*entry)(void*)) {
-        calls[name] = [entry](void* host, Arguments&) {
-            entry(host);
-            return std::string("done");
-        };
-    }
-    void action(const char* name, void (*entry)(void*, const char*)) {
-        calls[name] = [entry](void* host, Arguments& a) {
-            entry(host, a.text(0));
-            return std::string("done");
-        };
-    }
-    void action(const char* name, void (*entry)(void*, int)) {
-        calls[name] = [entry](void* host, Arguments& a) {
-            entry(host, a.number(0));
-            return std::string("done");
-        };
-    }
-    void action(const char* name, void (*entry)(void*, std::uint32_t)) {
-        calls[name] = [entry](void* host, Arguments& a) {
-            entry(host, static_cast<std::uint32_t>(a.number(0)));
-            return std::string("done");
-        };
-    }
-    void action(const char* name, void (*entry)(void*, double)) {
-        calls[name] = [entry](void* host, Arguments& a) {
-            entry(host, a.real(0));
-            return std::string("done");
-        };
-    }
-    template <class Result>
-    void query(const char* name, Result (*entry)(void*)) {
-        calls[name] = [entry](void* host, Arguments&) { return text(entry(host)); };
-    }
-    void query(const char* name, int (*entry)(void*, const char*)) {
-        calls[name] = [entry](void* host, Arguments& a) { return text(entry(host, a.text(0))); };
-    }
-    void query(const char* name, const char* (*entry)(void*, std::uint32_t)) {
-        calls[name] = [entry](void* host, Arguments& a) {
-            return text(entry(host, static_cast<std::uint32_t>(a.number(0))));
-        };
-    }
-    void object(const char* name, void (*entry)(void*, void**, void**, const void**)) {
-        calls[name] = [entry](void* host, Arguments&) {
-            FoundObject found;
-            entry(host, &found.host, &found.instance, &found.suite);
-            return found.text();
-        };
-    }
-    void object(const char* name, void (*entry)(void*, const char*, void**, void**, const void**)) {
-        calls[name] = [entry](void* host, Arguments& a) {
-            FoundObject found;
-            entry(host, a.text(0), &found.host, &found.instance, &found.suite);
-            return found.text();
-        };
-    }
-    void object(const char* name,
-                void (*entry)(void*, std::uint32_t, void**, void**, const void**)) {
-        calls[name] = [entry](void* host, Arguments& a) {
-            FoundObject found;
-            entry(host, static_cast<std::uint32_t>(a.number(0)), &found.host, &found.instance,
-                  &found.suite);
-            return found.text();
-        };
-    }
-    void object(const char* name,
-                void (*entry)(void*, const char*, const char*, void**, void**, const void**)) {
-        calls[name] = [entry](void* host, Arguments& a) {
-            FoundObject found;
-            entry(host, a.text(0), a.text(1), &found.host, &found.instance, &found.suite);
-            return found.text();
-        };
-    }
+struct Builder : CallBuilder {
     void direction(const char* name, void (*entry)(void*, double*, double*, double*)) {
         calls[name] = [entry](void* host, Arguments&) {
             double x = 0.0;
@@ -109,13 +31,6 @@ struct Builder {
                                    a.number(4), a.count(5) > 0 ? nullptr : &depth));
             return depth == kUnwritten ? picked : picked + " at depth " + text(depth);
         };
-    }
-
-    static std::string text(const char* value) { return textOfResult(value); }
-    static std::string text(const double* matrix) { return textOfMatrix(matrix); }
-    template <class Number>
-    static std::string text(Number value) {
-        return std::to_string(value);
     }
 };
 
@@ -188,9 +103,7 @@ const HostCalls& viewportCalls() {
             s.resize(host, a.number(0), a.number(1));
             return std::string("done");
         };
-        b.calls["event"] = [&s](void* host, Arguments& a) {
-            return std::to_string(s.event(host, parseAttribute(a.rest(0)).getHandle()));
-        };
+        b.query("event", s.event);
         b.calls["insertLayer"] = [&s](void* host, Arguments& a) {
             FoundObject found;
             s.insertLayer(host, a.text(0), a.text(1), static_cast<std::uint32_t>(a.number(2)),
@@ -209,9 +122,7 @@ const HostCalls& layerCalls() {
         b.object("getViewport", s.getViewport);
         b.action("draw", s.draw);
         b.picking(s);
-        b.calls["event"] = [&s](void* host, Arguments& a) {
-            return std::to_string(s.event(host, parseAttribute(a.rest(0)).getHandle()));
-        };
+        b.query("event", s.event);
         b.calls["hover"] = [&s](void* host, Arguments& a) {
             s.hover(host, a.number(0), a.number(1), a.number(2));
             return std::string("done");

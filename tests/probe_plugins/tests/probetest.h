@@ -24,7 +24,7 @@ protected:
 
     void SetUp() override {
         ViewerAPI::registerHostSuites();
-        ASSERT_EQ(VlPluginSystem::loadLibrary(PROBE_PLUGINS), 6);
+        ASSERT_EQ(VlPluginSystem::loadLibrary(PROBE_PLUGINS), 7);
         delegate =
             std::make_unique<ViewerAPI::VlViewerDelegateHostStruct>("ProbeDelegate", nullptr);
         clearLog();
