@@ -10,9 +10,14 @@ _TOOLS = {"w": "TranslateManipulator", "e": "RotateManipulator", "r": "ScaleMani
 _CALM = 0.2
 
 
-def pressKey(session, view, key):
-    """Does what a key does, named as docs/events.md has it, that nothing in the viewport takes."""
-    if key in _TOOLS:
+def pressKey(session, view, key, modifiers, close):
+    """Does what a key does, named as docs/events.md has it, that nothing in the viewport takes.
+    `close` closes the window. Letters mean nothing with control or alt."""
+    if len(key) == 1 and ("control" in modifiers or "alt" in modifiers):
+        return
+    if key in ("q", "Escape"):
+        close()
+    elif key in _TOOLS:
         isShown = view.getManipulator() == _TOOLS[key]
         view.manipulate(None if isShown else _TOOLS[key])
     elif key == "x":

@@ -126,10 +126,9 @@ class ViewWidget(QWidget):
                 self._session.undo()
         elif self._sendKey(event, events.keyPress):
             return
-        elif event.key() in (Qt.Key_Escape, Qt.Key_Q):
-            self.close()
         elif self._view:
-            pressKey(self._session, self._view, _keyName(event))
+            pressKey(self._session, self._view, _keyName(event),
+                     _names(event.modifiers(), _MODIFIERS), self.close)
             self.setWindowTitle(titleAt(self._title, self._session.getTime()))
 
     def keyReleaseEvent(self, event):

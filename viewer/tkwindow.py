@@ -98,12 +98,9 @@ class ViewWindow(object):
     def _keyPress(self, event):
         if self._sendKey(event, events.keyPress):
             return
-        name = _keyName(event)
-        if name in ("q", "Escape"):
-            self._root.quit()
-        else:
-            pressKey(self._session, self._view, name)
-            self._root.title(titleAt(self._title, self._session.getTime()))
+        pressKey(self._session, self._view, _keyName(event), _names(event.state, _MODIFIERS),
+                 self._root.quit)
+        self._root.title(titleAt(self._title, self._session.getTime()))
 
     def _tick(self):
         self._pump.tick()

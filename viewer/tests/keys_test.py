@@ -51,13 +51,17 @@ from qtwindow import ViewWidget
 application = QApplication([])
 widget = ViewWidget(session, (10, 10), "model", None)
 widget._view = session
-plain, control, shift = Qt.NoModifier, Qt.ControlModifier, Qt.ShiftModifier
+widget.close = lambda: session.calls.append("close")
+plain, control, shift, alt = (Qt.NoModifier, Qt.ControlModifier, Qt.ShiftModifier, Qt.AltModifier)
 for key, modifiers in ((Qt.Key_Z, control), (Qt.Key_Z, control | shift), (Qt.Key_Y, control),
                        (Qt.Key_Z, plain), (Qt.Key_Y, plain), (Qt.Key_C, plain),
                        (Qt.Key_B, plain), (Qt.Key_P, plain), (Qt.Key_Right, plain),
                        (Qt.Key_Right, plain), (Qt.Key_Left, plain), (Qt.Key_W, plain),
                        (Qt.Key_E, plain), (Qt.Key_R, plain), (Qt.Key_R, plain), (Qt.Key_X, plain),
-                       (Qt.Key_X, plain)):
+                       (Qt.Key_X, plain), (Qt.Key_C, control), (Qt.Key_X, control),
+                       (Qt.Key_B, alt), (Qt.Key_W, control | shift), (Qt.Key_P, control | alt),
+                       (Qt.Key_Q, control), (Qt.Key_C, shift), (Qt.Key_Q, plain),
+                       (Qt.Key_Escape, plain)):
     application.sendEvent(widget, QKeyEvent(QEvent.KeyPress, key, modifiers))
 print(" ".join(session.calls))
 print(widget.windowTitle())
@@ -68,10 +72,13 @@ import tkwindow
 window = tkwindow.ViewWindow(session, (10, 10), "model", None)
 window._frame.unbind("<Configure>")
 window._frame.unbind("<Expose>")
+window._root.quit = lambda: session.calls.append("close")
 window._root.focus_force()
 window._root.update()
 for key in ("<Control-z>", "<Control-Shift-Z>", "<Control-y>", "<z>", "<y>", "<c>", "<b>", "<p>",
-            "<Right>", "<Right>", "<Left>", "<w>", "<e>", "<r>", "<r>", "<x>", "<x>"):
+            "<Right>", "<Right>", "<Left>", "<w>", "<e>", "<r>", "<r>", "<x>", "<x>",
+            "<Control-c>", "<Control-x>", "<Mod1-b>", "<Control-Shift-W>", "<Control-Mod1-p>",
+            "<Control-q>", "<Shift-C>", "<q>", "<Escape>"):
     window._root.event_generate(key)
 print(" ".join(session.calls))
 print(window._root.title())
@@ -98,7 +105,8 @@ class KeysTest(unittest.TestCase):
                                          "manipulator=TranslateManipulator",
                                          "manipulator=RotateManipulator",
                                          "manipulator=ScaleManipulator", "manipulator=None",
-                                         "axes=local", "axes=world"])
+                                         "axes=local", "axes=world", "collapsed=1", "close",
+                                         "close"])
         self.assertEqual(title, "model, frame 6")
 
     @unittest.skipUnless(hasModule("PySide2.QtWidgets"), "no Qt")
