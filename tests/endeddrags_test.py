@@ -225,7 +225,27 @@ class FromOutsideTest(EndedDragTest):
         self.assertAllIsWell(action.__name__)
 
 
+class LostReleaseTest(EndedDragTest):
+    def testAMoveWithoutTheButtonKeepsWhatTheLastOneWithItShowed(self):
+        self.begin()
+        self.drag(20)
+        shown = self.way(A)
+        self.viewport.event(events.mouseMove(self.x + 60, self.y))
+        self.assertFalse(self.isDragging())
+        self.settle()
+        self.assertFalse(self.delegate.isFrozenDueToManipulation())
+        self.assertTrue(shown > 0.1)
+        self.assertEqual((shown, shown), (self.way(A), self.way(B)))
+        self.assertTrue(self.session.undo())
+        self.assertFalse(self.session.canUndo())
+
+
 class FromWithinTest(EndedDragTest):
+    @staticmethod
+    def isReleased(action, reached):
+        """The button, which goes up only once."""
+        return bool(reached) and action.__name__ == "releaseAgain"
+
     def check(self, place, action):
         message = "%s at %s" % (action.__name__, place)
         reached = []
@@ -242,7 +262,10 @@ class FromWithinTest(EndedDragTest):
                 self.send(events.mouseMove(self.x + by, self.y, ["left"]))
                 if self.delegate is not None:
                     self.delegate.processLocationEvents()
-            self.send(events.mouseRelease(self.x + 30, self.y, "left"))
+                if self.isReleased(action, reached):
+                    break
+            if not self.isReleased(action, reached):
+                self.send(events.mouseRelease(self.x + 30, self.y, "left"))
             if self.delegate is not None:
                 self.assertTrue(self.session.pump(timeout=10), message)
             printed = sys.stderr.getvalue()

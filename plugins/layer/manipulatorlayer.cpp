@@ -5,6 +5,7 @@
 #include "viewer_api/plugin/ManipulatorHandleHost.h"
 #include "viewport/sceneviewport.h"
 
+#include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/StringAttribute.h"
 
 #include <GL/glew.h>
@@ -18,6 +19,7 @@ namespace {
 using ViewerPlugin::ManipulatorHost;
 using ViewerPlugin::Triple;
 using ViewerPlugin::ViewportEvent;
+using VlAttribute::GroupAttribute;
 using VlAttribute::StringAttribute;
 
 /// What lies nearer than the nearest that is drawn, or farther than the farthest, shows all the
@@ -37,6 +39,34 @@ private:
     const GLboolean before;
 };
 
+bool isHeld(const ViewportEvent::Buttons& buttons, ViewportEvent::Button button) {
+    switch (button) {
+    case ViewportEvent::Button::Left:
+        return buttons.left;
+    case ViewportEvent::Button::Middle:
+        return buttons.middle;
+    case ViewportEvent::Button::Right:
+        return buttons.right;
+    case ViewportEvent::Button::None:
+        break;
+    }
+    return false;
+}
+
+/// The release of a button where the pointer was at an event, with those that are held afterwards.
+GroupAttribute releaseAt(const GroupAttribute& event, ViewportEvent::Button button,
+                         const VlAttribute::Attribute& heldAfterwards) {
+    const char* const name = button == ViewportEvent::Button::Left     ? "left"
+                             : button == ViewportEvent::Button::Middle ? "middle"
+                                                                       : "right";
+    return VlAttribute::GroupBuilder()
+        .update(event)
+        .set("type", StringAttribute("mouseRelease"))
+        .set("button", StringAttribute(name))
+        .set("buttons", heldAfterwards)
+        .build();
+}
+
 } // namespace
 
 ManipulatorLayer::~ManipulatorLayer() {
@@ -45,7 +75,7 @@ ManipulatorLayer::~ManipulatorLayer() {
     }
     // Nobody would tell the manipulator of the release.
     try {
-        passOn({{"type", StringAttribute("keyPress")}, {"key", StringAttribute("Escape")}});
+        passOn(holder, {{"type", StringAttribute("keyPress")}, {"key", StringAttribute("Escape")}});
     } catch (...) {
         // What hears of the end may fail; there is nobody to tell it to.
     }
@@ -131,17 +161,28 @@ bool ManipulatorLayer::event(const GroupAttribute& group) {
     if (!event) {
         return false;
     }
+    const bool isRelease =
+        event->type == ViewportEvent::Type::MouseRelease && event->button == heldButton;
     if (isPassingOn) {
         // From within what the manipulator does, which has no use for another one now.
+        if (isRelease && !holder.empty()) {
+            lateRelease = group;
+        }
         return !event->isKey();
     }
+    if (!holder.empty() && !lateRelease && event->type == ViewportEvent::Type::MouseMove &&
+        !isHeld(event->buttons, heldButton)) {
+        lateRelease = releaseAt(lastOfPointer, heldButton, group.getChildByName("buttons"));
+    }
+    catchUp();
     if (holder.empty()) {
         return event->type == ViewportEvent::Type::MousePress && press(group, *event);
     }
-    const bool isHandled = passOn(group);
-    if (event->type == ViewportEvent::Type::MouseRelease && event->button == heldButton) {
-        holder.clear();
+    if (!event->isKey()) {
+        lastOfPointer = group;
     }
+    const bool isHandled = passOn(isRelease ? std::exchange(holder, "") : holder, group);
+    catchUp();
     // The mouse is the manipulator's, also where it has no use for it.
     return isHandled || !event->isKey();
 }
@@ -153,17 +194,27 @@ bool ManipulatorLayer::press(const GroupAttribute& group, const ViewportEvent& p
     }
     holder = hovered.manipulator;
     heldButton = press.button;
-    if (!passOn(group)) {
+    lastOfPointer = group;
+    if (!passOn(holder, group)) {
         holder.clear();
+        lateRelease = {};
         return false;
     }
+    catchUp();
     return true;
 }
 
-bool ManipulatorLayer::passOn(const GroupAttribute& group) {
+bool ManipulatorLayer::passOn(const std::string& manipulator, const GroupAttribute& group) {
     const RaisedFlag passingOn(isPassingOn);
-    const Triple manipulator = viewport().getActiveManipulator(holder);
-    return manipulator && ManipulatorHost(manipulator.host).event(group);
+    const Triple found = viewport().getActiveManipulator(manipulator);
+    return found && ManipulatorHost(found.host).event(group);
+}
+
+void ManipulatorLayer::catchUp() {
+    if (lateRelease) {
+        const GroupAttribute release = std::exchange(lateRelease, {});
+        passOn(std::exchange(holder, ""), release);
+    }
 }
 
 } // namespace Bundled

@@ -13,6 +13,10 @@ namespace Bundled {
 /// a manipulator goes to it, and when that takes it, everything up to the release does. A layer
 /// that ends before that has it cancelled, by the key Escape.
 ///
+/// A release that arrives from within the manipulator's own calls reaches it after them. One that
+/// never arrives is made up for where the pointer was last, as soon as that moves without the
+/// button.
+///
 /// It keeps a picture of what stands at each pixel. A manipulator's pickerDraw gets an id, and may
 /// draw its handle of index i in the id + 1 + i: then the handle is known by itself. Objects are
 /// groups of `manipulator`, the plug-in's name, and for handles `handle`, its name. Picks of the
@@ -43,12 +47,19 @@ private:
     void setHovered(const Place& place);
     void setMarked(const Place& place, bool isMarked) const;
     bool press(const GroupAttribute& event, const ViewerPlugin::ViewportEvent& press);
-    bool passOn(const GroupAttribute& event);
+    /// Tells a manipulator by its plug-in's name.
+    bool passOn(const std::string& manipulator, const GroupAttribute& event);
+    /// Brings a release that is late to the holder.
+    void catchUp();
 
     Place hovered;
     /// The manipulator that has the mouse, and the button that it was given it with.
     std::string holder;
     ViewerPlugin::ViewportEvent::Button heldButton = ViewerPlugin::ViewportEvent::Button::None;
+    /// What the holder was told last of the pointer.
+    GroupAttribute lastOfPointer;
+    /// A release of the held button that the holder is yet to be told of; null without one.
+    GroupAttribute lateRelease;
     bool isPassingOn = false;
 };
 
