@@ -27,7 +27,8 @@ VlManipulatorHostStruct::VlManipulatorHostStruct(const std::string& pluginName_,
                                                  VlViewportHostStruct* viewport_,
                                                  std::vector<std::string> candidates)
     : HostObject(viewport_), pluginName(pluginName_), viewport(viewport_),
-      candidateLocationPaths(std::move(candidates)) {
+      candidateLocationPaths(std::move(candidates)),
+      candidates_(candidateLocationPaths.begin(), candidateLocationPaths.end()) {
     const HostCall call(*this);
     try {
         createPluginInstance(PluginKind::Manipulator, pluginName, this, pluginSuite,
@@ -170,7 +171,7 @@ void VlManipulatorHostStruct::closeManipulationGroup(const std::string& path) {
 bool VlManipulatorHostStruct::onLocationChanged(const std::string& path,
                                                 const GroupAttribute& attributes) {
     // First, as this is all that most of a scene's locations should cost.
-    if (std::ranges::find(candidateLocationPaths, path) == candidateLocationPaths.end())
+    if (!candidates_.contains(path))
         return false;
     const HostCall call(*this);
     return attributes && matches(attributes) ? addLocationPath(path) : removeLocationPath(path);

@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 #include <vector>
 
 struct ManipulatorPluginSuite;
@@ -95,7 +97,7 @@ struct VlManipulatorHostStruct : public HostObject {
 
     std::string pluginName;
     VlViewportHostStruct* viewport; ///< borrowed
-    std::vector<std::string> candidateLocationPaths;
+    const std::vector<std::string> candidateLocationPaths;
     /// In the order in which they were found. Null while the manipulator is being made.
     VlAttribute::StringAttribute activeLocationPaths;
     VlAttribute::DoubleAttribute xform;
@@ -116,6 +118,7 @@ private:
     [[nodiscard]] bool isEditable(const std::string& path) const;
     void endHandles();
 
+    const std::unordered_set<std::string_view> candidates_; ///< of `candidateLocationPaths`
     bool isInSetup_ = false;
 };
 
