@@ -4,9 +4,10 @@ import sys
 import unittest
 
 import ostrel
+import ViewerAPI
 from gizmos import HEIGHT, PARENTS, WIDTH, ManipulatorTest, location
 from ostrel import events
-from PyVlAttribute import DoubleAttribute, FloatAttribute, GroupBuilder, StringAttribute
+from PyVlAttribute import FloatAttribute, GroupBuilder, StringAttribute
 
 IS_PYTHON_3 = sys.version_info[0] >= 3
 COOKED = "__LOOKTHROUGH_LOCATION_COOKED"
@@ -119,6 +120,39 @@ class UndoTest(GroupDragTest):
         self.assertTrue(self.session.undo())
         self.settle()
         self.assertAlmostPlaces(self.positions(), before)
+
+
+class OpenGroupsTest(GroupDragTest):
+    """The manipulation groups that an application has been told of as open."""
+
+    def setUp(self):
+        GroupDragTest.setUp(self)
+        self.opened = opened = []
+
+        class Bridge(ViewerAPI.ManipulatorBridge):
+            def openManipulationGroup(self, path):
+                opened.append(path)
+
+            def closeManipulationGroup(self, path):
+                opened.remove(path)
+
+        self.addCleanup(setattr, ViewerAPI, "ManipulatorBridge", ViewerAPI.ManipulatorBridge)
+        ViewerAPI.ManipulatorBridge = Bridge
+        self.show([(), (), ()])
+
+    def testEachIsOpenedOnceAlsoWhenItsLocationIsListedTwice(self):
+        first, second, _ = self.paths
+        self.viewport.deactivateAllManipulators(True)
+        self.paths = [first, second]
+        self.activate([first, second, first])
+        at = [sum(place) / 3 for place in zip(*(self.position(path)
+                                                for path in (first, second, first)))]
+        at[0] += 0.5 * self.gizmoLength(at)
+        x, y = self.pixelAt(at)
+        self.assertTrue(self.press(x, y))
+        self.assertEqual([first, second], self.opened)
+        self.release(x, y)
+        self.assertEqual([], self.opened)
 
 
 class LookThroughTest(GroupDragTest):

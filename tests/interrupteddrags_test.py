@@ -7,7 +7,7 @@ import ostrel
 import PyScenelib
 from gizmos import DEADLINE, HEIGHT, PATH, WIDTH, ManipulatorTest, location
 from ostrel import events
-from PyVlAttribute import DoubleAttribute, GroupAttribute, GroupBuilder, StringAttribute
+from PyVlAttribute import DoubleAttribute, GroupBuilder, StringAttribute
 
 A, B = "/root/set/a", "/root/set/b"
 PLACES = {"a": [-1.0, 0.0, 0.0], "b": [1.0, 0.0, 0.0]}

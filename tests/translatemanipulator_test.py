@@ -6,7 +6,7 @@ import unittest
 
 import ostrel
 from gizmos import (PARENTS, PATH, TOLERANCE, GestureTest, ManipulatorTest, add, alongLine, onPlane,
-                    subtract, worldAxis)
+                    subtract, transform, worldAxis)
 from ostrel import events
 from PyVlAttribute import FloatAttribute, StringAttribute
 
@@ -175,6 +175,65 @@ class TranslateTest(ManipulatorTest):
         steps = (self.position()[0] - before[0]) / 0.25
         self.assertTrue(round(steps) >= 1)
         self.assertTrue(abs(steps - round(steps)) < 1e-6, steps)
+
+    def testWhatIsNoStepLeavesTheUsualOne(self):
+        for step in (float("inf"), float("nan"), -1.0):
+            self.show()
+            self.activate().setOptionByName("snapStep", FloatAttribute(step))
+            self.assertEqual(0.0, self.manipulator.getOptionByName("snapStep").getValue())
+            before = self.position()
+            self.dragAxis(0, (60, 0), modifiers=["control"])
+            self.settle()
+            steps = (self.position()[0] - before[0]) / 0.1
+            self.assertTrue(round(steps) >= 1, steps)
+            self.assertTrue(abs(steps - round(steps)) < 1e-6, steps)
+            self.session.close()
+
+    def testAValueThatIsNotFiniteIsNotShown(self):
+        # A unit of the world is 1e306 of the parent's.
+        self.show((("a.scale", [1e-306, 1.0, 1.0]),), (("placed.translate", [0.0, 0.5, 0.0]),),
+                  "OrthographicCamera")
+        self.activate()
+        x, y = self.placeOn(0)
+        self.assertTrue(self.press(x, y))
+        self.move(x + 10, y)
+        shown = self.component("placed.translate")
+        self.assertTrue(shown[0] > 1e304, shown)
+        self.move(x - 100000, y)
+        self.assertEqual(shown, self.component("placed.translate"))
+        self.assertTrue(self.release(x - 100000, y))
+        self.settle()
+        self.assertEqual(shown, self.component("placed.translate"))
+
+    def testWhatIsBehindAnOrthographicCamerasPlaneIsGrasped(self):
+        self.show(camera="OrthographicCamera")
+        matrix = list(self.view.camera.getViewMatrix())
+        matrix[14] += 100.0
+        self.view.camera.setViewMatrix(matrix)
+        self.activate()
+        self.assertTrue(transform(self.position(), list(self.view.camera.getViewMatrix()))[2] > 50)
+        before = self.position()
+        begin, end = self.dragAxis(0, (20, 0))
+        self.settle()
+        way = [alongLine(self.rayAt(pixel), before, worldAxis(0)) for pixel in (begin, end)]
+        self.assertAlmost(self.position(), add(before, worldAxis(0), way[1] - way[0]), "moved")
+
+    def testTheAxesStayWhileADragGoesOn(self):
+        self.show(thing=(("placed.translate", [0.0, 0.0, 0.0]),
+                         ("placed.rotateZ", [30.0, 0.0, 0.0, 1.0])))
+        self.activate()
+        x, y = self.placeOn(0)
+        self.assertTrue(self.press(x, y))
+        self.move(x + 20, y)
+        before = self.view.readPixels()
+        self.manipulator.setOptionByName("axes", StringAttribute("local"))
+        self.assertTrue(before == self.view.readPixels(), "the gizmo turns")
+        self.release(x + 20, y)
+        self.viewport.hover()
+        self.settle()
+        released = self.view.readPixels()
+        self.manipulator.setOptionByName("axes", StringAttribute("world"))
+        self.assertTrue(released != self.view.readPixels(), "turned when the drag was over")
 
     def testTheReadoutIsTheWaySoFar(self):
         self.show()

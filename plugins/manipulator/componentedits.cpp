@@ -4,9 +4,9 @@
 #include "viewer_api/plugin/ViewerDelegateHost.h"
 #include "viewer_api/plugin/ViewportHost.h"
 
-#include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <unordered_set>
 
 namespace Bundled {
 
@@ -14,17 +14,22 @@ namespace {
 
 using VlAttribute::GroupAttribute;
 
-bool isBelow(std::string_view path, std::string_view ancestor) {
-    return path.size() > ancestor.size() && path[ancestor.size()] == '/' &&
-           path.substr(0, ancestor.size()) == ancestor;
+bool isBelowAny(std::string_view path, const std::unordered_set<std::string_view>& ancestors) {
+    for (auto slash = path.rfind('/'); slash != std::string_view::npos; slash = path.rfind('/')) {
+        path = path.substr(0, slash);
+        if (ancestors.contains(path)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 std::vector<std::string> topmostPaths(const VlAttribute::StringAttribute& paths) {
     const auto all = paths.getNearestSample(0.0f);
+    const std::unordered_set<std::string_view> known(all.begin(), all.end());
     std::vector<std::string> topmost;
     for (const std::string_view path : all) {
-        if (std::none_of(all.begin(), all.end(),
-                         [path](std::string_view other) { return isBelow(path, other); })) {
+        if (!isBelowAny(path, known)) {
             topmost.emplace_back(path);
         }
     }

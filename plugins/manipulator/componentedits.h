@@ -6,6 +6,8 @@
 
 #include <Imath/ImathMatrix.h>
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,13 +32,17 @@ public:
 
     [[nodiscard]] bool isEmpty() const noexcept { return edits.empty(); }
 
-    /// Shows the values of `newValues(const Each&)` for each location. False when none is left.
+    /// Shows the values of `newValues(const Each&)` for each location; one with a value that is not
+    /// finite goes on showing what it does. False when none is left.
     template <typename NewValues>
     bool show(NewValues newValues) {
         std::vector<VlAttribute::Attribute> values;
         for (const Each& edit : edits) {
-            for (auto& [name, value] : edit.components.settings(newValues(edit))) {
-                values.push_back(std::move(value));
+            const std::vector<double> wanted = newValues(edit);
+            const bool isUsable = std::all_of(wanted.begin(), wanted.end(),
+                                              [](double value) { return std::isfinite(value); });
+            for (auto& [name, value] : edit.components.settings(wanted)) {
+                values.push_back(isUsable ? std::move(value) : VlAttribute::Attribute());
             }
         }
         return live.show(values);

@@ -1,5 +1,6 @@
 #include "manipulator/conespread.h"
 
+#include "manipulator/degrees.h"
 #include "manipulator/dragmath.h"
 
 #include <algorithm>
@@ -11,7 +12,6 @@ using Imath::V3d;
 
 namespace {
 
-constexpr double kDegrees = 180.0 / M_PI;
 /// The sine of the angle between plane and sight below which the plane is seen from its edge.
 constexpr double kEdgeOn = 0.25;
 
@@ -44,7 +44,7 @@ V3d ConeSpread::onBall(const Ray& ray, bool isNearSide) const {
 }
 
 double ConeSpread::angleTo(const V3d& fromTip) const {
-    return std::acos(std::clamp(fromTip.normalized().dot(axis), -1.0, 1.0)) * kDegrees;
+    return toDegrees(std::acos(std::clamp(fromTip.normalized().dot(axis), -1.0, 1.0)));
 }
 
 std::optional<double> ConeSpread::inPlane(const Ray& ray) const {
@@ -52,7 +52,7 @@ std::optional<double> ConeSpread::inPlane(const Ray& ray) const {
     if (!point) {
         return std::nullopt;
     }
-    return std::atan2((*point - tip).dot(across), (*point - tip).dot(axis)) * kDegrees;
+    return toDegrees(std::atan2((*point - tip).dot(across), (*point - tip).dot(axis)));
 }
 
 } // namespace Bundled

@@ -1,5 +1,7 @@
 #include "manipulator/dragmath.h"
 
+#include "manipulator/degrees.h"
+
 #include <cmath>
 
 namespace Bundled {
@@ -22,7 +24,7 @@ std::optional<double> alongAxis(const Ray& ray, const V3d& origin, const V3d& ax
     }
     const double along = toOrigin.dot(axis);
     const double ahead = toOrigin.dot(ray.direction);
-    if (ahead - along * cosine <= 0.0) {
+    if (!ray.isWhole && ahead - along * cosine <= 0.0) {
         return std::nullopt;
     }
     return (ahead * cosine - along) / squaredSine;
@@ -34,7 +36,7 @@ std::optional<V3d> onPlane(const Ray& ray, const V3d& origin, const V3d& normal)
         return std::nullopt;
     }
     const double distance = (origin - ray.origin).dot(normal) / sine;
-    if (distance <= 0.0) {
+    if (!ray.isWhole && distance <= 0.0) {
         return std::nullopt;
     }
     return ray.origin + ray.direction * distance;
@@ -43,11 +45,12 @@ std::optional<V3d> onPlane(const Ray& ray, const V3d& origin, const V3d& normal)
 double angleAround(const V3d& axis, const V3d& from, const V3d& to) {
     const V3d flatFrom = from - axis * from.dot(axis);
     const V3d flatTo = to - axis * to.dot(axis);
-    return std::atan2(flatFrom.cross(flatTo).dot(axis), flatFrom.dot(flatTo)) * 180.0 / M_PI;
+    return toDegrees(std::atan2(flatFrom.cross(flatTo).dot(axis), flatFrom.dot(flatTo)));
 }
 
 double snapped(double value, double step) {
-    return step > 0.0 ? std::round(value / step) * step : value;
+    const double multiple = std::round(value / step) * step;
+    return step > 0.0 && std::isfinite(multiple) ? multiple : value;
 }
 
 double roundStep(double length) {

@@ -8,7 +8,7 @@ namespace Bundled {
 
 // What a drag grasps: where a ray of the picture meets an axis, a plane or a ring. Directions are
 // of length 1. All answer nothing where a small move of the mouse would mean a boundless one, and
-// for places that are behind the ray's origin.
+// for places that are behind the origin of a ray that begins there.
 
 /// How far along an axis through `origin` the ray comes closest to it.
 [[nodiscard]] std::optional<double> alongAxis(const Ray& ray, const Imath::V3d& origin,
@@ -24,7 +24,8 @@ namespace Bundled {
 [[nodiscard]] double angleAround(const Imath::V3d& axis, const Imath::V3d& from,
                                  const Imath::V3d& to);
 
-/// The multiple of `step` that is nearest; the value itself for a step of 0.
+/// The multiple of `step` that is nearest; the value itself for a step that is not
+/// positive, or that has none.
 [[nodiscard]] double snapped(double value, double step);
 
 /// The largest of ..., 0.1, 0.2, 0.5, 1, 2, 5, 10, ... that is no larger than `length`, above 0.

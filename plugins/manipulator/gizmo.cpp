@@ -6,11 +6,12 @@
 #include "manipulator/matrices.h"
 #include "manipulator/pictureof.h"
 #include "manipulator/text.h"
+#include "scene/number.h"
 #include "scene/raisedflag.h"
 #include "viewer_api/plugin/OptionIds.h"
 #include "viewer_api/plugin/ViewerDelegateHost.h"
 
-#include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 
 #include <algorithm>
@@ -108,7 +109,7 @@ Imath::V3d Gizmo::centre() const {
 
 Imath::M44d Gizmo::axes() const {
     Imath::M44d matrix;
-    if (isLocal) {
+    if (current ? isEngagedLocal : isLocal) {
         matrix = firstPose();
         matrix[3][0] = matrix[3][1] = matrix[3][2] = 0.0;
     }
@@ -249,10 +250,15 @@ bool Gizmo::press(const Event& event) {
         }
         const PictureSpace space = pictureOf(viewport());
         const GizmoPlace now = place(space);
-        current = beginDrag({parts[i], now, space.rayAt({event.x, event.y}), space});
-        if (!current) {
+        if (now.length <= 0.0 || !isUsable(parts[i], now, space)) {
+            return false; // nobody sees it
+        }
+        auto begun = beginDrag({parts[i], now, space.rayAt({event.x, event.y}), space});
+        if (!begun) {
             return false;
         }
+        current = std::move(begun);
+        isEngagedLocal = isLocal;
         engaged = i;
         engagedLength = now.length;
         last = {event.x, event.y};
@@ -288,7 +294,8 @@ void Gizmo::setOption(std::uint64_t optionId, const Attribute& value) {
         isLocal = VlAttribute::StringAttribute(value).getValue() == "local";
         viewport().setDirty(true);
     } else if (optionId == snapStepId) {
-        snapStep = VlAttribute::FloatAttribute(value).getValue(0.0f);
+        const double step = number(value).value_or(0.0);
+        snapStep = std::isfinite(step) ? std::max(0.0, step) : 0.0;
     }
 }
 
@@ -297,7 +304,7 @@ VlAttribute::Attribute Gizmo::getOption(std::uint64_t optionId) {
         return VlAttribute::StringAttribute(isLocal ? "local" : "world");
     }
     if (optionId == snapStepId) {
-        return VlAttribute::FloatAttribute(static_cast<float>(snapStep));
+        return VlAttribute::DoubleAttribute(snapStep);
     }
     return optionId == readoutId && current ? current->getReadout() : Attribute();
 }

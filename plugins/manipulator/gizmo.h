@@ -24,9 +24,10 @@ namespace Bundled {
 /// did, and so does the loss of all its locations, or of the leave to edit them.
 ///
 /// Option "axes" (string, "world"): along which axes the handles stand; "local" for those of the
-/// first location, as it is turned. Option "snapStep" (float, 0): the step, in the unit of the
-/// readout; 0 for the usual one. Option "readout" (doubles, read only): what the drag has done so
-/// far, which is also written beside the pointer; null without one.
+/// first location, as it is turned; not before a drag that is going on has ended. Option "snapStep"
+/// (a number, 0): the step, in the unit of the readout; the usual one where that is not positive,
+/// or not finite. Option "readout" (doubles, read only): what the drag has done so far, which is
+/// also written beside the pointer; null without one.
 class Gizmo : public ViewerPlugin::ManipulatorPlugin {
 public:
     bool event(const GroupAttribute& event) override;
@@ -81,9 +82,10 @@ private:
     bool isLocal = false;
     double snapStep = 0.0;
     std::unique_ptr<Drag> current;
-    /// The part that is being dragged, and the gizmo's length when that began.
+    /// The part that is being dragged, and the gizmo's length and option "axes" when that began.
     std::size_t engaged = 0;
     double engagedLength = 0.0;
+    bool isEngagedLocal = false;
     /// Where the mouse was last.
     Imath::V2i last;
     bool isResponding = false;

@@ -2,6 +2,7 @@
 
 #include "camera/tomatrix.h"
 #include "gl/drawstate.h"
+#include "manipulator/picturespace.h"
 
 #include <cstddef>
 
@@ -92,9 +93,9 @@ void HandlePainter::drawTriangles(const Shape& shape, const Imath::M44d& shapeTo
     // Multiplied in double precision: far from the origin a gizmo would tremble otherwise.
     const Imath::M44d shapeToView = shapeToWorld * toMatrix(viewport.getViewMatrix());
     const Imath::M44d viewToClip = toMatrix(viewport.getProjectionMatrix());
-    const bool isPerspective = viewToClip[2][3] != 0.0;
-    const Imath::V3d toCamera =
-        isPerspective ? -shapeToView.translation().normalized() : Imath::V3d(0.0, 0.0, 1.0);
+    const Imath::V3d toCamera = PictureSpace::isPerspective(viewToClip)
+                                    ? -shapeToView.translation().normalized()
+                                    : Imath::V3d(0.0, 0.0, 1.0);
     program.set("shapeToView", Imath::M44f(shapeToView));
     program.set("viewToClip", Imath::M44f(viewToClip));
     // In the shape's own unit of length.

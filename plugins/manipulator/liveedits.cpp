@@ -69,13 +69,8 @@ LiveEdits::LiveEdits(ManipulatorHost manipulator, const std::vector<Target>& tar
         auto [name, original] =
             whatIsThere(delegate.getAttributes(target.path), target.attributeName);
         edits.push_back({target, std::move(name), std::move(original), target.atRest});
-        if (paths.empty() || paths.back() != target.path) {
-            paths.push_back(target.path);
-        }
     }
-    for (const std::string& path : paths) {
-        host.openManipulationGroup(path);
-    }
+    open(targets);
 }
 
 LiveEdits::~LiveEdits() {
@@ -84,6 +79,31 @@ LiveEdits::~LiveEdits() {
     } catch (...) {
         // The application, which is told of the end, may fail; there is nobody to tell it to.
     }
+}
+
+void LiveEdits::open(const std::vector<Target>& targets) {
+    std::unordered_set<std::string_view> known;
+    paths.reserve(targets.size());
+    try {
+        for (const Target& target : targets) {
+            if (known.insert(target.path).second) {
+                host.openManipulationGroup(target.path);
+                paths.push_back(target.path);
+            }
+        }
+    } catch (...) {
+        const std::exception_ptr failure = std::current_exception();
+        try {
+            closeGroups();
+        } catch (...) {
+            // What failed first is what is told.
+        }
+        std::rethrow_exception(failure);
+    }
+}
+
+void LiveEdits::closeGroups() {
+    each(paths, [this](const std::string& path) { host.closeManipulationGroup(path); });
 }
 
 bool LiveEdits::lookForLost() {
@@ -107,7 +127,7 @@ bool LiveEdits::show(const std::vector<Attribute>& values) {
     std::size_t next = 0;
     each(edits, [&](Edit& edit) {
         const Attribute& value = values[next++];
-        if (!edit.isLost) {
+        if (!edit.isLost && value) {
             isChanged = true;
             edit.shown = value;
             host.setValue(edit.target.path, edit.target.attributeName, value, false);
@@ -152,7 +172,7 @@ void LiveEdits::close(const std::function<void()>& last) {
     } catch (...) {
         failure = std::current_exception();
     }
-    each(paths, [this](const std::string& path) { host.closeManipulationGroup(path); });
+    closeGroups();
     if (failure) {
         std::rethrow_exception(failure);
     }

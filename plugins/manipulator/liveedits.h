@@ -30,13 +30,14 @@ public:
         Attribute atRest;
     };
 
-    /// Targets of one location stand side by side.
+    /// Raises what the opening of a location's group raises, and leaves none open then.
     LiveEdits(ViewerPlugin::ManipulatorHost manipulator, const std::vector<Target>& targets);
     LiveEdits(const LiveEdits&) = delete;
     LiveEdits& operator=(const LiveEdits&) = delete;
     ~LiveEdits();
 
-    /// Shows values, one for each target. False when no location is left.
+    /// Shows values, one for each target; null leaves that one as it is. False when no location is
+    /// left.
     bool show(const std::vector<Attribute>& values);
     /// Keeps what is shown on the locations that are left; with none it brings back what was.
     /// Nothing can be shown any more.
@@ -53,13 +54,15 @@ private:
         bool isLost = false;
     };
 
+    void open(const std::vector<Target>& targets);
+    void closeGroups();
     /// Finds out which locations are lost by now, and whether any is left.
     bool lookForLost();
     void takeBack();
     void close(const std::function<void()>& last);
 
     const ViewerPlugin::ManipulatorHost host;
-    /// Each once.
+    /// Those whose groups are open, each once.
     std::vector<std::string> paths;
     std::vector<Edit> edits;
     bool isChanged = false;

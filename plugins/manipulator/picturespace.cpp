@@ -21,10 +21,9 @@ Ray PictureSpace::rayAt(const Imath::V2i& pixel) const {
     if (isPerspective()) {
         direction = nearest;
     } else {
-        // In the camera's plane, and not in the nearest that is drawn.
         origin = {nearest.x, nearest.y, 0.0};
     }
-    return {origin * viewToWorld, inWorld(direction)};
+    return {origin * viewToWorld, inWorld(direction), !isPerspective()};
 }
 
 double PictureSpace::pixelLengthAt(const V3d& point) const {

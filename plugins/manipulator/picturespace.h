@@ -5,11 +5,13 @@
 
 namespace Bundled {
 
-/// A half line in world space.
+/// A half line in world space, or a whole line.
 struct Ray {
     Imath::V3d origin;
     /// Of length 1.
     Imath::V3d direction;
+    /// Whether it goes on behind its origin.
+    bool isWhole = false;
 };
 
 /// How a picture and the world belong together, for what is done with the mouse. Pixels count from
@@ -20,8 +22,8 @@ public:
     PictureSpace(const Imath::M44d& worldToView, const Imath::M44d& viewToClip, int width,
                  int height);
 
-    /// What is seen at a pixel, which may lie outside of the picture. It begins at the camera, or
-    /// for an orthographic one in its plane.
+    /// What is seen at a pixel, which may lie outside of the picture. It begins at the camera; for
+    /// an orthographic one, which sees also what is behind its plane, it is a whole line.
     [[nodiscard]] Ray rayAt(const Imath::V2i& pixel) const;
 
     /// The length in the world of a pixel's edge at a point's depth; 0 for a point that is not in
@@ -36,7 +38,10 @@ public:
     [[nodiscard]] Imath::V3d up() const { return inWorld({0.0, 1.0, 0.0}); }
     [[nodiscard]] Imath::V3d forward() const { return inWorld({0.0, 0.0, -1.0}); }
 
-    [[nodiscard]] bool isPerspective() const noexcept { return viewToClip[2][3] != 0.0; }
+    [[nodiscard]] bool isPerspective() const noexcept { return isPerspective(viewToClip); }
+    [[nodiscard]] static bool isPerspective(const Imath::M44d& viewToClip) noexcept {
+        return viewToClip[2][3] != 0.0;
+    }
 
 private:
     /// A direction, in length 1.

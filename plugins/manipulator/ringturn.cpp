@@ -1,7 +1,9 @@
 #include "manipulator/ringturn.h"
 
+#include "manipulator/degrees.h"
 #include "manipulator/dragmath.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace Bundled {
@@ -13,6 +15,8 @@ namespace {
 /// The sine of the angle between ring and sight below which the pointer goes along the edge: what
 /// is farther off in the plane moves too fast there.
 constexpr double kEdgeOn = 0.2;
+/// How far the pointer turns it along the edge: what follows a turn goes along with all of it.
+constexpr double kMostDegrees = 100.0 * 360.0;
 
 } // namespace
 
@@ -57,7 +61,8 @@ std::optional<double> RingTurn::alongEdge(const Ray& ray) const {
 double RingTurn::turnTo(const Ray& ray) {
     if (isEdgeOn) {
         if (const auto along = alongEdge(ray)) {
-            degrees = (*along - beginning) / radius * 180.0 / M_PI;
+            degrees =
+                std::clamp(toDegrees((*along - beginning) / radius), -kMostDegrees, kMostDegrees);
         }
     } else if (const auto arm = armTo(ray)) {
         degrees += angleAround(grasp.axis(), last, *arm);

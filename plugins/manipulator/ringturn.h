@@ -9,7 +9,8 @@ namespace Bundled {
 /// How far the mouse turns a ring that it has grasped. Turns are counted.
 ///
 /// What is grasped stays under the pointer, in the ring's plane. A ring that is seen from its edge
-/// is turned like a wheel by its rim: by one radian as the pointer goes its radius along the edge.
+/// is turned like a wheel by its rim: by one radian as the pointer goes its radius along the edge,
+/// and a hundred turns at most.
 class RingTurn {
 public:
     /// Nothing where no direction is grasped. `radius` is in world units.

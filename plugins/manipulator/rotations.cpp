@@ -1,5 +1,6 @@
 #include "manipulator/rotations.h"
 
+#include "manipulator/degrees.h"
 #include "manipulator/dragmath.h"
 
 #include <Imath/ImathMatrixAlgo.h>
@@ -17,7 +18,6 @@ using Imath::V3d;
 
 namespace {
 
-constexpr double kDegrees = 180.0 / M_PI;
 /// How far a turn goes at most before angles are chosen anew: far less than the half turn by which
 /// the choices differ.
 constexpr double kStepDegrees = 10.0;
@@ -29,7 +29,7 @@ V3d axisOf(std::span<const double> rotations, std::size_t index) {
 }
 
 M44d matrixOf(const V3d& axis, double degrees) {
-    return M44d().setAxisAngle(axis, degrees / kDegrees);
+    return M44d().setAxisAngle(axis, toRadians(degrees));
 }
 
 V3d directionOf(const V3d& direction, const M44d& matrix) {
@@ -56,7 +56,7 @@ void setAngles(std::vector<double>& rotations, const M44d& matrix) {
     const double ahead = seen.dot(third);
     // Where the second turn lays the third axis upon the first, any first one will do.
     const double angle =
-        std::hypot(across, ahead) > 1e-9 ? std::atan2(across, ahead) * kDegrees : rotations[0];
+        std::hypot(across, ahead) > 1e-9 ? toDegrees(std::atan2(across, ahead)) : rotations[0];
     std::vector<double> nearest;
     double nearestDistance = 0.0;
     for (const double firstAngle : {angle, angle + 180.0}) {
@@ -91,7 +91,7 @@ std::vector<double> turnedSingle(const std::vector<double>& rotation, const Turn
         Imath::extractQuat(matrixOf(axis, rotation[0]) * matrixOf(turn.axis, turn.degrees));
     const V3d newAxis = whole.axis();
     const double sign = newAxis.dot(axis) < 0.0 ? -1.0 : 1.0;
-    return {nearestTo(rotation[0], sign * whole.angle() * kDegrees), sign * newAxis.x,
+    return {nearestTo(rotation[0], sign * toDegrees(whole.angle())), sign * newAxis.x,
             sign * newAxis.y, sign * newAxis.z};
 }
 
@@ -103,7 +103,7 @@ Turn turnWithin(const M44d& worldToSpace, const Turn& turn, const V3d& arm) {
     const V3d axis = from.cross(across).normalized();
     // In any space half a turn is half a turn.
     const double halves = std::floor(turn.degrees / 180.0) * 180.0;
-    const double rest = (turn.degrees - halves) / kDegrees;
+    const double rest = toRadians(turn.degrees - halves);
     const V3d to = from * std::cos(rest) + across * std::sin(rest);
     return {axis, halves + std::abs(angleAround(axis, from, to))};
 }
@@ -117,6 +117,9 @@ bool areThreeUpright(std::span<const double> rotations) {
 }
 
 std::vector<double> turned(std::vector<double> rotations, const Turn& turn) {
+    if (!std::isfinite(turn.degrees)) {
+        return rotations;
+    }
     if (!areThreeUpright(rotations)) {
         return turnedSingle(rotations, turn);
     }

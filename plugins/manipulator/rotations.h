@@ -31,7 +31,7 @@ struct Turn {
 /// The values of rotation components, outermost first, once all that they have turned is turned
 /// again, in the space that they stand in: of three with upright axes, the angles, each nearest to
 /// what it comes from as the turn goes on; of a single one, the angle, and where it must be the
-/// axis.
+/// axis. A turn by what is not finite turns nothing.
 [[nodiscard]] std::vector<double> turned(std::vector<double> rotations, const Turn& turn);
 
 } // namespace Bundled

@@ -41,6 +41,7 @@ V3d Scaling::scaleTo(const Ray& ray, double step) {
         factor = (*point - place.centre).dot(arm) / arm.length2();
     }
     factor = std::max(step > 0.0 ? step : kSmallest, snapped(factor, step));
+    factor = std::min(kLargest, factor);
     for (int i = 0; i < 3; ++i) {
         const bool isSized = grasp.part.motion == Motion::Picture ||
                              (grasp.part.motion == Motion::Axis) == (i == grasp.part.axis);

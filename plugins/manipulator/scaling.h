@@ -15,11 +15,14 @@ namespace Bundled {
 class Scaling {
 public:
     static constexpr double kSmallest = 0.001;
+    /// Far more than a screen's width makes; the pointer may be anywhere while a button is held.
+    static constexpr double kLargest = 1000.0;
 
     /// Nothing where the handle is grasped in the very middle.
     static std::optional<Scaling> begin(const Grasp& grasp);
 
-    /// Along the gizmo's axes: with a step its multiples, at least one. A ray that points nowhere
+    /// Along the gizmo's axes: with a step its multiples, at least one, up to the
+    /// largest factor. A ray that points nowhere
     /// changes nothing.
     Imath::V3d scaleTo(const Ray& ray, double step);
 

@@ -1,5 +1,7 @@
 #include "manipulator/shapes.h"
 
+#include "manipulator/degrees.h"
+
 #include <Imath/ImathMatrix.h>
 
 #include <cmath>
@@ -81,7 +83,7 @@ Shape ringShape(float radius, float tube, float x) {
 }
 
 Shape coneRimShape(double halfAngle, float tube) {
-    const double radians = halfAngle * M_PI / 180.0;
+    const double radians = toRadians(halfAngle);
     return ringShape(static_cast<float>(std::sin(radians)), tube,
                      static_cast<float>(std::cos(radians)));
 }
@@ -94,7 +96,7 @@ Shape coneShape(double halfAngle, float tube) {
     for (int i = 0; i < kSides; ++i) {
         Imath::M44f matrix;
         matrix.rotate(V3f(static_cast<float>(2.0 * M_PI * i / kSides), 0.0f, 0.0f));
-        matrix.rotate(V3f(0.0f, 0.0f, static_cast<float>(halfAngle * M_PI / 180.0)));
+        matrix.rotate(V3f(0.0f, 0.0f, static_cast<float>(toRadians(halfAngle))));
         for (const ShapeVertex& vertex : side) {
             V3f normal;
             matrix.multDirMatrix(vertex.normal, normal);
@@ -109,7 +111,7 @@ Shape sectorShape(double degrees) {
     const V3f normal(1.0f, 0.0f, 0.0f);
     const int steps = static_cast<int>(std::ceil(std::abs(degrees) / kStepDegrees));
     const auto rim = [&](int step) {
-        const double angle = degrees * step / steps * M_PI / 180.0;
+        const double angle = toRadians(degrees * step / steps);
         return V3f(0.0f, static_cast<float>(std::cos(angle)), static_cast<float>(std::sin(angle)));
     };
     Shape shape;

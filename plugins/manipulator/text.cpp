@@ -71,8 +71,8 @@ std::string readoutText(std::span<const double> numbers, std::string_view unit) 
     for (const double number : numbers) {
         largest = std::max(largest, std::abs(number));
     }
-    const int whole = largest > 0.0 ? static_cast<int>(std::floor(std::log10(largest))) + 1 : 1;
-    const int decimals = std::clamp(4 - std::max(whole, 1), 0, 3);
+    const double whole = largest > 0.0 ? std::floor(std::log10(largest)) + 1.0 : 1.0;
+    const int decimals = static_cast<int>(std::clamp(4.0 - whole, 0.0, 3.0));
     const double half = 0.5 * std::pow(10.0, -decimals);
     std::string text;
     for (const double number : numbers) {

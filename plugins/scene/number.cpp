@@ -7,14 +7,17 @@
 namespace Bundled {
 
 std::optional<double> number(const VlAttribute::GroupAttribute& group, const char* name) {
-    const VlAttribute::Attribute child = group.getChildByName(name);
-    if (const VlAttribute::DoubleAttribute doubles{child}; doubles.getNumberOfValues() > 0) {
+    return number(group.getChildByName(name));
+}
+
+std::optional<double> number(const VlAttribute::Attribute& attribute) {
+    if (const VlAttribute::DoubleAttribute doubles{attribute}; doubles.getNumberOfValues() > 0) {
         return doubles.getValue(0.0);
     }
-    if (const VlAttribute::FloatAttribute floats{child}; floats.getNumberOfValues() > 0) {
+    if (const VlAttribute::FloatAttribute floats{attribute}; floats.getNumberOfValues() > 0) {
         return static_cast<double>(floats.getValue(0.0f));
     }
-    if (const VlAttribute::IntAttribute ints{child}; ints.getNumberOfValues() > 0) {
+    if (const VlAttribute::IntAttribute ints{attribute}; ints.getNumberOfValues() > 0) {
         return static_cast<double>(ints.getValue(0));
     }
     return std::nullopt;

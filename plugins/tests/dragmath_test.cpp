@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <random>
 
 // What a drag grasps, against plain geometry.
@@ -174,6 +175,24 @@ TEST(DragMath, stepsAreRoundNumbers) {
     EXPECT_EQ(snapped(1.3, 0.5), 1.5);
     EXPECT_EQ(snapped(-1.3, 0.5), -1.5);
     EXPECT_EQ(snapped(1.3, 0.0), 1.3);
+}
+
+TEST(DragMath, whatIsNoStepLeavesValuesAsTheyAre) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    for (const double step : {-0.5, kInfinity, -kInfinity, std::nan(""), 1e-320}) {
+        EXPECT_EQ(snapped(1.3, step), 1.3) << step;
+    }
+}
+
+TEST(DragMath, lineOfAnOrthographicCameraMeetsWhatIsBehindItsPlane) {
+    const PictureSpace space(M44d(), orthographic(), kWidth, kHeight);
+    const Ray line = space.rayAt({kWidth / 2, kHeight / 2});
+    const V3d behind(0, 0, 50);
+    EXPECT_NEAR(onPlane(line, behind, {0, 0, 1}).value().z, 50.0, 1e-9);
+    EXPECT_NEAR(alongAxis(line, behind, {1, 0, 0}).value(), line.origin.x, 1e-9);
+    const Ray ray = PictureSpace(M44d(), perspective(), kWidth, kHeight).rayAt({0, 0});
+    EXPECT_FALSE(onPlane(ray, behind, {0, 0, 1}));
+    EXPECT_FALSE(alongAxis(ray, behind, {1, 0, 0}));
 }
 
 } // namespace

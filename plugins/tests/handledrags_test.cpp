@@ -177,6 +177,18 @@ TEST_P(HandleDrags, factorsNeverComeToNothingOrTurnInsideOut) {
     expectFactors(scaling.scaleTo(setting.at(1.9, 0), 0), {1, 1, 1}, "and back again");
 }
 
+TEST_P(HandleDrags, factorsStayBoundedHoweverFarThePointerIs) {
+    auto scaling = Scaling::begin(setting.grasp(kCentre, setting.at(0, 0))).value();
+    for (const double step : {0.0, 0.1, 1e300}) {
+        expectFactors(scaling.scaleTo(setting.at(100, 100), step), V3d(Scaling::kLargest), "far");
+    }
+}
+
+TEST_P(HandleDrags, ringTurnsABoundedNumberOfTimesHoweverFarThePointerIs) {
+    auto turn = RingTurn::begin(setting.grasp(kRingX, setting.at(0, 0.5)), 1e-6).value();
+    EXPECT_EQ(turn.turnTo(setting.at(0, 100)), -36000.0);
+}
+
 TEST_P(HandleDrags, withAStepFactorsAreItsMultiplesAndAtLeastOne) {
     auto scaling = Scaling::begin(setting.grasp(kBoxX, setting.at(1.0, 0))).value();
     expectFactors(scaling.scaleTo(setting.at(1.234, 0), 0.1), {1.2, 1, 1}, "to the nearest");

@@ -136,6 +136,14 @@ TEST(Rotations, noTurnChangesNothing) {
     }
 }
 
+TEST(Rotations, turnThatIsNotFiniteChangesNothing) {
+    for (const auto& row : kRotations) {
+        for (const double degrees : {HUGE_VAL, -HUGE_VAL, std::nan("")}) {
+            EXPECT_EQ(turned(row.values, {V3d(0, 0, 1), degrees}), row.values) << row.name;
+        }
+    }
+}
+
 TEST(Rotations, onlyThreeUprightAxesMakeAnyRotationOfAngles) {
     EXPECT_TRUE(areThreeUpright(zyx(1, 2, 3)));
     EXPECT_FALSE(areThreeUpright(Values{1, 0, 0, 1, 2, 0, 1, 0, 3, 0, 0, 1})) << "z twice";

@@ -42,6 +42,10 @@ TEST(ReadoutText, hasFourDigitsAndAtMostThreeDecimals) {
     }
 }
 
+TEST(ReadoutText, infinityIsLargerThanAnyNumber) {
+    EXPECT_EQ(readoutText(std::vector<double>{HUGE_VAL, 1.75}, ""), "inf 2");
+}
+
 TEST(ReadoutText, ofNumbersWithoutMeasureCanBeWritten) {
     for (const double number : {1e300, -1e300}) {
         EXPECT_FALSE(textShape(readoutText(std::vector<double>{number}, "")).empty());
