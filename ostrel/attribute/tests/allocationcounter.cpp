@@ -20,6 +20,11 @@ void* operator new(std::size_t size) {
     }
     throw std::bad_alloc();
 }
+// The library's own would come to the above; a sanitizer's would not, and be freed below.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    ++count;
+    return std::malloc(size == 0 ? 1 : size);
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
