@@ -3,6 +3,7 @@
 #include "gl/frame.h"
 #include "gl/gpubatch.h"
 #include "gl/gpumesh.h"
+#include "gl/gputexture.h"
 #include "scene/batch.h"
 #include "scene/material.h"
 
@@ -14,6 +15,8 @@ namespace Bundled {
 struct DrawItem {
     const Batch* batch = nullptr;
     const Material* material = nullptr;
+    /// The material's; null for none, and for one that can't be read.
+    const GpuTexture* picture = nullptr;
     const GpuMesh* mesh = nullptr;
     DisplayMode mode = DisplayMode::Shaded;
     /// The mesh's wires; null where the mode shows none.
@@ -24,11 +27,13 @@ struct DrawItem {
     [[nodiscard]] bool showsSurface() const noexcept {
         return mode == DisplayMode::Shaded || mode == DisplayMode::WireframeOnShaded;
     }
+    /// Whether its picture lets through what is behind, here or there.
+    [[nodiscard]] bool hasHoles() const noexcept { return picture && picture->hasAlpha(); }
     /// Whether its back sides can be left out unseen. A camera at `eye` among the instances might
     /// stand in one of them, so it does not count as outside; nor one that is so near that it cuts
     /// front sides off.
     [[nodiscard]] bool hidesBackSides(const Frame& frame, const Imath::V3d& eye) const {
-        if (!mesh->isClosed() || material->opacity < 1.0f || batch->isMirrored ||
+        if (!mesh->isClosed() || material->opacity < 1.0f || hasHoles() || batch->isMirrored ||
             !frame.isPerspective()) {
             return false;
         }

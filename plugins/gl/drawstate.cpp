@@ -30,6 +30,7 @@ DrawState::DrawState(const Wanted& wanted) {
         glGetIntegerv(kBlendFactors[i], &blendFactors[i]);
     }
     glGetBooleanv(GL_DEPTH_WRITEMASK, &depthWrite);
+    glGetBooleanv(GL_COLOR_WRITEMASK, colorWrite);
     glGetIntegerv(GL_DEPTH_FUNC, &depthFunction);
     glGetIntegerv(GL_VERTEX_ARRAY_BINDING, &vertexArray);
     glGetIntegerv(GL_CURRENT_PROGRAM, &program);
@@ -40,6 +41,8 @@ DrawState::DrawState(const Wanted& wanted) {
         switchCapability(kCapabilities[i], on[i]);
     }
     glDepthMask(wanted.depthWrite ? GL_TRUE : GL_FALSE);
+    const auto& [red, green, blue, alpha] = wanted.colorWrite;
+    glColorMask(red, green, blue, alpha);
     glDepthFunc(GL_LEQUAL);
     glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
 }
@@ -49,6 +52,7 @@ DrawState::~DrawState() {
         switchCapability(kCapabilities[i], enabled[i]);
     }
     glDepthMask(depthWrite);
+    glColorMask(colorWrite[0], colorWrite[1], colorWrite[2], colorWrite[3]);
     glDepthFunc(static_cast<GLenum>(depthFunction));
     glBlendFuncSeparate(static_cast<GLenum>(blendFactors[0]), static_cast<GLenum>(blendFactors[1]),
                         static_cast<GLenum>(blendFactors[2]), static_cast<GLenum>(blendFactors[3]));

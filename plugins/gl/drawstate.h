@@ -2,6 +2,8 @@
 
 #include <GL/glew.h>
 
+#include <array>
+
 namespace Bundled {
 
 /// The capabilities and masks that a pass of drawing needs; the ones before come back with its end,
@@ -11,6 +13,8 @@ public:
     struct Wanted {
         bool depthTest = true;
         bool depthWrite = true;
+        /// Red, green, blue, alpha.
+        std::array<bool, 4> colorWrite = {true, true, true, true};
         bool blend = false;
         bool alphaToCoverage = false;
         bool dither = true;
@@ -24,6 +28,7 @@ public:
 
 private:
     GLboolean depthWrite = GL_TRUE;
+    GLboolean colorWrite[4] = {};
     GLint depthFunction = GL_LESS;
     GLint vertexArray = 0;
     GLint program = 0;

@@ -13,19 +13,19 @@ void GpuScene::draw(SceneMirror& mirror, const Frame& frame) {
     update(mirror);
     const Frustum frustum(frame.worldToClip());
     const auto visible = collect(mirror, frustum, frame.displayMode);
-    drawCalls = shadedPass.draw(visible, textures, frame);
+    drawCalls = shadedPass.draw(visible, frame);
     drawCalls += wirePass.draw(visible, frame);
     if (!mirror.getSelectedNodes().empty()) {
         Imath::Box3d bounds;
         const auto selected = collectSelected(mirror, frustum, bounds);
-        outlinePass.draw(selected, bounds, textures, frame);
+        outlinePass.draw(selected, bounds, frame);
     }
 }
 
 void GpuScene::drawIds(SceneMirror& mirror, const Frame& frame, const Frustum& part,
                        const IdPass::GetId& getId) {
     update(mirror);
-    idPass.draw(collect(mirror, part, frame.displayMode), mirror, textures, frame, part, getId);
+    idPass.draw(collect(mirror, part, frame.displayMode), mirror, frame, part, getId);
 }
 
 void GpuScene::update(SceneMirror& mirror) {
@@ -110,6 +110,7 @@ DrawItem GpuScene::itemOf(const SceneMirror& mirror, const Batch& batch) {
     DrawItem item;
     item.batch = &batch;
     item.material = &mirror.getMaterials()[batch.material];
+    item.picture = textures.find(*item.material);
     item.mesh = &meshes.at(mirror.getGeometries().getSerial(batch.geometry));
     item.gpu = &gpuBatches.at(batch.serial);
     return item;

@@ -17,9 +17,8 @@ constexpr float kLineWidthPx = 5.0f;
 
 } // namespace
 
-void IdPass::draw(std::span<const DrawItem> items, const SceneMirror& mirror,
-                  const TextureStore& textures, const Frame& frame, const Frustum& frustum,
-                  const GetId& getId) {
+void IdPass::draw(std::span<const DrawItem> items, const SceneMirror& mirror, const Frame& frame,
+                  const Frustum& frustum, const GetId& getId) {
     gather(items, mirror, frustum, getId);
     if (instances.empty()) {
         return;
@@ -40,7 +39,7 @@ void IdPass::draw(std::span<const DrawItem> items, const SceneMirror& mirror,
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(instances.size() * sizeof(IdInstance)),
                  instances.data(), GL_STREAM_DRAW);
     for (const Share& share : shares) {
-        drawShare(share, textures);
+        drawShare(share);
     }
     glLineWidth(1.0f);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
@@ -72,14 +71,12 @@ void IdPass::gather(std::span<const DrawItem> items, const SceneMirror& mirror,
     }
 }
 
-void IdPass::drawShare(const Share& share, const TextureStore& textures) {
+void IdPass::drawShare(const Share& share) {
     const DrawItem& item = *share.item;
     if (item.showsSurface()) {
         bindAttributes(share, *item.mesh);
-        const GpuTexture* picture = textures.find(*item.material);
-        const bool hasHoles = picture && picture->hasAlpha();
-        program.set("hasHoles", hasHoles ? 1 : 0);
-        glBindTexture(GL_TEXTURE_2D, hasHoles ? picture->get() : 0);
+        program.set("hasHoles", item.hasHoles() ? 1 : 0);
+        glBindTexture(GL_TEXTURE_2D, item.hasHoles() ? item.picture->get() : 0);
         for (const auto part :
              {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
             drawPart(share, *item.mesh, part);

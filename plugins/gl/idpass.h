@@ -3,7 +3,6 @@
 #include "gl/drawitem.h"
 #include "gl/frame.h"
 #include "gl/shaderprogram.h"
-#include "gl/texturestore.h"
 #include "scene/frustum.h"
 #include "scene/scenemirror.h"
 
@@ -25,9 +24,8 @@ public:
     using GetId = std::function<std::uint64_t(std::uint32_t node)>;
     static constexpr std::uint64_t kLeftOut = UINT64_MAX;
 
-    void draw(std::span<const DrawItem> items, const SceneMirror& mirror,
-              const TextureStore& textures, const Frame& frame, const Frustum& frustum,
-              const GetId& getId);
+    void draw(std::span<const DrawItem> items, const SceneMirror& mirror, const Frame& frame,
+              const Frustum& frustum, const GetId& getId);
 
 private:
     /// In the layout of the instance buffer.
@@ -44,7 +42,7 @@ private:
 
     void gather(std::span<const DrawItem> items, const SceneMirror& mirror, const Frustum& frustum,
                 const GetId& getId);
-    void drawShare(const Share& share, const TextureStore& textures);
+    void drawShare(const Share& share);
     void bindAttributes(const Share& share, const GpuMesh& mesh) const;
     static void drawPart(const Share& share, const GpuMesh& mesh, GpuMesh::Part part);
 

@@ -44,8 +44,8 @@ bool MaskTarget::begin(const PixelBox& box) {
     }
     glScissor(box.x, box.y, box.width, box.height);
     glEnable(GL_SCISSOR_TEST);
-    glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
-    glClear(GL_COLOR_BUFFER_BIT);
+    constexpr GLfloat kBlack[] = {0.0f, 0.0f, 0.0f, 0.0f};
+    glClearBufferfv(GL_COLOR, 0, kBlack);
     return true;
 }
 

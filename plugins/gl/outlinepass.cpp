@@ -2,6 +2,7 @@
 
 #include "gl/drawstate.h"
 #include "gl/pointsize.h"
+#include "gl/scissorguard.h"
 #include "gl/shaders.h"
 
 #include <algorithm>
@@ -15,33 +16,6 @@ namespace {
 /// How far the outline reaches beyond what it surrounds, and what is drawn as dots and lines beyond
 /// its bounds.
 constexpr int kReachPx = 6;
-
-/// What the pass changes beside a DrawState.
-class StateGuard {
-public:
-    StateGuard() {
-        glGetIntegerv(GL_SCISSOR_BOX, scissor);
-        isScissored = glIsEnabled(GL_SCISSOR_TEST) == GL_TRUE;
-        glGetFloatv(GL_COLOR_CLEAR_VALUE, clearColor);
-        glGetBooleanv(GL_COLOR_WRITEMASK, colorMask);
-    }
-    StateGuard(const StateGuard&) = delete;
-    StateGuard& operator=(const StateGuard&) = delete;
-    ~StateGuard() {
-        glScissor(scissor[0], scissor[1], scissor[2], scissor[3]);
-        if (!isScissored) {
-            glDisable(GL_SCISSOR_TEST);
-        }
-        glClearColor(clearColor[0], clearColor[1], clearColor[2], clearColor[3]);
-        glColorMask(colorMask[0], colorMask[1], colorMask[2], colorMask[3]);
-    }
-
-private:
-    GLint scissor[4] = {};
-    GLfloat clearColor[4] = {};
-    GLboolean colorMask[4] = {};
-    bool isScissored = false;
-};
 
 /// The part of the picture that a box in world space, and an outline around it, can touch.
 PixelBox pixelsOf(const Imath::Box3d& bounds, const Imath::M44d& worldToClip) {
@@ -93,7 +67,7 @@ void setBox(ShaderProgram& program, const PixelBox& box) {
 } // namespace
 
 void OutlinePass::draw(std::span<const DrawItem> selected, const Imath::Box3d& bounds,
-                       const TextureStore& textures, const Frame& frame) {
+                       const Frame& frame) {
     if (selected.empty()) {
         return;
     }
@@ -101,45 +75,42 @@ void OutlinePass::draw(std::span<const DrawItem> selected, const Imath::Box3d& b
         mask = ShaderProgram("mask", kMeshVertexShader, kMaskFragmentShader);
     }
     const PixelBox box = pixelsOf(bounds, frame.worldToClip());
-    const StateGuard guard;
+    const ScissorGuard guard;
     if (box.width <= 0 || box.height <= 0 || !target.begin(box)) {
         return;
     }
     // Drawing stays confined to the box until the guard ends.
-    drawMask(selected, textures, frame);
+    drawMask(selected, frame);
     target.finish();
     if (!frame.isDraft || !drawDraftOutline(box)) {
         drawOutline(box);
     }
 }
 
-void OutlinePass::drawMask(std::span<const DrawItem> selected, const TextureStore& textures,
-                           const Frame& frame) {
+void OutlinePass::drawMask(std::span<const DrawItem> selected, const Frame& frame) {
     glActiveTexture(GL_TEXTURE0);
     glPointSize(kPointSizePx);
     // Red: all of it. Green: what nothing hides.
     for (const bool isHidden : {true, false}) {
-        const DrawState state(
-            {.depthTest = !isHidden && target.hasDepth(), .depthWrite = false, .dither = false});
+        const DrawState state({.depthTest = !isHidden && target.hasDepth(),
+                               .depthWrite = false,
+                               .colorWrite = {isHidden, !isHidden, false, false},
+                               .dither = false});
         mask.use();
         mask.set("worldToView", frame.worldToView);
         mask.set("viewToClip", frame.viewToClip);
         mask.set("surfaceTexture", 0);
-        glColorMask(isHidden ? GL_TRUE : GL_FALSE, isHidden ? GL_FALSE : GL_TRUE, GL_FALSE,
-                    GL_FALSE);
         // The depths of a surface may differ in the last bit from one program to another.
         glEnable(GL_POLYGON_OFFSET_FILL);
         glPolygonOffset(-1.0f, -2.0f);
-        drawItems(selected, textures, frame);
+        drawItems(selected, frame);
         glPolygonOffset(0.0f, 0.0f);
         glDisable(GL_POLYGON_OFFSET_FILL);
     }
-    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glBindTexture(GL_TEXTURE_2D, 0);
 }
 
-void OutlinePass::drawItems(std::span<const DrawItem> selected, const TextureStore& textures,
-                            const Frame& frame) {
+void OutlinePass::drawItems(std::span<const DrawItem> selected, const Frame& frame) {
     const Imath::V3d eye = frame.eye();
     for (const DrawItem& item : selected) {
         if (item.hidesBackSides(frame, eye)) {
@@ -147,10 +118,8 @@ void OutlinePass::drawItems(std::span<const DrawItem> selected, const TextureSto
         } else {
             glDisable(GL_CULL_FACE);
         }
-        const GpuTexture* picture = textures.find(*item.material);
-        const bool hasHoles = picture && picture->hasAlpha();
-        mask.set("hasHoles", hasHoles ? 1 : 0);
-        glBindTexture(GL_TEXTURE_2D, hasHoles ? picture->get() : 0);
+        mask.set("hasHoles", item.hasHoles() ? 1 : 0);
+        glBindTexture(GL_TEXTURE_2D, item.hasHoles() ? item.picture->get() : 0);
         for (const auto part :
              {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
             item.gpu->draw(part, item.runs);
@@ -170,13 +139,15 @@ void OutlinePass::drawOutline(const PixelBox& box) {
 }
 
 bool OutlinePass::drawDraftOutline(const PixelBox& box) {
-    if (!distances.begin(box.x + box.width, box.y + box.height)) {
-        return false;
-    }
     if (!rowDistance) {
         rowDistance =
             ShaderProgram("row distance", kFullscreenVertexShader, kRowDistanceFragmentShader);
+    }
+    if (!draftOutline) {
         draftOutline = outlineProgram("draft outline", kDraftOutlineFragmentShader);
+    }
+    if (!distances.begin(box.x + box.width, box.y + box.height)) {
+        return false;
     }
     {
         const DrawState state({.depthTest = false, .depthWrite = false, .dither = false});

@@ -5,7 +5,6 @@
 #include "gl/frame.h"
 #include "gl/masktarget.h"
 #include "gl/shaderprogram.h"
-#include "gl/texturestore.h"
 
 #include <Imath/ImathBox.h>
 
@@ -21,16 +20,13 @@ class OutlinePass {
 public:
     /// Of these instances, which lie within `bounds` (world space). Costs the pixels of their part
     /// of the picture. Draws nothing where the driver can't.
-    void draw(std::span<const DrawItem> selected, const Imath::Box3d& bounds,
-              const TextureStore& textures, const Frame& frame);
+    void draw(std::span<const DrawItem> selected, const Imath::Box3d& bounds, const Frame& frame);
 
 private:
-    void drawMask(std::span<const DrawItem> selected, const TextureStore& textures,
-                  const Frame& frame);
-    void drawItems(std::span<const DrawItem> selected, const TextureStore& textures,
-                   const Frame& frame);
+    void drawMask(std::span<const DrawItem> selected, const Frame& frame);
+    void drawItems(std::span<const DrawItem> selected, const Frame& frame);
     void drawOutline(const PixelBox& box);
-    /// False when the driver can't; then nothing has changed.
+    /// False when the driver can't; then nothing is drawn.
     bool drawDraftOutline(const PixelBox& box);
     /// Over all of the box, by the program in use.
     void drawPicture(GLuint picture);

@@ -36,9 +36,12 @@ bool RenderTarget::allocate(int newWidth, int newHeight, int newSamples) {
     glBindTexture(GL_TEXTURE_2D_MULTISAMPLE, color.create());
     glTexImage2DMultisample(GL_TEXTURE_2D_MULTISAMPLE, newSamples, GL_RGBA16F, newWidth, newHeight,
                             GL_TRUE);
+    // A driver may give more samples than it is asked for.
+    GLint given = newSamples;
+    glGetTexLevelParameteriv(GL_TEXTURE_2D_MULTISAMPLE, 0, GL_TEXTURE_SAMPLES, &given);
     glBindTexture(GL_TEXTURE_2D_MULTISAMPLE, 0);
     glBindRenderbuffer(GL_RENDERBUFFER, depth.create());
-    glRenderbufferStorageMultisample(GL_RENDERBUFFER, newSamples, GL_DEPTH24_STENCIL8, newWidth,
+    glRenderbufferStorageMultisample(GL_RENDERBUFFER, given, GL_DEPTH24_STENCIL8, newWidth,
                                      newHeight);
     glBindRenderbuffer(GL_RENDERBUFFER, 0);
     glBindFramebuffer(GL_FRAMEBUFFER, multisampled.create());
@@ -48,14 +51,17 @@ bool RenderTarget::allocate(int newWidth, int newHeight, int newSamples) {
                               depth.get());
     const bool isComplete = glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
     glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(outer));
-    if (samples != newSamples) {
-        samples = newSamples;
+    if (!isComplete || glGetError() != GL_NO_ERROR) {
+        return false;
+    }
+    if (samples != given) {
         // A number that the compiler knows: software renderers take long in loops otherwise.
-        const std::string number = "const int samples = " + std::to_string(samples) + ";\n";
+        const std::string number = "const int samples = " + std::to_string(given) + ";\n";
         encode = ShaderProgram("encode", kFullscreenVertexShader,
                                (number + kEncodeFragmentShader).c_str());
+        samples = given;
     }
-    return isComplete && glGetError() == GL_NO_ERROR;
+    return true;
 }
 
 void RenderTarget::finish() {

@@ -26,7 +26,7 @@ private:
     int height = 0;
     bool isUsable = false;
     GLint outer = 0;
-    int samples = 0; ///< that `encode` is made for
+    GLint samples = 0; ///< that `encode` is made for
     GLFramebuffer multisampled;
     GLTexture color;
     GLRenderbuffer depth;

@@ -1,5 +1,6 @@
 #include "gl/shadedpass.h"
 
+#include "gl/capabilityguard.h"
 #include "gl/drawstate.h"
 #include "gl/pointsize.h"
 #include "gl/shaders.h"
@@ -22,15 +23,14 @@ void begin(ShaderProgram& program, const Frame& frame) {
 /// Plain: opaque, without a picture, and with colours that the vertices encode.
 enum class Kind { Plain, Opaque, CutOut, Transparent };
 
-Kind kindOf(const Material& material, const TextureStore& textures, bool canEncode) {
-    if (material.opacity < 1.0f) {
+Kind kindOf(const DrawItem& item, bool canEncode) {
+    if (item.material->opacity < 1.0f) {
         return Kind::Transparent;
     }
-    const GpuTexture* picture = textures.find(material);
-    if (!picture && canEncode) {
+    if (!item.picture && canEncode) {
         return Kind::Plain;
     }
-    return picture && picture->hasAlpha() ? Kind::CutOut : Kind::Opaque;
+    return item.hasHoles() ? Kind::CutOut : Kind::Opaque;
 }
 
 enum class Order { FrontToBack, BackToFront };
@@ -51,15 +51,13 @@ void sort(std::vector<const DrawItem*>& items, Order order, const Frame& frame) 
 
 } // namespace
 
-std::size_t ShadedPass::draw(std::span<const DrawItem> items, const TextureStore& textures,
-                             const Frame& frame) {
+std::size_t ShadedPass::draw(std::span<const DrawItem> items, const Frame& frame) {
     drawCalls = 0;
     const bool canEncode = frame.isDraft && glIsEnabled(GL_FRAMEBUFFER_SRGB) == GL_TRUE;
     std::vector<const DrawItem*> kinds[4];
     for (const DrawItem& item : items) {
         if (item.showsSurface()) {
-            kinds[static_cast<std::size_t>(kindOf(*item.material, textures, canEncode))].push_back(
-                &item);
+            kinds[static_cast<std::size_t>(kindOf(item, canEncode))].push_back(&item);
         }
     }
     auto& [plain, opaque, cutOut, transparent] = kinds;
@@ -69,46 +67,43 @@ std::size_t ShadedPass::draw(std::span<const DrawItem> items, const TextureStore
         sort(opaque, Order::FrontToBack, frame);
         const DrawState state({});
         if (!plain.empty()) {
-            drawPlain(plain, textures, frame);
+            drawPlain(plain, frame);
         }
-        drawItems(opaque, textures, frame);
+        drawItems(opaque, frame, Encoder::Driver);
     }
     if (!cutOut.empty()) {
         const DrawState state({.alphaToCoverage = true});
-        drawItems(cutOut, textures, frame);
+        drawItems(cutOut, frame, Encoder::Driver);
     }
     if (!transparent.empty()) {
         sort(transparent, Order::BackToFront, frame);
         const DrawState state({.depthWrite = false, .blend = true});
-        drawItems(transparent, textures, frame);
+        drawItems(transparent, frame, Encoder::Driver);
     }
     return drawCalls;
 }
 
-void ShadedPass::drawPlain(const std::vector<const DrawItem*>& items, const TextureStore& textures,
-                           const Frame& frame) {
+void ShadedPass::drawPlain(const std::vector<const DrawItem*>& items, const Frame& frame) {
     // On the processor, encoding each pixel costs as much as all else about it, and vertices are
     // few.
+    const CapabilityGuard guard(GL_FRAMEBUFFER_SRGB);
     glDisable(GL_FRAMEBUFFER_SRGB);
-    encodesVertices = true;
-    drawItems(items, textures, frame);
-    encodesVertices = false;
-    glEnable(GL_FRAMEBUFFER_SRGB);
+    drawItems(items, frame, Encoder::Vertices);
 }
 
-void ShadedPass::drawItems(const std::vector<const DrawItem*>& items, const TextureStore& textures,
-                           const Frame& frame) {
+void ShadedPass::drawItems(const std::vector<const DrawItem*>& items, const Frame& frame,
+                           Encoder encoder) {
     const Imath::V3d eye = frame.eye();
     glPointSize(kPointSizePx);
     glActiveTexture(GL_TEXTURE0);
     ShaderProgram* used = nullptr;
     for (const DrawItem* item : items) {
-        const GpuTexture* picture = textures.find(*item->material);
+        const GpuTexture* picture = item->picture;
         ShaderProgram& program = programFor(frame, picture != nullptr);
         if (&program != used) {
             used = &program;
             begin(program, frame);
-            program.set("isEncoded", encodesVertices ? 1 : 0);
+            program.set("isEncoded", encoder == Encoder::Vertices ? 1 : 0);
         }
         const auto& color = item->material->baseColor;
         program.set("baseColor", Imath::V3f(color[0], color[1], color[2]));

@@ -3,7 +3,6 @@
 #include "gl/drawitem.h"
 #include "gl/frame.h"
 #include "gl/shaderprogram.h"
-#include "gl/texturestore.h"
 
 #include <cstddef>
 #include <span>
@@ -17,20 +16,19 @@ namespace Bundled {
 class ShadedPass {
 public:
     /// Answers the number of draw calls.
-    std::size_t draw(std::span<const DrawItem> items, const TextureStore& textures,
-                     const Frame& frame);
+    std::size_t draw(std::span<const DrawItem> items, const Frame& frame);
 
 private:
-    void drawItems(const std::vector<const DrawItem*>& items, const TextureStore& textures,
-                   const Frame& frame);
-    void drawPlain(const std::vector<const DrawItem*>& items, const TextureStore& textures,
-                   const Frame& frame);
+    /// Who encodes colours, if anybody does.
+    enum class Encoder { Driver, Vertices };
+
+    void drawPlain(const std::vector<const DrawItem*>& items, const Frame& frame);
+    void drawItems(const std::vector<const DrawItem*>& items, const Frame& frame, Encoder encoder);
     ShaderProgram& programFor(const Frame& frame, bool hasTexture);
 
     ShaderProgram fine;
     ShaderProgram draft;
     ShaderProgram texturedDraft;
-    bool encodesVertices = false;
     std::size_t drawCalls = 0;
 };
 

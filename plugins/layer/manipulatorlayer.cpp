@@ -1,5 +1,6 @@
 #include "layer/manipulatorlayer.h"
 
+#include "gl/capabilityguard.h"
 #include "gl/glcontext.h"
 #include "scene/raisedflag.h"
 #include "viewer_api/plugin/ManipulatorHandleHost.h"
@@ -26,17 +27,10 @@ using VlAttribute::StringAttribute;
 /// same: the range of depth fits the scene, not the gizmos.
 class DepthClamp {
 public:
-    DepthClamp() : before(glIsEnabled(GL_DEPTH_CLAMP)) { glEnable(GL_DEPTH_CLAMP); }
-    DepthClamp(const DepthClamp&) = delete;
-    DepthClamp& operator=(const DepthClamp&) = delete;
-    ~DepthClamp() {
-        if (!before) {
-            glDisable(GL_DEPTH_CLAMP);
-        }
-    }
+    DepthClamp() { glEnable(GL_DEPTH_CLAMP); }
 
 private:
-    const GLboolean before;
+    const CapabilityGuard guard{GL_DEPTH_CLAMP};
 };
 
 bool isHeld(const ViewportEvent::Buttons& buttons, ViewportEvent::Button button) {

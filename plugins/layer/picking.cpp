@@ -50,8 +50,8 @@ void drawPickableLocations(SceneDelegate& delegate, const ViewerPlugin::Viewport
     std::vector<VlAttribute::StringAttribute> keep;
     const auto leftOut = pathsOf(excluded, keep);
     const SceneMirror& mirror = delegate.getMirror();
-    const ScissorGuard scissor(height);
-    scissor.cutTo(region);
+    const ScissorGuard scissor;
+    scissor.cutTo(region, height);
     delegate.shareGpuScene()->drawIds(delegate.getMirror(), frame, part,
                                       [&](std::uint32_t node) -> std::uint64_t {
                                           const std::string& path = mirror.getPath(node);

@@ -2,6 +2,7 @@
 
 #include "support/geometries.h"
 #include "support/offscreencontext.h"
+#include "support/replacedentry.h"
 
 #include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/StringAttribute.h"
@@ -112,6 +113,37 @@ TEST_F(GpuSceneGL, pictureThatCannotBeReadIsToldOnceWithItsName) {
     EXPECT_NE(errors[0].find("/nowhere/none.png"), std::string::npos);
     scene.draw(mirror, frame);
     EXPECT_TRUE(scene.takeErrors().empty());
+}
+
+TEST_F(GpuSceneGL, shaderThatDoesNotCompileLeavesStateAsItWas) {
+    GpuScene scene;
+    tell("/root/a", cubeLocation());
+    frame.isDraft = true;
+    GLint framebuffer = 0;
+    glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &framebuffer);
+    const auto failToDraw = [&] {
+        const ReplacedEntry compile(
+            __glewCompileShader, +[](GLuint) {});
+        EXPECT_THROW(scene.draw(mirror, frame), std::runtime_error);
+    };
+    // The programs of plain surfaces.
+    glEnable(GL_FRAMEBUFFER_SRGB);
+    failToDraw();
+    EXPECT_EQ(glIsEnabled(GL_FRAMEBUFFER_SRGB), GL_TRUE);
+    glDisable(GL_FRAMEBUFFER_SRGB);
+    // Those of a draft's outline alone: the others are there.
+    scene.draw(mirror, frame);
+    const char* const path = "/root/a";
+    mirror.setSelection({&path, 1});
+    frame.isDraft = false;
+    scene.draw(mirror, frame);
+    frame.isDraft = true;
+    failToDraw();
+    GLint bound = -1;
+    glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &bound);
+    EXPECT_EQ(bound, framebuffer);
+    EXPECT_EQ(glIsEnabled(GL_SCISSOR_TEST), GL_FALSE);
+    scene.draw(mirror, frame);
 }
 
 TEST_F(GpuSceneGL, followsAMirrorThatComesAndGoes) {

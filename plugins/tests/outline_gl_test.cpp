@@ -159,6 +159,19 @@ TEST_P(OutlineGL, closedSurfaceDoesNotHideItself) {
     EXPECT_NEAR(cube, strongestOrange(draw()), 30);
 }
 
+TEST_P(OutlineGL, holeThatShowsTheInsideHasNone) {
+    scene.tell("/root/a", cubeWithHoleLocation());
+    const Pixels plain = draw();
+    select({"/root/a"});
+    const Pixels selected = draw();
+    EXPECT_NE(selected, plain);
+    for (int y = kMiddle - 25; y < kMiddle + 25; ++y) {
+        for (int x = kMiddle - 25; x < kMiddle + 25; ++x) {
+            ASSERT_EQ(selected.at(x, y), plain.at(x, y)) << x << " " << y;
+        }
+    }
+}
+
 TEST_P(OutlineGL, selectedAmongManyEqualOnesIsTheOneOutlined) {
     for (int i = 0; i < 600; ++i) {
         scene.tell("/root/c" + std::to_string(i), square(0.2f, paint(0.3f, 0.3f, 0.3f)),
@@ -227,13 +240,19 @@ TEST_P(OutlineGL, leavesStateAsItWas) {
     select({"/root/a"});
     glScissor(1, 2, 100, 101);
     glClearColor(0.25f, 0.5f, 0.75f, 1.0f);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_FALSE);
     draw();
     GLint box[4] = {};
     glGetIntegerv(GL_SCISSOR_BOX, box);
     EXPECT_EQ(std::vector<GLint>(box, box + 4), (std::vector<GLint>{1, 2, 100, 101}));
     GLboolean mask[4] = {};
     glGetBooleanv(GL_COLOR_WRITEMASK, mask);
-    EXPECT_TRUE(mask[0] && mask[1] && mask[2] && mask[3]);
+    EXPECT_TRUE(mask[0] && mask[1] && mask[2] && !mask[3]);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    GLfloat clearColor[4] = {};
+    glGetFloatv(GL_COLOR_CLEAR_VALUE, clearColor);
+    EXPECT_EQ(std::vector<GLfloat>(clearColor, clearColor + 4),
+              (std::vector<GLfloat>{0.25f, 0.5f, 0.75f, 1.0f}));
     for (const GLenum name : {GL_SCISSOR_TEST, GL_DEPTH_TEST, GL_BLEND, GL_CULL_FACE,
                               GL_POLYGON_OFFSET_FILL, GL_FRAMEBUFFER_SRGB}) {
         EXPECT_EQ(glIsEnabled(name), GL_FALSE) << name;

@@ -117,6 +117,21 @@ TEST_F(ScenePickGL, pickWithinAnotherConfinesNothing) {
     EXPECT_FALSE(isConfined());
 }
 
+/// A host may fail after it has asked.
+TEST_F(ScenePickGL, pickThatGetsNoFurtherConfinesNothingElse) {
+    const auto entries = {
+        +[](const FakeViewport& view) { view.suite->draw(view.instance); },
+        +[](const FakeViewport& view) { view.suite->resize(view.instance, kWidth, kHeight); },
+        +[](const FakeViewport& view) { view.suite->cleanup(view.instance); }};
+    for (const auto entry : entries) {
+        begin(3, 4, 5, 6);
+        EXPECT_TRUE(isConfined());
+        entry(*viewport);
+        EXPECT_FALSE(isConfined());
+        EXPECT_EQ(box(), kBox);
+    }
+}
+
 TEST_F(ScenePickGL, regionsOfNoSizeAndOutsideAreNoError) {
     for (const auto& [x, y, width, height] :
          {std::array{3, 4, 0, 0}, {3, 4, -1, -1}, {-20, -20, 10, 10}, {1000, 1000, 10, 10}}) {

@@ -214,6 +214,22 @@ TEST_F(SceneViewGL, opacityLetsThroughWhatIsBehind) {
     EXPECT_GT(middle[1], 80);
 }
 
+TEST_F(SceneViewGL, holesShowTheInside) {
+    FakeViewport& viewport = addView();
+    scene.addLayer(viewport, "MeshLayer");
+    scene.tell("/root/a", cubeWithHoleLocation());
+    for (const int isDraft : {0, 1}) {
+        viewport.suite->setOption(viewport.instance, ViewerPlugin::optionId("draft"),
+                                  IntAttribute(isDraft).getRetainedHandle());
+        const Pixels pixels = draw(viewport);
+        // The far side, and beside it the inner one of a near side.
+        for (const int x : {kMiddle, kMiddle - 15}) {
+            const auto color = pixels.at(x, kMiddle);
+            EXPECT_GT(color[0], 2 * color[2] + 20) << x << (isDraft != 0 ? " draft" : " fine");
+        }
+    }
+}
+
 TEST_F(SceneViewGL, viewportsShareTheSceneAndOutliveEachOther) {
     FakeViewport& first = addView();
     FakeViewport& second = addView();

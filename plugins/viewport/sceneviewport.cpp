@@ -1,6 +1,7 @@
 #include "viewport/sceneviewport.h"
 
 #include "delegate/scenedelegate.h"
+#include "gl/capabilityguard.h"
 #include "gl/drawstate.h"
 #include "gl/renderer.h"
 #include "gl/shaders.h"
@@ -35,15 +36,6 @@ private:
     GLint bound = 0;
 };
 
-/// Ends the driver's encoding, also when a layer throws.
-class SRGBGuard {
-public:
-    SRGBGuard() = default;
-    SRGBGuard(const SRGBGuard&) = delete;
-    SRGBGuard& operator=(const SRGBGuard&) = delete;
-    ~SRGBGuard() { glDisable(GL_FRAMEBUFFER_SRGB); }
-};
-
 } // namespace
 
 SceneViewport::SceneViewport(ViewerPlugin::ViewportHost viewportHost)
@@ -57,6 +49,7 @@ void SceneViewport::setup() {
 }
 
 void SceneViewport::cleanup() {
+    clearedPart.reset();
     target.reset();
     draftTarget.reset();
     background = ShaderProgram();
@@ -64,6 +57,7 @@ void SceneViewport::cleanup() {
 }
 
 void SceneViewport::draw() {
+    clearedPart.reset();
     if (!isGLReady()) {
         return;
     }
@@ -118,11 +112,12 @@ void SceneViewport::drawFine() {
 }
 
 void SceneViewport::drawDraft() {
+    // The target switches the driver's encoding on.
+    const CapabilityGuard encoding(GL_FRAMEBUFFER_SRGB);
     if (!draftTarget.begin(host.getWidth(), host.getHeight())) {
         drawFine();
         return;
     }
-    const SRGBGuard guard;
     glViewport(0, 0, host.getWidth(), host.getHeight());
     glDepthMask(GL_TRUE);
     glClear(GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
@@ -148,8 +143,8 @@ SceneViewport::customPick(const ViewerPlugin::PickRegion& region, bool /*deepPic
         glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &bound);
         // A pick from within another one, of a layer, does not get as far as clearing.
         if (bound == 0) {
-            clearedPart.emplace(host.getHeight());
-            clearedPart->cutTo(region);
+            clearedPart.emplace();
+            clearedPart->cutTo(region, host.getHeight());
         }
     }
     return std::nullopt;
@@ -169,7 +164,7 @@ void SceneViewport::pickerDraw(const ViewerPlugin::PickRegion& region,
 }
 
 void SceneViewport::drawRectangle(const ViewerPlugin::PickRegion& region) const {
-    const ScissorGuard scissor(host.getHeight());
+    const ScissorGuard scissor;
     glClearColor(1.0f, 0.75f, 0.3f, 1.0f);
     const int right = region.x + region.width - 1;
     const int bottom = region.y + region.height - 1;
@@ -178,7 +173,7 @@ void SceneViewport::drawRectangle(const ViewerPlugin::PickRegion& region) const 
                                               {region.x, region.y, 1, region.height},
                                               {right, region.y, 1, region.height}};
     for (const ViewerPlugin::PickRegion& side : sides) {
-        scissor.cutTo(side);
+        scissor.cutTo(side, host.getHeight());
         glClear(GL_COLOR_BUFFER_BIT);
     }
 }
@@ -217,6 +212,7 @@ VlAttribute::Attribute SceneViewport::pick() const {
 }
 
 void SceneViewport::resize(int width, int height) {
+    clearedPart.reset();
     for (std::uint32_t i = 0; i < host.getNumberOfCameras(); ++i) {
         const ViewerPlugin::Triple camera = host.getCameraByIndex(i);
         static_cast<const ViewportCameraPluginSuite*>(camera.suite)

@@ -18,8 +18,9 @@ namespace Bundled {
 /// Layers draw linear light into a framebuffer of several samples a pixel, which is bound for them;
 /// the viewport brings it to the window, averaged and encoded. A new size goes to every camera.
 ///
-/// A pick of the viewport asks the layers in their order. Of the picking surface only the region
-/// that is picked is cleared before: what lies around it is of earlier picks.
+/// A pick of the viewport asks the layers in their order. Before the first pass only the region
+/// that is picked is cleared of the picking surface, so that what lies around it is of earlier
+/// picks; before the later passes of a deep pick all of it is.
 ///
 /// Events (docs/events.md) go to the layers, last to first, until one takes them, and then to what
 /// `Interaction` does with them. Hovering goes to all layers.
@@ -76,7 +77,8 @@ private:
     bool draft = false;
     bool softwareRenderer = false;
     bool beingPicked = false;
-    /// From the beginning of a pick until the picking surface has been cleared.
+    /// From the beginning of a pick until the picking surface has been cleared, or, where the pick
+    /// does not get as far, until the next of the entries that clear or draw something else.
     std::optional<ScissorGuard> clearedPart;
     VlAttribute::IntAttribute pickRegion;
     RenderTarget target;

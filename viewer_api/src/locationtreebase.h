@@ -92,7 +92,9 @@ private:
     [[nodiscard]] const Node* findToRead(std::string_view path, bool requireSent) const;
     [[nodiscard]] static VlAttribute::DoubleAttribute worldXform(const Node* node);
 
-    /// Nodes come and go by the thousand.
+    /// Nodes come and go by the thousand. The memory of those that went is for later ones of this
+    /// tree; the process gets it back with the tree's end, or once no location is left at all, and
+    /// "/root" mostly stays.
     static constexpr std::size_t kNodesInBlock = 512;
     boost::pool<> memory_{sizeof(Node), kNodesInBlock, kNodesInBlock};
     PathIndex<Node> index_;

@@ -22,7 +22,9 @@ class SceneBounds;
 /// and asked about. Locations with one need nobody: what a location's children of that kind fill
 /// together is kept beside the location, in its ExtentCache, and found there by the next walk.
 ///
-/// A plug-in that is asked may change locations; none may go meanwhile. [ui-thread]
+/// A plug-in that is asked may change locations: those that the walk has come by count as they
+/// were, and so do the matrices above where it is. The next walk finds all as they are. None may go
+/// meanwhile. [ui-thread]
 class MergedExtentWalk {
 public:
     /// Leaves out `excluded`, which may be null, with all below it.

@@ -21,7 +21,8 @@ struct WorldMatrix {
 
 /// Remembers the matrices on the line of ancestors of the location that was asked about last. In a
 /// walk from parents to children the next one's parent mostly stands on it, and otherwise much of
-/// its line. No location may change or go meanwhile.
+/// its line. Locations may change meanwhile: what is remembered of them stays what it was. None may
+/// go.
 class WorldMatrices {
 public:
     /// Valid until the next call.

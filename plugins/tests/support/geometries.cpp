@@ -6,6 +6,7 @@
 #include "VlAttribute/StringAttribute.h"
 
 #include <span>
+#include <string>
 
 using namespace VlAttribute;
 
@@ -38,6 +39,27 @@ GroupAttribute cubeLocation(float edge, const GroupAttribute& material) {
         points,
         {{0, 4, 6, 2}, {1, 3, 7, 5}, {0, 1, 5, 4}, {2, 6, 7, 3}, {0, 2, 3, 1}, {4, 5, 7, 6}},
         material);
+}
+
+GroupAttribute cubeWithHoleLocation() {
+    // A TGA file, four by four pixels of blue, green, red and alpha.
+    constexpr char kHeader[18] = {0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 4, 0, 4, 0, 32, 8};
+    std::string file(kHeader, sizeof(kHeader));
+    for (int pixel = 0; pixel < 16; ++pixel) {
+        const bool isInside = (pixel % 4) % 3 != 0 && (pixel / 4) % 3 != 0;
+        file += {0, 0, '\xff', isInside ? '\0' : '\xff'};
+    }
+    // All other sides show nothing but the rim of the picture.
+    std::vector<float> st;
+    for (int corner = 0; corner < 8; ++corner) {
+        const bool isInFront = (corner & 4) != 0;
+        st.push_back(isInFront && (corner & 1) != 0 ? 1.0f : 0.0f);
+        st.push_back(isInFront && (corner & 2) != 0 ? 1.0f : 0.0f);
+    }
+    GroupBuilder builder;
+    builder.update(cubeLocation(2.0f, {{"textureData", StringAttribute(file)}}));
+    builder.set("geometry.point.st", FloatAttribute(std::span<const float>(st), 2));
+    return builder.build();
 }
 
 DoubleAttribute matrixAttribute(const Imath::M44d& matrix) {

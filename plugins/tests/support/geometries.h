@@ -17,5 +17,9 @@ VlAttribute::GroupAttribute meshLocation(const std::vector<float>& points,
 VlAttribute::GroupAttribute cubeLocation(float edge = 1.0f,
                                          const VlAttribute::GroupAttribute& material = {});
 
+/// A red cube of edge 2 around the origin whose side towards +z has a hole in its picture, half as
+/// wide as the side.
+VlAttribute::GroupAttribute cubeWithHoleLocation();
+
 VlAttribute::DoubleAttribute matrixAttribute(const Imath::M44d& matrix);
 Imath::M44d translation(double x, double y, double z);

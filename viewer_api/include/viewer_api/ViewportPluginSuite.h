@@ -80,7 +80,11 @@ typedef struct ViewportPluginSuite {
 
     /* Picks the region by other means than colour ids. On a non-zero answer `*picked` is a
      * GroupAttribute with one reference for the caller, or null, and `*depth` the window depth
-     * (0 to 1) if `depth` is not null. Zero: nothing is written, and the host picks by colour.
+     * (0 to 1) if `depth` is not null. Zero: nothing is written, and the host picks by colour at
+     * once, before it calls any other entry: it makes the GL context current, binds its surface,
+     * and for each pass (one, or several of a deep pick) clears that and calls pickerDraw. Neither
+     * comes where the surface is being drawn to already, as in a pick from within pickerDraw, and
+     * where a layer's picking cache has the answer.
      * [ui-thread] */
     int (*customPick)(void* instance, int x, int y, int width, int height, int deepPicking,
                       VlAttributeStruct** picked, float* depth);
