@@ -30,6 +30,9 @@ FakeLayer& layerOf(void* handle) {
 FakeCamera& cameraOf(void* handle) {
     return *static_cast<FakeCamera*>(handle);
 }
+FakeManipulator& manipulatorOf(void* handle) {
+    return *static_cast<FakeManipulator*>(handle);
+}
 
 template <typename Object>
 void writeTriple(Object* object, void** host, void** instance, const void** suite) {
@@ -74,9 +77,9 @@ ViewerDelegateHostSuite makeDelegateSuite() {
                    : nullptr;
     };
     suite.getWorldXform = [](void* host, const char*, int view) {
-        return view == kVlViewerDelegateLookThrough
-                   ? delegateOf(host).worldXform.getRetainedHandle()
-                   : nullptr;
+        const FakeDelegate& delegate = delegateOf(host);
+        return (view == kVlViewerDelegateLookThrough ? delegate.worldXform : delegate.primaryXform)
+            .getRetainedHandle();
     };
     return suite;
 }
@@ -240,14 +243,64 @@ OptionIdGeneratorHostSuite makeOptionSuite() {
     return suite;
 }
 
+ManipulatorHostSuite makeManipulatorSuite() {
+    ManipulatorHostSuite suite{};
+    suite.getViewport = [](void* host, void** viewport, void** instance, const void** table) {
+        writeTriple(manipulatorOf(host).viewport, viewport, instance, table);
+    };
+    suite.getLocationPaths = [](void* host) {
+        return VlAttribute::StringAttribute(manipulatorOf(host).paths).detach();
+    };
+    suite.isEditable = [](void*) { return 1; };
+    suite.calculateXform = [](void*) -> VlAttributeStruct* { return nullptr; };
+    suite.getValue = [](void*, const char*, const char*) -> VlAttributeStruct* { return nullptr; };
+    suite.setValue = [](void*, const char*, const char*, VlAttributeStruct*, int) { return 1; };
+    suite.addManipulatorHandle = [](void* host, const char*, const char*, void** handle,
+                                    void** instance, const void** table) {
+        auto& handles = manipulatorOf(host).handles;
+        handles.push_back(std::make_unique<FakeHandle>());
+        *handle = handles.back().get();
+        *instance = nullptr;
+        *table = nullptr;
+    };
+    suite.getManipulatorHandleByIndex = [](void* host, std::uint32_t index, void** handle,
+                                           void** instance, const void** table) {
+        *handle = at(manipulatorOf(host).handles, index);
+        *instance = nullptr;
+        *table = nullptr;
+    };
+    suite.openManipulationGroup = [](void* host, const char* path) {
+        FakeManipulator& manipulator = manipulatorOf(host);
+        if (manipulator.failingGroup == path) {
+            throw std::runtime_error("no group for " + manipulator.failingGroup);
+        }
+        manipulator.openGroups.emplace_back(path);
+    };
+    suite.closeManipulationGroup = [](void* host, const char* path) {
+        std::erase(manipulatorOf(host).openGroups, path);
+    };
+    return suite;
+}
+
+ManipulatorHandleHostSuite makeHandleSuite() {
+    ManipulatorHandleHostSuite suite{};
+    suite.setLocalXform = [](void*, VlAttributeStruct*) {};
+    suite.isMarked = [](void* handle) -> int { return static_cast<FakeHandle*>(handle)->isMarked; };
+    suite.setEngaged = [](void* handle, int engaged) {
+        static_cast<FakeHandle*>(handle)->isEngaged = engaged != 0;
+        return 1;
+    };
+    return suite;
+}
+
 const void* findHostSuite(const char* name, std::uint32_t version) {
     static const ViewerDelegateHostSuite delegateSuite = makeDelegateSuite();
     static const ViewportHostSuite viewportSuite = makeViewportSuite();
     static const ViewportLayerHostSuite layerSuite = makeLayerSuite();
     static const ViewportCameraHostSuite cameraSuite = makeCameraSuite();
     static const ViewerDelegateComponentHostSuite componentSuite{};
-    static const ManipulatorHostSuite manipulatorSuite{};
-    static const ManipulatorHandleHostSuite manipulatorHandleSuite{};
+    static const ManipulatorHostSuite manipulatorSuite = makeManipulatorSuite();
+    static const ManipulatorHandleHostSuite manipulatorHandleSuite = makeHandleSuite();
     static const OptionIdGeneratorHostSuite optionSuite = makeOptionSuite();
     static const struct {
         std::string name;

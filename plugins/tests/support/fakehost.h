@@ -31,6 +31,8 @@ struct FakeDelegate {
     /// Of every location in the look-through view.
     VlAttribute::GroupAttribute attributes;
     VlAttribute::DoubleAttribute worldXform;
+    /// Of every location in the primary view.
+    VlAttribute::DoubleAttribute primaryXform;
     const ViewerDelegatePluginSuite* suite = nullptr;
     void* instance = nullptr;
 };
@@ -78,6 +80,21 @@ struct FakeViewport {
     std::vector<std::unique_ptr<FakeCamera>> cameras;
     FakeCamera* activeCamera = nullptr;
     Imath::M44d identity;
+};
+
+struct FakeHandle {
+    bool isMarked = false;
+    bool isEngaged = false;
+};
+
+/// An editable manipulator in the middle of the world.
+struct FakeManipulator {
+    FakeViewport* viewport = nullptr;
+    std::vector<std::string> paths;
+    std::vector<std::unique_ptr<FakeHandle>> handles;
+    /// The manipulation groups that are open, and the location whose can't be opened.
+    std::vector<std::string> openGroups;
+    std::string failingGroup;
 };
 
 /// The plug-in host that libraries get.
