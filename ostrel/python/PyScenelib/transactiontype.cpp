@@ -26,8 +26,8 @@ const char recookLocationDocumentation[] =
     "recookLocation(id, path)\n\n"
     "Has a location of an op cooked again and reported to those who view it, also through other\n"
     "ops and also when nothing has changed there: only a report takes away a value that a\n"
-    "viewer shows on top of a location. Nothing happens where the op has cooked no such\n"
-    "location. Raises ValueError when there is no such op.";
+    "viewer shows on top of a location. What the op has not cooked yet stands for that\n"
+    "of its inputs. Raises ValueError when there is no such op.";
 
 PyObject* recordCreateOp(Transaction& transaction, PyObject* args, PyObject* keywords) {
     static const char* names[] = {"opType", "args", "inputs", nullptr};

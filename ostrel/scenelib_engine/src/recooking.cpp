@@ -117,6 +117,12 @@ void Recooking::recookLocation(GraphOp& op, const LocationNames& names) {
         CookNode* child = index == ChildList::kNone ? nullptr : &block->child(index);
         node = child && child->isCooked() ? child->resolve() : nullptr;
         if (!node) {
+            // It may be about to show what clients have been told of an input.
+            for (GraphOp* input : op.inputs) {
+                if (input) {
+                    recookLocation(*input, names);
+                }
+            }
             return;
         }
     }

@@ -31,7 +31,7 @@ public:
     void setArgs(GraphOp& op, const VlAttribute::GroupAttribute& args);
     void setInputs(GraphOp& op, std::vector<GraphOp*> inputs);
     /// Has what the op shows at a path cooked again, and so reported whatever comes of it; where
-    /// nothing has been cooked yet, nothing happens.
+    /// it has not cooked that yet, what its inputs show there.
     void recookLocation(GraphOp& op, const LocationNames& names);
     /// Drops everything that the op has cooked; what clients view is cooked anew.
     void dropMemo(GraphOp& op);

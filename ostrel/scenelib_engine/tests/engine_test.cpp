@@ -196,6 +196,13 @@ TEST(ApplicationGraph, aLocationThatIsCookedAgainIsReportedWhateverComesOfIt) {
     }
     EXPECT_TRUE(Graph::isCommitCooked(commit));
 
+    const int uncooked = transaction.createOp("no-op", {}, {passed});
+    transaction.recookLocation(uncooked, "/root/a");
+    transaction.commit();
+    for (const auto& client : clients) {
+        EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/a")) << "what it is about to show";
+    }
+
     for (const char* path : {"/root/a/b", "/root/x", "/other", "", "root", "/root/"}) {
         transaction.recookLocation(passed, path);
         transaction.commit();

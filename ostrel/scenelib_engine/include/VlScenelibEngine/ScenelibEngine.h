@@ -39,7 +39,8 @@ public:
     void setOpInputs(int opId, const std::vector<int>& inputs);
     /// Has a location of the op cooked again and reported to the clients that view it, also through
     /// other ops and also when nothing has changed there: only a report takes away a value that a
-    /// viewer shows on top of a location. Nothing happens when the op has not cooked such a
+    /// viewer shows on top of a location. What the op has not cooked yet stands for that of its
+    /// inputs, which clients may have been told; nothing happens where nobody has cooked such a
     /// location. Throws when there is no such op.
     void recookLocation(int opId, const std::string& path);
     /// Applies what was recorded, in order, and empties the transaction. Returns the commit id.
