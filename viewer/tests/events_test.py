@@ -1,13 +1,7 @@
 """What the viewer's windows, of either toolkit, tell a viewport of mouse and keys."""
-import os
-import shutil
-import subprocess
-import sys
-import tempfile
 import unittest
 
-from keys_test import VIEWER, hasModule
-from window_test import Screen
+from windowscripts import VIEWER, WindowScriptTest, needsQt, needsScreen, needsTk
 
 EXPECTED = """mousePress 10,20 left held=left with=shift
 mouseMove 12,25 held=left with=shift
@@ -91,27 +85,15 @@ for name, state in (("<KeyPress-f>", 0), ("<KeyPress-Home>", 0x8), ("<KeyRelease
 """
 
 
-class EventsTest(unittest.TestCase):
-    def setUp(self):
-        self.folder = tempfile.mkdtemp()
-        self.addCleanup(shutil.rmtree, self.folder)
-
-    def check(self, script, **environment):
-        output = subprocess.check_output([sys.executable, "-c", script],
-                                         env=dict(os.environ, XDG_RUNTIME_DIR=self.folder,
-                                                  **environment))  # or Qt complains
-        self.assertEqual(output.decode("ascii").splitlines(), EXPECTED.splitlines())
-
-    @unittest.skipUnless(hasModule("PySide2.QtWidgets"), "no Qt")
+class EventsTest(WindowScriptTest):
+    @needsQt
     def testQtWindowTellsEvents(self):
-        self.check(QT, QT_QPA_PLATFORM="offscreen")
+        self.assertEqual(self.runOffscreen(QT), EXPECTED.splitlines())
 
-    @unittest.skipUnless(os.path.exists("/usr/bin/Xvfb"), "no Xvfb")
-    @unittest.skipUnless(hasModule("tkinter" if sys.version_info[0] >= 3 else "Tkinter"), "no Tk")
+    @needsScreen
+    @needsTk
     def testTkWindowTellsEvents(self):
-        screen = Screen(self.folder, 100, 100)
-        self.addCleanup(screen.close)
-        self.check(TK, DISPLAY=screen.display)
+        self.assertEqual(self.runOnScreen(TK), EXPECTED.splitlines())
 
 
 if __name__ == "__main__":

@@ -1,14 +1,7 @@
 """What keys do in the viewer's windows, of either toolkit."""
-import os
-import shutil
-import subprocess
-import sys
-import tempfile
 import unittest
 
-from window_test import Screen
-
-VIEWER = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+from windowscripts import VIEWER, WindowScriptTest, needsQt, needsScreen, needsTk
 
 # Both print what the keys led to.
 COMMON = """
@@ -85,21 +78,9 @@ print(window._root.title())
 """
 
 
-def hasModule(name):
-    with open(os.devnull, "w") as nowhere:
-        return subprocess.call([sys.executable, "-c", "import " + name], stderr=nowhere) == 0
-
-
-class KeysTest(unittest.TestCase):
-    def setUp(self):
-        self.folder = tempfile.mkdtemp()
-        self.addCleanup(shutil.rmtree, self.folder)
-
-    def check(self, script, **environment):
-        output = subprocess.check_output([sys.executable, "-c", script],
-                                         env=dict(os.environ, XDG_RUNTIME_DIR=self.folder,
-                                                  **environment))  # or Qt complains
-        calls, title = output.decode("ascii").splitlines()
+class KeysTest(WindowScriptTest):
+    def check(self, lines):
+        calls, title = lines
         self.assertEqual(calls.split(), ["undo", "redo", "redo", "collapsed=1", "boxes=0", "proxies=0",
                                          "frame=6", "frame=7", "frame=6",
                                          "manipulator=TranslateManipulator",
@@ -109,16 +90,14 @@ class KeysTest(unittest.TestCase):
                                          "close"])
         self.assertEqual(title, "model, frame 6")
 
-    @unittest.skipUnless(hasModule("PySide2.QtWidgets"), "no Qt")
+    @needsQt
     def testQtWindowHeedsKeys(self):
-        self.check(QT, QT_QPA_PLATFORM="offscreen")
+        self.check(self.runOffscreen(QT))
 
-    @unittest.skipUnless(os.path.exists("/usr/bin/Xvfb"), "no Xvfb")
-    @unittest.skipUnless(hasModule("tkinter" if sys.version_info[0] >= 3 else "Tkinter"), "no Tk")
+    @needsScreen
+    @needsTk
     def testTkWindowHeedsKeys(self):
-        screen = Screen(self.folder, 100, 100)
-        self.addCleanup(screen.close)
-        self.check(TK, DISPLAY=screen.display)
+        self.check(self.runOnScreen(TK))
 
 
 if __name__ == "__main__":
