@@ -1,6 +1,6 @@
 #include "VlScenelibEngine/Awaited.h"
 
-#include <utility>
+#include <algorithm>
 
 namespace VlScenelibEngine {
 
@@ -9,24 +9,29 @@ bool Awaited::isThere() const {
     return isMade;
 }
 
-bool Awaited::notifyWhenThere(std::function<void()> notify) {
+bool Awaited::notifyWhenThere(const std::shared_ptr<const Notice>& notice) {
     const std::lock_guard lock(mutex);
-    if (!isMade) {
-        waiting.push_back(std::move(notify));
+    if (!isMade && std::ranges::find(waiting, notice) == waiting.end()) {
+        waiting.push_back(notice);
     }
     return !isMade;
 }
 
 void Awaited::setThere() {
-    std::vector<std::function<void()>> notified;
+    std::vector<std::shared_ptr<const Notice>> notified;
     {
         const std::lock_guard lock(mutex);
         isMade = true;
         notified.swap(waiting);
     }
-    for (const std::function<void()>& notify : notified) {
-        notify();
+    for (const std::shared_ptr<const Notice>& notice : notified) {
+        (*notice)();
     }
+}
+
+std::size_t Awaited::getNumberOfNotices() const {
+    const std::lock_guard lock(mutex);
+    return waiting.size();
 }
 
 } // namespace VlScenelibEngine

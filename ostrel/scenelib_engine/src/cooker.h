@@ -5,7 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
+#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -19,7 +19,8 @@ namespace VlScenelibEngine {
 class Cooker {
 public:
     /// `arrivalNotice` is called, on any thread, when something is there for which cooks wait.
-    explicit Cooker(std::function<void()> arrivalNotice) : notice(std::move(arrivalNotice)) {}
+    explicit Cooker(Awaited::Notice arrivalNotice)
+        : notice(std::make_shared<const Awaited::Notice>(std::move(arrivalNotice))) {}
 
     struct Place {
         /// Resolved; null when there is no such location.
@@ -49,12 +50,15 @@ public:
     /// A number that no other result bears.
     [[nodiscard]] static std::uint64_t makeVersion() noexcept;
 
-    [[nodiscard]] const std::function<void()>& getArrivalNotice() const noexcept { return notice; }
+    /// One for all cooks, so that what many wait for, or one again and again, notifies once.
+    [[nodiscard]] const std::shared_ptr<const Awaited::Notice>& getArrivalNotice() const noexcept {
+        return notice;
+    }
 
     [[nodiscard]] std::uint64_t getNumberOfCooks() const noexcept { return numberOfCooks.get(); }
 
 private:
-    std::function<void()> notice;
+    std::shared_ptr<const Awaited::Notice> notice;
     /// Cooks that came to a result so far: what tests count.
     SharedCounter numberOfCooks;
 };

@@ -27,6 +27,8 @@ using VlAttribute::StringAttribute;
 
 class Parcel final : public Awaited {
 public:
+    using Awaited::getNumberOfNotices;
+
     void deliver(int content) {
         value = content;
         setThere();
@@ -211,6 +213,41 @@ TEST_F(Await, severalClientsWaitForOne) {
         EXPECT_THAT(scene.fetch(client),
                     testing::UnorderedElementsAre("+/root", "+/root/later", "+/root/now"));
     }
+}
+
+// As each frame of a drag has it while a model is read.
+TEST_F(Await, editsMeanwhileTryAgainAndAddNoNotices) {
+    const auto client = view(op);
+    untilTried();
+    const std::shared_ptr<Parcel> parcel = receiver->order();
+    const auto literal = scene.createOp("Scene.Literal");
+    const auto other = view(literal);
+    for (int i = 1; i <= 20; ++i) {
+        const int tries = receiver->numberOfTries;
+        scene.setArgs(literal, "Scene.Literal", literalArgs({{"/root/a", i}}));
+        untilTried(tries);
+    }
+    EXPECT_EQ(parcel->getNumberOfNotices(), 1U);
+    parcel->deliver(7);
+    EXPECT_THAT(scene.fetch(client), testing::Contains("+/root/later"));
+    EXPECT_EQ(parcel->getNumberOfNotices(), 0U);
+}
+
+TEST(Awaited, callsEachNoticeOnce) {
+    Parcel parcel;
+    int first = 0;
+    int second = 0;
+    const auto one = std::make_shared<const Awaited::Notice>([&] { ++first; });
+    const auto two = std::make_shared<const Awaited::Notice>([&] { ++second; });
+    for (const auto& notice : {one, two, one, one}) {
+        EXPECT_TRUE(parcel.notifyWhenThere(notice));
+    }
+    EXPECT_EQ(first + second, 0);
+    parcel.deliver(7);
+    EXPECT_EQ(first, 1);
+    EXPECT_EQ(second, 1);
+    EXPECT_FALSE(parcel.notifyWhenThere(one));
+    EXPECT_EQ(first, 1);
 }
 
 TEST_F(Await, anEngineEndsWhileItWaitsAndWhatComesThenHurtsNobody) {

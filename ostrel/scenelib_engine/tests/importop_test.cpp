@@ -15,13 +15,16 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <memory>
+#include <thread>
 
 namespace {
 
@@ -310,6 +313,25 @@ TEST_F(ImportOpTest, whatNobodyWantsAnyMoreIsNotReadToItsEnd) {
     client->setLocationsInactive(StringAttribute("/root"));
     EXPECT_TRUE(engine->waitUntilIdle(std::chrono::minutes(1)));
     client->setLocationsActive(StringAttribute("/root"));
+    EXPECT_TRUE(fetch().contains("/root/large_obj/mesh299"));
+}
+
+// What its threads were doing goes on in the process that they were started in.
+TEST_F(ImportOpTest, aForkedProcessEndsAndLeavesAloneWhatIsRead) {
+    const auto transaction = runtime->createTransaction();
+    transaction->setOpArgs(op, "Geometry.Import",
+                           argsOf(write("large.obj", manyMeshes(300, 1000))));
+    runtime->commit(transaction);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    siginfo_t info{};
+    while (waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) != 0) { // none is reading yet
+        ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+        std::this_thread::yield();
+    }
+    constexpr unsigned kDeadlineSeconds = 30; // or a signal ends it
+    // With whatever status: to a leak checker all that the threads knew is lost there.
+    EXPECT_EXIT((alarm(kDeadlineSeconds), std::exit(0)),
+                [](int status) { return WIFEXITED(status); }, "");
     EXPECT_TRUE(fetch().contains("/root/large_obj/mesh299"));
 }
 

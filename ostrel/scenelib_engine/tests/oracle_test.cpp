@@ -1,9 +1,9 @@
 #include "enginescene.h"
 #include "plainscene.h"
+#include "randomops.h"
 #include "testops.h"
 #include "toldlocations.h"
 
-#include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <map>
 #include <optional>
-#include <random>
 #include <set>
 #include <string>
 #include <tuple>
@@ -20,7 +19,6 @@
 namespace {
 
 using VlAttribute::GroupAttribute;
-using VlAttribute::GroupBuilder;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 using VlScenelib::LocationData;
@@ -60,7 +58,8 @@ std::string describe(const GroupAttribute& group) {
 class Oracle {
 public:
     Oracle(const OracleShape& oracleShape, int workers, unsigned oracleSeed)
-        : shape(oracleShape), seed(oracleSeed), random(oracleSeed), scene(workers) {
+        : shape(oracleShape), seed(oracleSeed),
+          random(oracleShape.names, oracleShape.depth, oracleSeed), scene(workers) {
         registerTestOps();
         for (int i = 0; i < shape.ops; ++i) {
             ops.push_back({scene.createOp("no-op"), "no-op", GroupAttribute::Empty(), {}});
@@ -72,24 +71,24 @@ public:
 
     void run() {
         for (step = 0; step < shape.steps && !testing::Test::HasFailure(); ++step) {
-            if (chance(25)) {
+            if (random.chance(25)) {
                 editGraph();
-            } else if (chance(4)) {
+            } else if (random.chance(4)) {
                 scene.runtime->flushCaches();
                 log("flush");
-            } else if (chance(3)) {
+            } else if (random.chance(3)) {
                 replaceClient();
-            } else if (chance(3)) {
+            } else if (random.chance(3)) {
                 replaceOp();
             } else {
                 request();
             }
-            if (chance(30)) {
+            if (random.chance(30)) {
                 // Whatever has been cooked by now.
-                ClientModel& client = clients[pick(clients.size())];
-                fetch(client, chance(50) ? -1 : static_cast<int>(pick(4)) + 1, false);
+                ClientModel& client = clients[random.pick(clients.size())];
+                fetch(client, random.chance(50) ? -1 : static_cast<int>(random.pick(4)) + 1, false);
             }
-            if (std::uniform_real_distribution<double>(0, 100)(random) < shape.checkPercent) {
+            if (random.chance(shape.checkPercent)) {
                 check();
             }
         }
@@ -118,161 +117,24 @@ private:
         ToldLocations told;
     };
 
-    std::size_t pick(std::size_t count) {
-        return std::uniform_int_distribution<std::size_t>(0, count - 1)(random);
-    }
-    bool chance(int percent) { return static_cast<int>(pick(100)) < percent; }
-    std::string pickName() { return shape.names[pick(shape.names.size())]; }
-
-    std::string pickPath() {
-        if (chance(3)) {
-            return chance(50) ? "/elsewhere" : "not a path";
-        }
-        std::string path = "/root";
-        for (std::size_t depth = pick(static_cast<std::size_t>(shape.depth) + 1); depth > 0;
-             --depth) {
-            path += "/" + pickName();
-        }
-        return path;
-    }
-
-    /// Edits of locations that are there and of some that are not; of a number, or of the group in
-    /// which "Test.Far" shows what it read.
-    GroupAttribute randomEdits(const GroupAttribute& before) {
-        GroupBuilder edits;
-        edits.update(before);
-        for (std::size_t count = pick(3) + 1; count > 0; --count) {
-            std::string level;
-            for (std::size_t depth = pick(static_cast<std::size_t>(shape.depth) + 1); depth > 0;
-                 --depth) {
-                level += "c." + pickName() + ".";
-            }
-            static const std::vector<const char*> attributes{"v", "w", "far.v", "far"};
-            const std::string name = level + "a." + attributes[pick(attributes.size())];
-            if (chance(30)) {
-                edits.del(name);
-            } else if (chance(10)) {
-                edits.set(name, GroupAttribute::Empty());
-            } else {
-                edits.set(name, IntAttribute(static_cast<int>(pick(3))));
-            }
-        }
-        return edits.build();
-    }
-
-    GroupAttribute randomWorkingSet() {
-        GroupBuilder set;
-        for (const char* list : {"include", "exclude"}) {
-            std::vector<std::string> paths;
-            for (std::size_t count = pick(3); count > 0; --count) {
-                paths.push_back(pickPath());
-            }
-            set.set(list, StringAttribute(paths));
-        }
-        set.set("childrenInherit", IntAttribute(chance(70)));
-        set.set("polish", IntAttribute(chance(70)));
-        return set.build();
-    }
-
-    GroupAttribute randomLevel(int depth) {
-        GroupBuilder level;
-        level.set("a", GroupAttribute::Empty());
-        level.set("a.v", IntAttribute(static_cast<int>(pick(3))));
-        for (std::size_t i = 0; depth > 0 && i < shape.names.size(); ++i) {
-            const std::string name = pickName();
-            if (chance(55)) {
-                level.set("c." + name, randomLevel(depth - 1));
-            }
-        }
-        return level.build();
-    }
-
-    void setRandomArgs(OpModel& model) {
-        static const std::vector<const char*> types{"no-op",
-                                                    "Scene.Literal",
-                                                    "Scene.Literal",
-                                                    "Scene.Literal",
-                                                    "Scene.Literal",
-                                                    "Scene.Merge",
-                                                    "Scene.Merge",
-                                                    "Scene.Merge",
-                                                    "Scene.Edit",
-                                                    "Scene.Edit",
-                                                    "Test.Stamp",
-                                                    "Test.Filter",
-                                                    "Test.Far",
-                                                    "Test.Throw",
-                                                    "Test.Swap",
-                                                    "Test.Late",
-                                                    "Test.Late",
-                                                    "Test.Unknown",
-                                                    "WorkingSet.MultipleOnePassResolve",
-                                                    "WorkingSet.MultipleOnePassResolve",
-                                                    "WorkingSet.Prune",
-                                                    "WorkingSet.Prune",
-                                                    "HierarchyCollapse"};
-        if (chance(20)) {
-            model.type = types[pick(types.size())];
-        }
-        GroupBuilder args;
-        args.set("stamp", IntAttribute(static_cast<int>(pick(2))));
-        args.set("mark", IntAttribute(static_cast<int>(pick(2))));
-        args.set("hide", StringAttribute(pickName()));
-        args.set("name", StringAttribute(chance(5) ? std::string("root") : pickName()));
-        args.set("path", StringAttribute(pickPath()));
-        if (model.type == "Scene.Literal" && !chance(10)) {
-            const bool isSmallEdit = model.args.getChildByName("staticScene").isValid();
-            GroupBuilder level;
-            level.update(isSmallEdit && chance(60)
-                             ? GroupAttribute(model.args.getChildByName("staticScene"))
-                             : randomLevel(shape.depth));
-            const std::string name = pickName();
-            if (chance(50)) {
-                level.set("c." + name + ".a.v", IntAttribute(static_cast<int>(pick(3))));
-            } else if (chance(50)) {
-                level.set("c." + name, randomLevel(shape.depth - 1));
-            } else {
-                level.del("c." + name);
-            }
-            args.set("staticScene", level.build());
-        }
-        if (!chance(10)) {
-            args.set("groupName", StringAttribute("sets"));
-        }
-        if (!chance(10)) {
-            args.set("outputGroupName", StringAttribute("sets"));
-        }
-        for (const char* name : {"workingSetsInfo.one", "workingSetsInfo.two"}) {
-            if (model.type == "WorkingSet.MultipleOnePassResolve" && chance(60)) {
-                args.set(name, randomWorkingSet());
-            }
-        }
-        if (model.type == "Scene.Edit" && !chance(10)) {
-            args.set("edits",
-                     randomEdits(chance(80) ? GroupAttribute(model.args.getChildByName("edits"))
-                                            : GroupAttribute()));
-        }
-        model.args = args.build();
-    }
-
     void editGraph() {
         ++cancels;
         const auto transaction = scene.runtime->createTransaction();
-        for (std::size_t edits = pick(3) + 1; edits > 0; --edits) {
-            const std::size_t index = pick(ops.size());
+        for (std::size_t edits = random.pick(3) + 1; edits > 0; --edits) {
+            const std::size_t index = random.pick(ops.size());
             OpModel& model = ops[index];
-            if (chance(60)) {
-                setRandomArgs(model);
+            if (random.chance(60)) {
+                random.edit(model.type, model.args);
                 transaction->setOpArgs(model.op, model.type, model.args);
                 log("args of op " + std::to_string(index) + " " + model.type);
-            } else if (chance(60)) {
+            } else if (random.chance(60)) {
                 // From earlier ops alone, so that there is no cycle.
                 model.inputs.clear();
                 std::vector<EngineScene::OpPtr> inputs;
                 std::string line = "inputs of op " + std::to_string(index) + ":";
                 for (std::size_t i = 0; i < 3; ++i) {
-                    if (index > 0 && chance(60)) {
-                        model.inputs.push_back(static_cast<int>(pick(index)));
+                    if (index > 0 && random.chance(60)) {
+                        model.inputs.push_back(static_cast<int>(random.pick(index)));
                         inputs.push_back(ops[static_cast<std::size_t>(model.inputs.back())].op);
                         line += " " + std::to_string(model.inputs.back());
                     }
@@ -280,12 +142,12 @@ private:
                 transaction->setOpInputs(model.op, inputs);
                 log(line);
             } else {
-                const std::size_t which = pick(clients.size());
+                const std::size_t which = random.pick(clients.size());
                 ClientModel& client = clients[which];
                 // Mostly one op for all, so that clients share views.
-                client.op = chance(10)   ? -1
-                            : chance(70) ? static_cast<int>(ops.size()) - 1
-                                         : static_cast<int>(pick(ops.size()));
+                client.op = random.chance(10)   ? -1
+                            : random.chance(70) ? static_cast<int>(ops.size()) - 1
+                                                : static_cast<int>(random.pick(ops.size()));
                 transaction->setClientOp(
                     client.client,
                     client.op < 0 ? nullptr : ops[static_cast<std::size_t>(client.op)].op);
@@ -296,17 +158,17 @@ private:
     }
 
     void request() {
-        const std::size_t which = pick(clients.size());
+        const std::size_t which = random.pick(clients.size());
         ClientModel& client = clients[which];
-        const std::string path = pickPath();
+        const std::string path = random.pickPath();
         const std::string line = "client " + std::to_string(which) + " ";
-        if (chance(8)) {
+        if (random.chance(8)) {
             client.allOpen = !client.allOpen;
             cancels += client.allOpen ? 0 : 1;
             client.client->setAllOpen(client.allOpen);
             log(line + "all open " + std::to_string(client.allOpen));
-        } else if (chance(40)) {
-            if (chance(60)) {
+        } else if (random.chance(40)) {
+            if (random.chance(60)) {
                 client.active.emplace(path, false);
                 client.client->setLocationsActive(paths({path}));
                 log(line + "active " + path);
@@ -315,7 +177,7 @@ private:
                 client.client->setLocationsInactive(paths({path}));
                 log(line + "inactive " + path);
             }
-        } else if (chance(60)) {
+        } else if (random.chance(60)) {
             client.open.insert(path);
             client.client->setLocationsOpen(paths({path}));
             log(line + "open " + path);
@@ -330,13 +192,13 @@ private:
         ClientModel client;
         client.op = static_cast<int>(ops.size()) - 1;
         client.client = scene.createClient(ops.back().op);
-        client.caching = chance(50);
+        client.caching = random.chance(50);
         client.client->setEventCachingEnabled(client.caching);
         clients.push_back(std::move(client));
     }
 
     void replaceClient() {
-        const std::size_t which = pick(clients.size());
+        const std::size_t which = random.pick(clients.size());
         clients.erase(clients.begin() + static_cast<std::ptrdiff_t>(which));
         addClient();
         log("replaced client " + std::to_string(which));
@@ -344,7 +206,7 @@ private:
 
     /// An op that nobody has as an input or views is dropped, and another takes its place.
     void replaceOp() {
-        const std::size_t which = pick(ops.size());
+        const std::size_t which = random.pick(ops.size());
         for (const OpModel& model : ops) {
             for (const int input : model.inputs) {
                 if (input == static_cast<int>(which)) {
@@ -511,7 +373,7 @@ private:
             }
         }
         for (int i = 0; i < 5; ++i) {
-            const std::string path = pickPath();
+            const std::string path = random.pickPath();
             const bool isCooked = client.op >= 0 && wants(client, path) && locate(client, path);
             const bool isKnownMissing =
                 client.op >= 0 && client.active.contains(path) && !locate(client, path);
@@ -568,7 +430,7 @@ private:
 
     const OracleShape& shape;
     unsigned seed;
-    std::mt19937 random;
+    RandomOps random;
     EngineScene scene;
     std::vector<OpModel> ops;
     std::vector<ClientModel> clients;

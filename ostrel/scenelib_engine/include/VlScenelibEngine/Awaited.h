@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -19,19 +21,24 @@ public:
     Awaited(const Awaited&) = delete;
     Awaited& operator=(const Awaited&) = delete;
 
+    using Notice = std::function<void()>;
+
     [[nodiscard]] bool isThere() const;
-    /// Has `notify` called, once, on whatever thread, when it is there. When it is already, returns
-    /// false and calls nothing. [any-thread]
-    [[nodiscard]] bool notifyWhenThere(std::function<void()> notify);
+    /// Has `notice` called, on whatever thread, when it is there: once, also when the same object
+    /// was given before, as by a cook that tries again. When it is already, returns false and calls
+    /// nothing. [any-thread]
+    [[nodiscard]] bool notifyWhenThere(const std::shared_ptr<const Notice>& notice);
 
 protected:
     /// For the one who makes it, once, after all that it holds is in place. [any-thread]
     void setThere();
+    /// Notices that have not been called yet: what tests count.
+    [[nodiscard]] std::size_t getNumberOfNotices() const;
 
 private:
     mutable std::mutex mutex;
     bool isMade = false;
-    std::vector<std::function<void()>> waiting;
+    std::vector<std::shared_ptr<const Notice>> waiting;
 };
 
 } // namespace VlScenelibEngine

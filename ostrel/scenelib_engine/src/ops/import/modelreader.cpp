@@ -51,6 +51,11 @@ void ModelReader::work() {
 }
 
 void ModelReader::stop() {
+    // A process that was forked off has none of the threads, may have the mutex locked, and would
+    // cancel what the first one reads.
+    if (getpid() != owner) {
+        return;
+    }
     {
         const std::lock_guard lock(mutex);
         isStopped = true;

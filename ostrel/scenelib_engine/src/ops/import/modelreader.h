@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace VlScenelibEngine {
@@ -17,7 +18,8 @@ namespace VlScenelibEngine {
 /// processes, so they are none of those that cook. [any-thread]
 class ModelReader {
 public:
-    /// Never destroyed; the threads end with the process.
+    /// Never destroyed; the threads end with the process that asked first. One that it forks off
+    /// has none.
     [[nodiscard]] static ModelReader& get();
 
     /// Has `read`, which waits for `process`, called on a thread, in the order of the calls. It
@@ -33,6 +35,7 @@ private:
     void work();
     void stop();
 
+    const pid_t owner = getpid();
     std::mutex mutex;
     std::condition_variable changed;
     std::deque<Task> waiting;
