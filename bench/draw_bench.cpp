@@ -10,13 +10,8 @@
 // something moves (a viewport's option), "fine" ones as the picture is when nothing does.
 
 #include "measure.h"
+#include "offscreenview.h"
 
-#include "optionidgenerator.h"
-#include "suites/hostsuites.h"
-#include "suites/optionidgeneratorhostsuite.h"
-#include "vlviewerdelegatehost.h"
-#include "vlviewportcamerahost.h"
-#include "vlviewporthost.h"
 #include "vlviewportlayerhost.h"
 #include "vlviewportpicker.h"
 
@@ -24,23 +19,16 @@
 #include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
-#include "VlPluginSystem/VlPluginSystem.h"
 #include "VlScenelibEngine/ScenelibEngine.h"
-#include "VlWindowSystem/Offscreen.h"
-#include "viewer_api/ViewportPluginSuite.h"
 
-#include <GL/glew.h>
 #include <Imath/ImathMatrix.h>
 #include <Imath/ImathVec.h>
 
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <memory>
+#include <exception>
 #include <numbers>
-#include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -53,8 +41,6 @@ using VlAttribute::GroupBuilder;
 using VlAttribute::IntAttribute;
 using VlScenelibEngine::ApplicationGraph::Transaction;
 
-constexpr int kWidth = 1280;
-constexpr int kHeight = 720;
 constexpr int kCubesInRow = 100;
 constexpr double kCubeDistance = 1.5;
 
@@ -183,75 +169,40 @@ GroupAttribute torus(int around, int across) {
              GroupAttribute{{"c", GroupAttribute{{"torus", GroupAttribute{{"a", mesh}}}}}}}};
 }
 
-std::uint64_t idOf(const char* name) {
-    const OptionIdGeneratorHostSuite* suite = getOptionIdGeneratorHostSuite();
-    return suite->generateOptionIdByName(suite->getOptionIdGenerator(), name);
-}
-
 /// A scene in an off-screen viewport with one MeshLayer.
 class Picture {
 public:
     Picture(const GroupAttribute& scene, const Camera& camera)
-        : delegate_(std::make_unique<VlViewerDelegateHostStruct>("SceneDelegate", nullptr)) {
-        delegate_->setup();
-        delegate_->setBoundingBoxesEnabled(false);
-        delegate_->addComponent("LocationExpander", "expander");
-        Transaction transaction;
-        const int literal = transaction.createOp("Scene.Literal", scene);
-        edit_ = transaction.createOp("Scene.Literal", editArgs(0.0));
-        const int merge = transaction.createOp("Scene.Merge", {}, {literal, edit_});
-        transaction.commit();
-        delegate_->setViewOp(merge);
-        do {
-            delegate_->processLocationEvents();
-            std::this_thread::yield();
-        } while (delegate_->isProcessing());
-
-        const int window = createOffscreen(kWidth, kHeight);
-        viewport_ = new VlViewportHostStruct("SceneViewport", "main", delegate_.get());
-        delegate_->addViewport(viewport_, "main");
-        viewport_->setup(window);
-        viewport_->addLayer("MeshLayer", "meshes");
-        VlViewportCameraHostStruct* view = viewport_->addCamera("PerspectiveCamera", "main");
-        viewport_->setActiveCamera(view);
-        viewport_->resize(kWidth, kHeight);
-        view->setFOV(45.0);
-        view->setNearFar(camera.near, camera.far);
-        view->setViewMatrix(viewMatrix(camera).getValue());
+        : edit_(createEdit()), view_(createScene(scene, edit_), {"MeshLayer"}) {
+        view_.getCamera().setNearFar(camera.near, camera.far);
+        view_.getCamera().setViewMatrix(viewMatrix(camera).getValue());
     }
 
-    /// A draft or a fine picture; see the top.
-    void setDraft(bool isDraft) {
-        viewport_->pluginSuite->setOption(viewport_->pluginHandle, idOf("draft"),
-                                          IntAttribute(isDraft ? 1 : 0).getRetainedHandle());
-    }
-
-    void frame() {
-        viewport_->draw();
-        viewport_->makeGLContextCurrent();
-        glFinish();
-    }
+    void setDraft(bool isDraft) { view_.setDraft(isDraft); }
+    void frame() { view_.draw(); }
 
     void select(const std::vector<std::string>& paths) {
         std::vector<const char*> texts;
         for (const std::string& path : paths) {
             texts.push_back(path.c_str());
         }
-        delegate_->setSelectedLocations(texts.data(), static_cast<std::uint32_t>(texts.size()));
+        view_.getDelegate().setSelectedLocations(texts.data(),
+                                                 static_cast<std::uint32_t>(texts.size()));
     }
 
     /// Adds a layer that keeps ids, and draws.
     void keepIds() {
-        cache_ = viewport_->addLayer("PickingLayer", "picks");
+        cache_ = view_.getViewport().addLayer("PickingLayer", "picks");
         frame();
     }
     /// How many locations are found.
     int pick(int x, int y, int size, bool isDeep = false) {
-        return static_cast<int>(
-            viewport_->getPickedObjects({x, y, size, size}, isDeep, nullptr).getNumberOfChildren());
+        return static_cast<int>(view_.getViewport()
+                                    .getPickedObjects({x, y, size, size}, isDeep, nullptr)
+                                    .getNumberOfChildren());
     }
     int pickKept(int x, int y) {
-        viewport_->makeGLContextCurrent();
+        view_.getViewport().makeGLContextCurrent();
         return static_cast<int>(
             cache_->getPickedObjects({x, y, 1, 1}, false, nullptr).getNumberOfChildren());
     }
@@ -261,11 +212,9 @@ public:
         Transaction transaction;
         transaction.setOpArgs(edit_, "Scene.Literal", editArgs(height));
         transaction.commit();
-        viewport_->setDirty(false);
-        while (!viewport_->isDirty) {
-            delegate_->processLocationEvents();
-            std::this_thread::yield();
-        }
+        view_.getViewport().setDirty(false);
+        bench::pumpUntil([this] { return view_.getViewport().isDirty; },
+                         [this] { view_.getDelegate().processLocationEvents(); });
     }
 
 private:
@@ -276,10 +225,23 @@ private:
             .build();
     }
 
-    std::unique_ptr<VlViewerDelegateHostStruct> delegate_;
-    VlViewportHostStruct* viewport_ = nullptr; // the delegate's
-    VlViewportLayerHostStruct* cache_ = nullptr;
-    int edit_ = 0;
+    static int createEdit() {
+        Transaction transaction;
+        const int edit = transaction.createOp("Scene.Literal", editArgs(0.0));
+        transaction.commit();
+        return edit;
+    }
+    static int createScene(const GroupAttribute& scene, int edit) {
+        Transaction transaction;
+        const int literal = transaction.createOp("Scene.Literal", scene);
+        const int merge = transaction.createOp("Scene.Merge", {}, {literal, edit});
+        transaction.commit();
+        return merge;
+    }
+
+    const int edit_;
+    bench::OffscreenView view_;
+    VlViewportLayerHostStruct* cache_ = nullptr; // the viewport's
 };
 
 void measureFrames(const std::string& scene, long n, Picture& picture, int frames) {
@@ -358,11 +320,7 @@ int main(int argc, char** argv) {
     const auto arguments = bench::Arguments::parse(argc, argv, {"W5", "W6"}, 31);
     const int frames = arguments.repetitions;
     try {
-        registerHostSuites();
-        VlScenelibEngine::registerScenelibEngine();
-        if (VlPluginSystem::loadDirectory(BUNDLED_PLUGINS) == 0) {
-            throw std::runtime_error("no plug-ins in " BUNDLED_PLUGINS);
-        }
+        bench::registerViewer();
         {
             Picture picture(cubes(), kCubesCamera);
             if (arguments.wants("W6")) {

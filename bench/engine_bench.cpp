@@ -19,8 +19,6 @@
 #include "VlScenelibEngine/ScenelibEngine.h"
 
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -101,20 +99,8 @@ void measureEngine(long leaves, bench::Sample& sample) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::vector<long> sizes = {10000, 100000, 1000000};
-    if (argc > 1) {
-        sizes.clear();
-        for (int i = 1; i < argc; ++i) {
-            char* end = nullptr;
-            sizes.push_back(std::strtol(argv[i], &end, 10));
-            if (*end != '\0' || sizes.back() <= 0) {
-                std::fprintf(stderr, "engine_bench: \"%s\" is not a number of leaves\n", argv[i]);
-                return 2;
-            }
-        }
-    }
     bool isGood = true;
-    for (const long leaves : sizes) {
+    for (const long leaves : bench::parseSizes(argc, argv, {10000, 100000, 1000000})) {
         isGood =
             bench::repeat(leaves, 3,
                           [leaves](bench::Sample& sample) { measureEngine(leaves, sample); }) &&

@@ -135,6 +135,25 @@ double nsPerCall(long count, Call&& call, int rounds = 7) {
     return median(results);
 }
 
+/// What a command line NAME [leaves...] says, or `defaults`. Prints what is wrong and ends the
+/// process with 2.
+inline std::vector<long> parseSizes(int argc, char** argv, std::vector<long> defaults,
+                                    long multipleOf = 1) {
+    std::vector<long> sizes;
+    for (int i = 1; i < argc; ++i) {
+        char* end = nullptr;
+        sizes.push_back(std::strtol(argv[i], &end, 10));
+        if (*end != '\0' || sizes.back() < 1 || sizes.back() % multipleOf != 0) {
+            std::fprintf(stderr,
+                         "\"%s\" is not a number of leaves that %ld divides\n"
+                         "usage: %s [leaves...]\n",
+                         argv[i], multipleOf, argv[0]);
+            std::exit(2);
+        }
+    }
+    return sizes.empty() ? defaults : sizes;
+}
+
 /// What the command line of a benchmark says: NAME [workload...] [--leaves N] [--repetitions N].
 struct Arguments {
     std::vector<std::string> workloads; ///< in the order in which the program knows them

@@ -8,28 +8,21 @@
 //             those that were seen before
 
 #include "measure.h"
-
-#include "suites/hostsuites.h"
-#include "vlviewerdelegatehost.h"
+#include "viewer.h"
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
-#include "VlPluginSystem/VlPluginSystem.h"
 #include "VlScenelibEngine/ScenelibEngine.h"
 
 #include <malloc.h>
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace {
@@ -58,13 +51,8 @@ double allocatedBytes() {
 class Session {
 public:
     Session() {
-        registerHostSuites();
-        VlScenelibEngine::registerScenelibEngine();
-        if (VlPluginSystem::loadLibrary(BENCH_PLUGINS) != 1) {
-            throw std::runtime_error("no plug-in in " BENCH_PLUGINS);
-        }
-        delegate = std::make_unique<VlViewerDelegateHostStruct>("CountingDelegate", nullptr);
-        delegate->setBoundingBoxesEnabled(false);
+        bench::registerViewer();
+        delegate = bench::makeDelegate(BENCH_PLUGINS, "CountingDelegate");
     }
 
     void view(const char* opType, const GroupAttribute& args) {
@@ -88,21 +76,14 @@ public:
 
     /// Pumps until all is shown.
     void settle() {
-        const double deadline = bench::nowMs() + 300000.0;
-        do {
-            if (bench::nowMs() > deadline) {
-                throw std::runtime_error("the viewer does not come to rest");
-            }
-            pump();
-            std::this_thread::yield(); // to the engine, where cores are few
-        } while (delegate->isProcessing());
+        bench::pumpUntil([this] { return !delegate->isProcessing(); }, [this] { pump(); });
     }
 
     [[nodiscard]] std::size_t getNumberOfLocations() const {
         return delegate->locationTree.getNumberOfLocations();
     }
 
-    std::unique_ptr<VlViewerDelegateHostStruct> delegate;
+    std::unique_ptr<bench::Delegate> delegate;
     std::vector<double> pumps; ///< milliseconds of each
 };
 
@@ -210,22 +191,8 @@ void measureScrubbing(bench::Sample& sample) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::vector<long> sizes = {100000};
-    if (argc > 1) {
-        sizes.clear();
-        for (int i = 1; i < argc; ++i) {
-            char* end = nullptr;
-            const long leaves = std::strtol(argv[i], &end, 10);
-            if (*end != '\0' || leaves < kLeavesInSet || leaves % kLeavesInSet != 0) {
-                std::fprintf(stderr, "proxy_bench: \"%s\" is not a number of leaves in thousands\n",
-                             argv[i]);
-                return 2;
-            }
-            sizes.push_back(leaves);
-        }
-    }
     bool isGood = true;
-    for (const long leaves : sizes) {
+    for (const long leaves : bench::parseSizes(argc, argv, {100000}, kLeavesInSet)) {
         isGood = bench::repeat(leaves, 3,
                                [leaves](bench::Sample& sample) { measureBoxes(leaves, sample); }) &&
                  isGood;

@@ -16,19 +16,16 @@
 // W7 and W8 are whole processes: compare.py measures them.
 
 #include "sceneworkloads.h"
+#include "viewer.h"
 
-#include "manipulatorbridge.h"
 #include "optionidgenerator.h"
 #include "sceneclients.h"
-#include "suites/hostsuites.h"
 #include "suites/optionidgeneratorhostsuite.h"
-#include "vlviewerdelegatehost.h"
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
-#include "VlPluginSystem/VlPluginSystem.h"
 #include "VlScenelib/Client.h"
 #include "VlScenelib/LocationEvent.h"
 #include "VlScenelib/ScenelibRuntime.h"
@@ -58,23 +55,6 @@ using VlAttribute::GroupAttribute;
 using VlAttribute::GroupBuilder;
 using VlAttribute::IntAttribute;
 using VlScenelibEngine::ApplicationGraph::Transaction;
-
-/// Stands for the application: takes every call and does nothing.
-class SilentBridge final : public ManipulatorBridge {
-public:
-    bool setValue(const std::string&, const std::string&, const VlAttribute::Attribute&,
-                  bool) override {
-        return true;
-    }
-    bool isNodeEditable(const char*) override { return true; }
-    void updateOp(int) override {}
-    void updateOp(int, const std::string&) override {}
-    VlAttribute::Attribute getValue(const std::string&, const std::string&) override { return {}; }
-    std::int32_t getManipulationCommitId() override { return -2; }
-    void openManipulationGroup(const std::string&) override {}
-    void closeManipulationGroup(const std::string&) override {}
-    void cleanupLiveAttributes(const std::string&) override {}
-};
 
 std::string setPath(long set) {
     return "/root/set_" + std::to_string(set);
@@ -145,23 +125,7 @@ private:
     GroupAttribute edits_;
 };
 
-void registerSuites() {
-    registerHostSuites();
-    VlScenelibEngine::registerScenelibEngine();
-    setManipulatorBridgeFactory([] { return std::make_unique<SilentBridge>(); });
-}
-
-std::unique_ptr<VlViewerDelegateHostStruct> makeDelegate(const char* library, const char* plugin) {
-    if (VlPluginSystem::loadLibrary(library) < 1) {
-        throw std::runtime_error("no plug-in in " + std::string(library));
-    }
-    auto delegate = std::make_unique<VlViewerDelegateHostStruct>(plugin, nullptr);
-    // The locations are those of the scene alone.
-    delegate->setBoundingBoxesEnabled(false);
-    return delegate;
-}
-
-void openAll(VlViewerDelegateHostStruct& delegate, long leaves) {
+void openAll(bench::Delegate& delegate, long leaves) {
     const std::vector<std::string> paths = parentPaths(leaves);
     const std::vector<const char*> pointers = pointersTo(paths);
     delegate.openLocations(pointers.data(), static_cast<std::uint32_t>(pointers.size()));
@@ -173,8 +137,8 @@ public:
     static constexpr long kIndexBytes = 0;
 
     explicit ViewedScene(long leaves) : leaves_(leaves) {
-        registerSuites();
-        delegate_ = makeDelegate(BENCH_PLUGINS, "CountingDelegate");
+        bench::registerViewer();
+        delegate_ = bench::makeDelegate(BENCH_PLUGINS, "CountingDelegate");
     }
 
     void build() {
@@ -263,7 +227,7 @@ private:
     }
 
     const long leaves_;
-    std::unique_ptr<VlViewerDelegateHostStruct> delegate_;
+    std::unique_ptr<bench::Delegate> delegate_;
     std::unique_ptr<EditedScene> scene_;
     double toldLeaves_ = 0.0;
     std::optional<double> toldHidden_;
@@ -337,7 +301,7 @@ void measureMemory(const char* metric, long leaves, Sample& sample,
 
 /// The scene's clients as a delegate has them, but what they report is dropped.
 void measureEngineMemory(long leaves, Sample& sample) {
-    registerSuites();
+    bench::registerViewer();
     auto* clients = new SceneClients;
     clients->create();
     measureMemory("engine", leaves, sample, [&] {
@@ -345,25 +309,21 @@ void measureEngineMemory(long leaves, Sample& sample) {
         clients->primaryClient->setLocationsOpen(VlAttribute::StringAttribute(parentPaths(leaves)));
         clients->setViewOp(scene.getOp());
         long reported = 0;
-        while (reported < leaves) {
-            reported += static_cast<long>(clients->fetchEvents(-1).primary.size());
-            std::this_thread::yield();
-        }
+        bench::pumpUntil(
+            [&] { return reported >= leaves; },
+            [&] { reported += static_cast<long>(clients->fetchEvents(-1).primary.size()); });
     });
 }
 
 void measureMemoryWithPlugin(const char* metric, const char* library, const char* plugin,
                              long leaves, Sample& sample) {
-    registerSuites();
-    VlViewerDelegateHostStruct* delegate = makeDelegate(library, plugin).release();
+    bench::registerViewer();
+    bench::Delegate* delegate = bench::makeDelegate(library, plugin).release();
     measureMemory(metric, leaves, sample, [&] {
         const EditedScene scene(leaves);
         openAll(*delegate, leaves);
         delegate->setViewOp(scene.getOp());
-        do {
-            delegate->processLocationEvents();
-            std::this_thread::yield();
-        } while (delegate->isProcessing());
+        bench::settle(*delegate);
     });
 }
 
