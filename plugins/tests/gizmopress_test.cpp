@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
 
 // Which handles a press takes hold of: those that can be seen, as other ones can't be led.
 namespace {
@@ -32,48 +33,48 @@ protected:
         camera.projection = TestCameras::perspective();
         manipulator.viewport = &viewport;
         manipulator.paths = {"/root/thing"};
-        instance = suite->create(&manipulator);
     }
-    ~GizmoPress() override { suite->destroy(instance); }
 
-    /// Beside the middle of the picture, with a handle marked and the camera down z from there.
-    bool press(std::size_t handle, double distance) {
-        camera.view = M44d().setTranslation(V3d(0, 0, -distance));
+    /// Whether the gizmo takes a press a bit left of the middle, with a handle marked and the
+    /// camera a bit aside from z, looking down that.
+    bool press(const std::string& plugin, std::size_t handle, double distance) {
+        camera.view = M44d().setTranslation(V3d(-1, 0, -distance));
+        const auto* suite = static_cast<const ManipulatorPluginSuite*>(
+            library.findSuite(VL_MANIPULATOR_PLUGIN_TYPE, plugin));
+        void* const instance = suite->create(&manipulator);
         manipulator.handles.at(handle)->isMarked = true;
         const VlAttribute::GroupAttribute event{{"type", StringAttribute("mousePress")},
-                                                {"x", IntAttribute(TestCameras::kWidth / 2 + 20)},
+                                                {"x", IntAttribute(TestCameras::kWidth / 2 - 20)},
                                                 {"y", IntAttribute(TestCameras::kHeight / 2)},
                                                 {"button", StringAttribute("left")}};
-        return suite->event(instance, event.getHandle()) != 0;
+        const bool isTaken = suite->event(instance, event.getHandle()) != 0;
+        EXPECT_EQ(manipulator.handles.at(handle)->isEngaged, isTaken);
+        EXPECT_EQ(manipulator.openGroups.size(), isTaken ? 1U : 0U);
+        suite->destroy(instance);
+        return isTaken;
     }
 
     PluginFile library{"Manipulators"};
-    const ManipulatorPluginSuite* suite = static_cast<const ManipulatorPluginSuite*>(
-        library.findSuite(VL_MANIPULATOR_PLUGIN_TYPE, "TranslateManipulator"));
     FakeDelegate delegate;
     FakeViewport viewport;
     FakeCamera camera;
     FakeManipulator manipulator;
-    void* instance = nullptr;
 };
 
-constexpr std::size_t kX = 0;
-constexpr std::size_t kZ = 2;
-
 TEST_F(GizmoPress, takesAnAxisThatIsSeenFromTheSide) {
-    EXPECT_TRUE(press(kX, 10.0));
-    EXPECT_TRUE(manipulator.handles[kX]->isEngaged);
-    EXPECT_EQ(manipulator.openGroups.size(), 1U);
+    EXPECT_TRUE(press("TranslateManipulator", 0, 10.0));
 }
 
 TEST_F(GizmoPress, leavesAnAxisThatPointsAtTheCamera) {
-    EXPECT_FALSE(press(kZ, 10.0));
-    EXPECT_FALSE(manipulator.handles[kZ]->isEngaged);
+    EXPECT_FALSE(press("TranslateManipulator", 2, 10.0));
+}
+
+TEST_F(GizmoPress, takesTheRimOfACone) {
+    EXPECT_TRUE(press("LightConeManipulator", 0, 10.0));
 }
 
 TEST_F(GizmoPress, leavesWhatIsBehindTheCamera) {
-    EXPECT_FALSE(press(kX, -10.0));
-    EXPECT_FALSE(manipulator.handles[kX]->isEngaged);
+    EXPECT_FALSE(press("LightConeManipulator", 0, -10.0));
 }
 
 } // namespace
