@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <random>
 #include <string>
 #include <utility>
@@ -54,56 +55,12 @@ TEST_F(KeyedQueueTest, givesBackInOrderOfWaiting) {
     EXPECT_TRUE(queue.contains("/a"));
 }
 
-TEST_F(KeyedQueueTest, anEqualJobTwiceLeavesOneEntryAtItsFirstPlace) {
-    push("/a", 1);
-    push("/b", 1);
-    push("/a", 1);
-    EXPECT_THAT(order(), ElementsAre("/a", "/b"));
-    EXPECT_EQ(queue.size(), 2U);
-}
-
 TEST_F(KeyedQueueTest, anEqualJobKeepsTheStoredOne) {
     ProxyJob first = jobOf(1);
     first.proxyAttrs = VlAttribute::GroupAttribute::Empty();
     queue.push(LocationPath("/a"), first);
     push("/a", 1);
     EXPECT_TRUE(queue.pop().second.proxyAttrs.isValid());
-}
-
-TEST_F(KeyedQueueTest, aNewJobSendsALocationToTheBack) {
-    push("/a", 1);
-    push("/b", 1);
-    push("/a", 2);
-    EXPECT_THAT(order(), ElementsAre("/b", "/a"));
-    EXPECT_THAT(waitingFor(1), ElementsAre("/b"));
-    EXPECT_THAT(waitingFor(2), ElementsAre("/a"));
-}
-
-TEST_F(KeyedQueueTest, tellsWhoWaitsForAJob) {
-    push("/b", 1);
-    push("/a", 1);
-    push("/c", 2);
-    EXPECT_THAT(waitingFor(1), ElementsAre("/a", "/b"));
-    EXPECT_EQ(queue.pop().first, "/b");
-    EXPECT_THAT(waitingFor(1), ElementsAre("/a"));
-}
-
-TEST_F(KeyedQueueTest, aJobThatNobodyWaitsForHasNobodyAndTheNextPushFillsIt) {
-    EXPECT_THAT(waitingFor(1), IsEmpty());
-    EXPECT_EQ(queue.size(), 0U);
-    push("/a", 1);
-    EXPECT_THAT(waitingFor(1), ElementsAre("/a"));
-    queue.remove("/a");
-    EXPECT_THAT(waitingFor(1), IsEmpty());
-}
-
-TEST_F(KeyedQueueTest, removesFromTheMiddle) {
-    push("/a", 1);
-    push("/b", 2);
-    push("/c", 1);
-    queue.remove("/b");
-    EXPECT_THAT(order(), ElementsAre("/a", "/c"));
-    EXPECT_THAT(waitingFor(2), IsEmpty());
 }
 
 TEST_F(KeyedQueueTest, tellsWhichLocationsWaitAtOrBelowOne) {
@@ -130,6 +87,79 @@ TEST_F(KeyedQueueTest, thePopOfAnEmptyQueueThrowsItsText) {
     }
     EXPECT_STREQ(text, "KeyedQueue Error: Popping from empty queue");
 }
+
+// ---- Who waits in which place, and for which job
+
+using Step = std::function<void(KeyedQueue&)>;
+
+Step push(const char* location, std::uint64_t key) {
+    return [=](KeyedQueue& queue) { queue.push(LocationPath(location), jobOf(key)); };
+}
+Step remove(const char* location) {
+    return [=](KeyedQueue& queue) { queue.remove(location); };
+}
+Step pop() {
+    return [](KeyedQueue& queue) { static_cast<void>(queue.pop()); };
+}
+
+using Texts = std::vector<std::string>;
+
+struct QueueRow {
+    const char* name;
+    std::vector<Step> steps;
+    Texts order;
+    Texts waitingForJob1;
+    Texts waitingForJob2;
+};
+
+class KeyedQueueSteps : public testing::TestWithParam<QueueRow> {};
+
+TEST_P(KeyedQueueSteps, leaveTheseWaiting) {
+    KeyedQueue queue;
+    for (const Step& step : GetParam().steps)
+        step(queue);
+    EXPECT_EQ(textsOf(queue.locations()), GetParam().order);
+    EXPECT_EQ(queue.size(), GetParam().order.size());
+    EXPECT_EQ(textsOf(queue.locationsForJob(1)), GetParam().waitingForJob1);
+    EXPECT_EQ(textsOf(queue.locationsForJob(2)), GetParam().waitingForJob2);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, KeyedQueueSteps,
+    testing::Values(
+        QueueRow{"nothingYet", {}, {}, {}, {}},
+        QueueRow{"anEqualJobTwiceLeavesOneEntryAtItsFirstPlace",
+                 {push("/a", 1), push("/b", 1), push("/a", 1)},
+                 {"/a", "/b"},
+                 {"/a", "/b"},
+                 {}},
+        QueueRow{"aNewJobSendsALocationToTheBack",
+                 {push("/a", 1), push("/b", 1), push("/a", 2)},
+                 {"/b", "/a"},
+                 {"/b"},
+                 {"/a"}},
+        QueueRow{"thoseWhoWaitForAJobStandInTheOrderOfTheirPaths",
+                 {push("/b", 1), push("/a", 1), push("/c", 2)},
+                 {"/b", "/a", "/c"},
+                 {"/a", "/b"},
+                 {"/c"}},
+        QueueRow{"aPopOfOneOfTwoWithTheSameJobLeavesTheOther",
+                 {push("/b", 1), push("/a", 1), pop()},
+                 {"/a"},
+                 {"/a"},
+                 {}},
+        QueueRow{"aRemovalFromTheMiddle",
+                 {push("/a", 1), push("/b", 2), push("/c", 1), remove("/b")},
+                 {"/a", "/c"},
+                 {"/a", "/c"},
+                 {}},
+        QueueRow{"aJobThatNobodyWaitsForAnyLonger", {push("/a", 1), remove("/a")}, {}, {}, {}},
+        QueueRow{"theNextPushFillsAJobThatNobodyWaitedFor",
+                 {push("/a", 1), remove("/a"), push("/b", 1)},
+                 {"/b"},
+                 {"/b"},
+                 {}}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 /// Compares with a list of pairs that is searched from end to end.
 TEST_F(KeyedQueueTest, equalsAPlainListOverRandomSequences) {
