@@ -13,8 +13,10 @@
 #include "VlScenelib/ScenelibRuntime.h"
 #include "VlScenelib/Transaction.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,6 +27,7 @@
 #include <map>
 #include <memory>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -253,20 +256,49 @@ TEST_F(ImportOpTest, aModelOfManyMeshesShowsItsHierarchyAndBoundsBeforeItsMeshes
     EXPECT_EQ(FloatAttribute(mesh.getChildByName("geometry.point.P")).getNumberOfValues(), 36);
 }
 
+// A model that is read as far as its material, and no further until it is let go.
+class HeldModel {
+public:
+    explicit HeldModel(const fs::path& folder)
+        : path((folder / "held.obj").string()), material((folder / "held.mtl").string()) {
+        std::ofstream(path) << "mtllib held.mtl\n" << kObj;
+        EXPECT_EQ(mkfifo(material.c_str(), 0600), 0);
+    }
+    ~HeldModel() {
+        letGo();
+        close(descriptor);
+    }
+    HeldModel(const HeldModel&) = delete;
+    HeldModel& operator=(const HeldModel&) = delete;
+
+    void letGo() {
+        if (descriptor < 0) {
+            // Goes on who waits at the pipe; who comes later finds a file, as empty as the pipe.
+            descriptor = open(material.c_str(), O_RDWR | O_CLOEXEC);
+            const std::string file = material + ".file";
+            std::ofstream{file};
+            fs::rename(file, material);
+        }
+    }
+
+    const std::string path;
+
+private:
+    const std::string material;
+    int descriptor = -1;
+};
+
 TEST_F(ImportOpTest, otherLocationsAreToldWhileAFileIsRead) {
-    const std::string path = write("large.obj", manyMeshes(200, 200));
-    show(argsOf(path)); // read and cooked, and then dropped
-    show({});
+    HeldModel model(folder);
     const auto transaction = runtime->createTransaction();
     const auto other = transaction->createClient();
     const auto literal = transaction->createOp();
     transaction->setOpArgs(literal, "Scene.Literal",
                            GroupBuilder().set("staticScene.a.value", IntAttribute(1)).build());
     transaction->setClientOp(other, literal);
-    transaction->setOpArgs(op, "Geometry.Import", argsOf(path));
+    transaction->setOpArgs(op, "Geometry.Import", argsOf(model.path));
     runtime->commit(transaction);
     other->setLocationsActive(StringAttribute("/root"));
-    // The process that reads is still to be started when the literal is cooked.
     std::vector<VlScenelib::LocationEvent> events;
     while (events.empty()) {
         other->getLocationEvents(events, -1);
@@ -277,8 +309,9 @@ TEST_F(ImportOpTest, otherLocationsAreToldWhileAFileIsRead) {
     for (const auto& event : early) {
         EXPECT_EQ(event.getLocationPath(), "/root");
     }
+    model.letGo();
     const auto told = fetch();
-    EXPECT_TRUE(told.contains("/root/large_obj/mesh199"));
+    EXPECT_TRUE(told.contains("/root/held_obj/one"));
     EXPECT_FALSE(runtime->isProcessing());
 }
 
@@ -306,21 +339,22 @@ TEST_F(ImportOpTest, opsThatShowOneFileShareItsMeshes) {
 }
 
 TEST_F(ImportOpTest, whatNobodyWantsAnyMoreIsNotReadToItsEnd) {
-    const std::string path = write("large.obj", manyMeshes(300, 1000));
+    HeldModel model(folder);
     const auto transaction = runtime->createTransaction();
-    transaction->setOpArgs(op, "Geometry.Import", argsOf(path));
+    transaction->setOpArgs(op, "Geometry.Import", argsOf(model.path));
     runtime->commit(transaction);
     client->setLocationsInactive(StringAttribute("/root"));
     EXPECT_TRUE(engine->waitUntilIdle(std::chrono::minutes(1)));
+    model.letGo();
     client->setLocationsActive(StringAttribute("/root"));
-    EXPECT_TRUE(fetch().contains("/root/large_obj/mesh299"));
+    EXPECT_TRUE(fetch().contains("/root/held_obj/one"));
 }
 
 // What its threads were doing goes on in the process that they were started in.
 TEST_F(ImportOpTest, aForkedProcessEndsAndLeavesAloneWhatIsRead) {
+    HeldModel model(folder);
     const auto transaction = runtime->createTransaction();
-    transaction->setOpArgs(op, "Geometry.Import",
-                           argsOf(write("large.obj", manyMeshes(300, 1000))));
+    transaction->setOpArgs(op, "Geometry.Import", argsOf(model.path));
     runtime->commit(transaction);
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     siginfo_t info{};
@@ -332,13 +366,14 @@ TEST_F(ImportOpTest, aForkedProcessEndsAndLeavesAloneWhatIsRead) {
     // With whatever status: to a leak checker all that the threads knew is lost there.
     EXPECT_EXIT((alarm(kDeadlineSeconds), std::exit(0)),
                 [](int status) { return WIFEXITED(status); }, "");
-    EXPECT_TRUE(fetch().contains("/root/large_obj/mesh299"));
+    model.letGo();
+    EXPECT_TRUE(fetch().contains("/root/held_obj/one"));
 }
 
 TEST_F(ImportOpTest, anEngineEndsWhileAFileIsRead) {
-    const std::string path = write("large.obj", manyMeshes(300, 1000));
+    HeldModel model(folder);
     const auto transaction = runtime->createTransaction();
-    transaction->setOpArgs(op, "Geometry.Import", argsOf(path));
+    transaction->setOpArgs(op, "Geometry.Import", argsOf(model.path));
     runtime->commit(transaction);
     std::vector<VlScenelib::LocationEvent> events;
     while (events.empty()) {
