@@ -73,9 +73,9 @@ public:
     /// location its children, then its proxies. Null when plug-ins don't know the location.
     [[nodiscard]] VlAttribute::StringAttribute getDescendantLocations(std::string_view path) const;
 
-    /// Describes every location that plug-ins know, parents before children: its record as it would
-    /// be the first for the location, without the transform. Neither called for a change nor
-    /// making one: `visit` must leave the tree alone.
+    /// Describes every location that plug-ins know, parents before children, by the record that
+    /// would tell of it for the first time; without its transform. `visit` must leave the tree
+    /// alone.
     void visitSent(const std::function<void(const LocationChange&)>& visit) const;
 
     /// Hidden by itself or by an ancestor, now.

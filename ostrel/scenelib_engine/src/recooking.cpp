@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <typeinfo>
+#include <unordered_set>
 #include <utility>
 
 namespace VlScenelibEngine {
@@ -25,6 +26,21 @@ bool hasSameContext(const ChildList& list, std::size_t index, const ChildList& o
     return haveSameKind(contexts, otherContexts)
                ? contexts->isSame(index, *otherContexts, otherIndex)
                : contexts == otherContexts;
+}
+
+/// What the op shows at a path; null where it has not cooked that.
+CookNode* findCooked(const GraphOp& op, const LocationNames& names) {
+    CookNode* node = op.top.get();
+    for (const std::string_view name : names) {
+        CookBlock* block = node->children ? node->getBlock() : nullptr;
+        const std::size_t index = block ? node->children->find(name) : ChildList::kNone;
+        CookNode* child = index == ChildList::kNone ? nullptr : &block->child(index);
+        node = child && child->isCooked() ? child->resolve() : nullptr;
+        if (!node) {
+            return nullptr;
+        }
+    }
+    return node;
 }
 
 bool hasSameNames(const ChildList::Ptr& list, const ChildList::Ptr& other) {
@@ -110,24 +126,23 @@ void Recooking::setInputs(GraphOp& op, std::vector<GraphOp*> inputs) {
 }
 
 void Recooking::recookLocation(GraphOp& op, const LocationNames& names) {
-    CookNode* node = op.top.get();
-    for (const std::string_view name : names) {
-        CookBlock* block = node->children ? node->getBlock() : nullptr;
-        const std::size_t index = block ? node->children->find(name) : ChildList::kNone;
-        CookNode* child = index == ChildList::kNone ? nullptr : &block->child(index);
-        node = child && child->isCooked() ? child->resolve() : nullptr;
-        if (!node) {
-            // It may be about to show what clients have been told of an input.
-            for (GraphOp* input : op.inputs) {
-                if (input) {
-                    recookLocation(*input, names);
-                }
+    std::vector<GraphOp*> pending{&op};
+    std::unordered_set<const GraphOp*> seen{&op};
+    while (!pending.empty()) {
+        GraphOp& next = *pending.back();
+        pending.pop_back();
+        if (CookNode* node = findCooked(next, names)) {
+            markDirty(node->getOp(), *node);
+            node->set(CookNode::kForced);
+            continue;
+        }
+        // It may be about to show what clients have been told of an input.
+        for (GraphOp* input : next.inputs) {
+            if (input && seen.insert(input).second) {
+                pending.push_back(input);
             }
-            return;
         }
     }
-    markDirty(node->getOp(), *node);
-    node->set(CookNode::kForced);
 }
 
 void Recooking::dropMemo(GraphOp& op) {

@@ -203,6 +203,18 @@ TEST(ApplicationGraph, aLocationThatIsCookedAgainIsReportedWhateverComesOfIt) {
         EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/a")) << "what it is about to show";
     }
 
+    int diamonds = passed;
+    for (int i = 0; i < 64; ++i) {
+        const int left = transaction.createOp("no-op", {}, {diamonds});
+        const int right = transaction.createOp("no-op", {}, {diamonds});
+        diamonds = transaction.createOp("Scene.Merge", {}, {left, right});
+    }
+    transaction.recookLocation(diamonds, "/root/a");
+    transaction.commit();
+    for (const auto& client : clients) {
+        EXPECT_THAT(scene.fetch(client), ElementsAre("+/root/a")) << "once, by 2^64 ways";
+    }
+
     for (const char* path : {"/root/a/b", "/root/x", "/other", "", "root", "/root/"}) {
         transaction.recookLocation(passed, path);
         transaction.commit();
