@@ -156,7 +156,7 @@ TEST_F(WorkingSetOps, showWhatTheSetIncludesAndTheWayThere) {
             const std::string flags = flagsAt(path);
             left.push_back(path + (flags.empty() ? "" : " " + flags));
         }
-        EXPECT_THAT(left, testing::ElementsAreArray(row.left)) << row.name;
+        EXPECT_THAT(left, testing::UnorderedElementsAreArray(row.left)) << row.name;
     }
 }
 
