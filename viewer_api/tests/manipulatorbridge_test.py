@@ -365,7 +365,6 @@ class PendingErrorTest(ScriptedTest):
             self.assertError(ValueError, name, getattr(BridgeHolder, name), holder, "/a")
         self.assertEqual("", self.takePrinted())
 
-    @unittest.skipUnless(IS_PYTHON_3, "Python 2 calls on with an error pending")
     def test_aCallAfterItIsNotDisturbed(self):
         holder = BridgeHolder.create()
         bridge = application.bridges[-1]
@@ -378,7 +377,6 @@ class PendingErrorTest(ScriptedTest):
         self.assertIn("ValueError: second", printed)
         self.assertNotIn("first", printed)
 
-    @unittest.skipUnless(IS_PYTHON_3, "Python 2 calls on with an error pending")
     def test_theFirstErrorIsTheOneThatSurfaces(self):
         errors = [ValueError("first"), ValueError("second"), None]
 
@@ -392,7 +390,6 @@ class PendingErrorTest(ScriptedTest):
         self.assertError(ValueError, "first", self.delegate.processLocationEvents)
         self.assertEqual([], errors)
 
-    @unittest.skipUnless(IS_PYTHON_3, "Python 2 calls on with an error pending")
     def test_channelsOfTheSameEntryWorkAsEver(self):
         self.bridge.answers["cleanupLiveAttributes"] = ValueError("first")
         told = []
@@ -401,14 +398,6 @@ class PendingErrorTest(ScriptedTest):
         ScriptedScene.report(self.firstClient, "/root")
         self.assertError(ValueError, "first", self.delegate.processLocationEvents)
         self.assertEqual([None], told)
-
-    @unittest.skipIf(IS_PYTHON_3, "Python 3 sets the pending error aside")
-    def test_aPendingErrorFailsTheNextCallThatIsTestedForOne(self):
-        holder = BridgeHolder.create()
-        bridge = application.bridges[-1]
-        bridge.answers["cleanupLiveAttributes"] = ValueError("first")
-        self.assertIs(False, BridgeHolder.callTwice(holder, "/a", "node"))
-        self.assertIn("ValueError: first", self.takePrinted())
 
 
 if __name__ == "__main__":

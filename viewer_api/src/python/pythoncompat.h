@@ -237,11 +237,10 @@ inline bool holdsInterpreterLock() noexcept {
 // ---- Errors
 
 /// Sets an error that is pending aside for as long as it lives, so that Python can be called
-/// meanwhile, and puts it back in place of one that came up since. On Python 2, where calls go on
-/// with an error pending, it does nothing.
+/// meanwhile, and puts it back in place of one that came up since. Python 2 too trips over an error
+/// that it is called with: in a loop, or where a number is converted.
 class PendingErrorAside {
 public:
-#if PY_MAJOR_VERSION >= 3
     PendingErrorAside() {
         if (PyErr_Occurred()) {
             PyErr_Fetch(&type, &value, &traceback);
@@ -252,19 +251,13 @@ public:
             PyErr_Restore(type, value, traceback);
         }
     }
-#else
-    PendingErrorAside() {}
-    ~PendingErrorAside() {}
-#endif
     PendingErrorAside(const PendingErrorAside&) = delete;
     PendingErrorAside& operator=(const PendingErrorAside&) = delete;
 
 private:
-#if PY_MAJOR_VERSION >= 3
     PyObject* type = nullptr; // owned, like the other two
     PyObject* value = nullptr;
     PyObject* traceback = nullptr;
-#endif
 };
 
 /// One entry of a traceback. The objects are borrowed from it.
