@@ -74,7 +74,10 @@ public:
     /// The look-through client has told of the location.
     void forgetLookThrough(const std::string& path);
     /// Drops the values whose locations have been cooked with the manipulation's commit, telling
-    /// the bridge of each first.
+    /// the bridge of each first. What shows stays, values and all: either the event is on its way,
+    /// cooked since events were fetched, and what stood before would show for a moment between; or
+    /// there is none, as the scene took nothing of the values. An application that is to show its
+    /// own then has the location told again; one that never took any keeps its edits in the viewer.
     void forgetCurrent();
 
     LiveAttributes liveAttributes;
