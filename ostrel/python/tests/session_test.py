@@ -160,6 +160,10 @@ class SessionTest(unittest.TestCase):
         view.resize(30, 50)
         self.assertEqual(view.readPixels()[:2], (30, 50))
         self.assertAlmostEqual(view.aspect, 0.6)
+        for width, height in ((0, 50), (30, -1)):
+            self.assertRaises(ValueError, view.resize, width, height)
+            self.assertEqual((view.width, view.height), (30, 50))
+            view.frame()
 
     def testTimeReachesTheImportersArguments(self):
         self.assertEqual(self.session.getTime(), 0)

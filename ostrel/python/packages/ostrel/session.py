@@ -24,6 +24,22 @@ _PUMP_PERIOD = 0.02
 _PROXY_PERIOD = 0.001
 
 
+_waiting = set()  # weak references to delegates whose end is waited for
+
+
+def _isThere(viewport):
+    try:
+        viewport.isDirty()
+    except RuntimeError:
+        return False
+    return True
+
+
+def _destroyWindows(windowIds):
+    for windowId in windowIds:
+        PyWindowSystem.destroyOffscreen(windowId)
+
+
 class Session(object):
     """A scene that is the merger of its models and other ops, with edits on top, and the delegate
     that views it.
@@ -80,16 +96,29 @@ class Session(object):
         self.close()
 
     def close(self):
-        """Ends the viewer and its off-screen windows. Further calls do nothing."""
+        """Ends the viewer and its off-screen windows. Further calls do nothing.
+
+        From within a call of the viewer, what is being called lasts until that returns.
+        """
         if self.delegate is None:
             return
         ViewerAPI.setEditor(self._edit, None)
-        self.delegate.cleanup()
-        self.delegate = None
+        delegate, self.delegate = self.delegate, None
+        viewports = [delegate.getViewportByIndex(index)
+                     for index in range(delegate.getNumberOfViewports())]
+        delegate.cleanup()
         self._errors = self._expander = None
-        for windowId in self._windowIds:
-            PyWindowSystem.destroyOffscreen(windowId)
-        self._windowIds = []
+        windowIds, self._windowIds = self._windowIds, []
+
+        def destroyWindows(reference):
+            _waiting.discard(reference)
+            _destroyWindows(windowIds)
+
+        if any(_isThere(viewport) for viewport in viewports):
+            # One that is being called needs its window to the end. The call holds the delegate.
+            _waiting.add(weakref.ref(delegate, destroyWindows))
+        else:
+            _destroyWindows(windowIds)
 
     # The scene.
 

@@ -43,14 +43,15 @@ class View(object):
 
     @property
     def aspect(self):
-        """Width by height."""
-        return float(self.width) / max(1, self.height)
+        """Width by height, of a picture of a pixel at least."""
+        return float(max(1, self.width)) / max(1, self.height)
 
     def resize(self, width, height):
-        """The window has this size in pixels."""
-        self.width, self.height = width, height
+        """The window has this size in pixels. Raises ValueError, and changes nothing, for one that
+        an off-screen window can't have."""
         if self._windowId < 0:
             PyWindowSystem.resizeOffscreen(self._windowId, width, height)
+        self.width, self.height = width, height
         self.viewport.resize(width, height)
         self.viewport.setDirty(True)
 
