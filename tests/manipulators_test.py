@@ -104,6 +104,8 @@ class LayerTest(ManipulatorTest):
         self.assertEqual(axes(), "local")
         self.view.manipulate("TranslateManipulator")
         self.assertEqual((self.view.getManipulatorAxes(), axes()), ("local", "local"))
+        self.assertRaises(ValueError, self.view.setManipulatorAxes, "sideways")
+        self.assertEqual((self.view.getManipulatorAxes(), axes()), ("local", "local"))
 
     def testToolsFitLocationsOfTheSceneAndNoErrors(self):
         self.show()

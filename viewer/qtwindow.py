@@ -1,4 +1,6 @@
 """The viewer's window, with Qt."""
+import ctypes
+import os
 import signal
 import sys
 
@@ -139,9 +141,22 @@ class ViewWidget(QWidget):
         return bool(name) and self._send(build(name, _names(event.modifiers(), _MODIFIERS)))
 
 
+def _canReachDisplay():
+    x11 = ctypes.CDLL("libX11.so.6")
+    x11.XOpenDisplay.restype = ctypes.c_void_p
+    display = x11.XOpenDisplay(None)
+    if display:
+        x11.XCloseDisplay(ctypes.c_void_p(display))
+    return bool(display)
+
+
 def run(session, size, title, loaded, cameraPath=None):
     """Shows the session's scene in a window until the user closes it. `loaded` is called with the
     view once the whole scene is there. Raises RuntimeError when no window can be shown."""
+    # Qt would end the process.
+    if os.environ.get("QT_QPA_PLATFORM", "xcb") == "xcb" and not _canReachDisplay():
+        raise RuntimeError("the window can't be shown: couldn't connect to display \"%s\""
+                           % os.environ.get("DISPLAY", ""))
     application = QApplication.instance() or QApplication(sys.argv[:1])
     if application.platformName() != "xcb":
         raise RuntimeError("the window needs an X11 display, not \"%s\""

@@ -19,6 +19,8 @@ its own and the others still show; the exit status is then 1."""
 
 #: How long to wait for the scene to tell of its models, so that reading them begins, in seconds.
 _HEAD_START = 0.003
+#: How many cameras are told to a user who named another one.
+_MOST_CAMERAS = 5
 
 
 def parseSize(text):
@@ -35,11 +37,23 @@ def parseRegion(text):
     return tuple(int(number or 1) for number in match.groups())
 
 
+def parseLocation(text):
+    if not re.match(r"^/root(/[^/]+)*$", text):
+        raise argparse.ArgumentTypeError("\"%s\" is not the path of a location, \"/root/...\"" % text)
+    return text
+
+
+def parsePicture(text):
+    if os.path.splitext(text)[1].lower() not in ("", ".png"):
+        raise argparse.ArgumentTypeError("pictures are PNG files: \"%s\" should end in .png" % text)
+    return text
+
+
 def parseArguments(arguments):
     parser = argparse.ArgumentParser(prog="view", description=DESCRIPTION, epilog=EPILOG)
     parser.add_argument("scenes", metavar="SCENE", nargs="*",
                         help="a model file; several are shown together (default: a bundled scene)")
-    parser.add_argument("--output", metavar="FILE.png",
+    parser.add_argument("--output", metavar="FILE.png", type=parsePicture,
                         help="write a picture (default without a display: view.png)")
     parser.add_argument("--size", metavar="WxH", type=parseSize, default=(1280, 720),
                         help="of the picture or window, in pixels (default: 1280x720)")
@@ -54,8 +68,9 @@ def parseArguments(arguments):
                         help="show no boxes for what is closed")
     parser.add_argument("--no-proxies", action="store_true",
                         help="show no proxies for what is closed")
-    parser.add_argument("--camera", metavar="PATH",
-                        help="look through this location, a camera or a light, \"/root/...\"")
+    parser.add_argument("--camera", metavar="PATH", type=parseLocation,
+                        help="look through this location, a camera or a light, \"/root/...\"; a "
+                        "wrong path is answered with those of cameras")
     parser.add_argument("--pick", metavar="X,Y[,W,H]", type=parseRegion,
                         help="print the locations that this pixel, or region, of the picture shows, "
                         "a line each; pixels count from the top left")
@@ -72,7 +87,8 @@ def parseArguments(arguments):
         if x + width > parsed.size[0] or y + height > parsed.size[1]:
             parser.error("--pick %d,%d,%d,%d reaches beyond the picture of %dx%d"
                          % (parsed.pick + parsed.size))
-    elif not parsed.output and not os.environ.get("DISPLAY"):
+    parsed.hasNoDisplay = not (parsed.pick or parsed.output or os.environ.get("DISPLAY"))
+    if parsed.hasNoDisplay:
         parsed.output = "view.png"
     return parsed
 
@@ -93,12 +109,22 @@ class Failures(object):
         for path, message in session.getErrors():
             self.tell(message or "%s: unknown error" % path)
 
-    def tellMissingCamera(self, view, camera):
+    def tellMissingCamera(self, session, view, camera):
         """Whether that camera is missing."""
         isMissing = camera is not None and view.getLookThrough() != camera
         if isMissing:
-            self.tell("%s: no such location" % camera)
+            cameras = getCameras(session)[:_MOST_CAMERAS]
+            self.tell("%s: no such location" % camera +
+                      ("; there are cameras at " + ", ".join(cameras) if cameras else ""))
         return isMissing
+
+
+def getCameras(session):
+    from PyVlAttribute import StringAttribute
+
+    camera = StringAttribute("camera")
+    return [path for path in session.getLocations()
+            if session.delegate.getAttributes(path).getChildByName("type") == camera]
 
 
 def loadScenes(session, options):
@@ -136,11 +162,13 @@ def writePicture(session, options, failures):
     failures.tellErrors(session)
     if session.getBounds() is None and failures.told:
         return  # a picture of nothing would pass for one of the models
-    if failures.tellMissingCamera(view, options.camera):
+    if failures.tellMissingCamera(session, view, options.camera):
         return  # nor would that be the picture that was asked for
     view.frame()
     if options.output:
         view.savePicture(options.output)
+        if options.hasNoDisplay:
+            print("view: no display, so the picture is in %s" % options.output, file=sys.stderr)
     if options.pick:
         for path in view.pick(*options.pick, deep=options.deep):
             print(path)
@@ -154,7 +182,7 @@ def openWindow(session, options, failures):
 
     def loaded(view):
         failures.tellErrors(session)
-        failures.tellMissingCamera(view, options.camera)
+        failures.tellMissingCamera(session, view, options.camera)
 
     window.run(session, options.size, title(options.scenes), loaded, options.camera)
 

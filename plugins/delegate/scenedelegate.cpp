@@ -1,5 +1,6 @@
 #include "delegate/scenedelegate.h"
 
+#include "VlAttribute/StringAttribute.h"
 #include "viewer_api/plugin/ViewportHost.h"
 
 namespace Bundled {
@@ -19,6 +20,11 @@ void SceneDelegate::locationEvent(const ViewerLocationEvent& event, bool handled
 void SceneDelegate::locationsSelected(std::span<const char* const> paths) {
     mirror.setSelection(paths);
     askForPictures();
+}
+
+VlAttribute::Attribute SceneDelegate::getOption(std::uint64_t optionId) {
+    return optionId == locationsId ? VlAttribute::StringAttribute(mirror.getLocationPaths())
+                                   : Attribute();
 }
 
 std::shared_ptr<GpuScene> SceneDelegate::shareGpuScene() {

@@ -2,14 +2,19 @@
 
 #include "gl/gpuscene.h"
 #include "scene/scenemirror.h"
+#include "viewer_api/plugin/OptionIds.h"
 #include "viewer_api/plugin/ViewerDelegatePlugin.h"
 
+#include <cstdint>
 #include <memory>
 
 namespace Bundled {
 
 /// "SceneDelegate": mirrors what it is told for the layers of this library to draw. It opens no
 /// location by itself, and knows no bounds that the host could not compute.
+///
+/// Option "locations" (strings, read only): the paths of all that it was told of, parents before
+/// children.
 ///
 /// Layers find it through their viewport's delegate (`pluginCast<SceneDelegate>`), from the second
 /// of their calls on: while a viewport is made, its delegate may not be there yet.
@@ -19,6 +24,7 @@ public:
 
     void locationEvent(const ViewerLocationEvent& event, bool handledByComponent) override;
     void locationsSelected(std::span<const char* const> paths) override;
+    Attribute getOption(std::uint64_t optionId) override;
 
     /// What was told so far. The caller may `update` it.
     SceneMirror& getMirror() { return mirror; }
@@ -31,6 +37,7 @@ public:
 private:
     void askForPictures();
 
+    const std::uint64_t locationsId = ViewerPlugin::optionId("locations");
     SceneMirror mirror;
     std::weak_ptr<GpuScene> gpuScene;
     bool pictureIsCurrent = true;

@@ -173,6 +173,18 @@ bool SceneMirror::hasLocation(std::string_view path) const {
     return node != kNone && flags[node].known;
 }
 
+std::vector<std::string> SceneMirror::getLocationPaths() const {
+    std::vector<std::string> told;
+    told.reserve(known);
+    for (const auto& [path, node] : nodeByPath) {
+        if (flags[node].known) {
+            told.push_back(path);
+        }
+    }
+    std::sort(told.begin(), told.end());
+    return told;
+}
+
 Imath::M44d SceneMirror::getWorldXform(std::string_view path) const {
     const std::uint32_t node = find(path);
     return node == kNone ? Imath::M44d() : worlds[node];

@@ -85,6 +85,8 @@ public:
     [[nodiscard]] Imath::Box3d getInstanceBounds(const Batch& batch, std::size_t position) const;
     /// Whether the location has been told of and not removed.
     [[nodiscard]] bool hasLocation(std::string_view path) const;
+    /// Of all locations that have been told of and not removed, sorted: parents before children.
+    [[nodiscard]] std::vector<std::string> getLocationPaths() const;
     /// The identity for an unknown location.
     [[nodiscard]] Imath::M44d getWorldXform(std::string_view path) const;
     [[nodiscard]] const std::string& getPath(std::uint32_t node) const { return *paths[node]; }

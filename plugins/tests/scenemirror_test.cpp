@@ -144,6 +144,7 @@ TEST(SceneMirror, removalCoversEverythingBelow) {
     EXPECT_FALSE(mirror.hasLocation("/root/a"));
     EXPECT_FALSE(mirror.hasLocation("/root/a/b"));
     EXPECT_TRUE(mirror.hasLocation("/root/ab")) << "a longer name is no descendant";
+    EXPECT_EQ(mirror.getLocationPaths(), (std::vector<std::string>{"/root", "/root/ab"}));
     ASSERT_EQ(mirror.getBatches().size(), 1u);
     EXPECT_EQ(mirror.getBatches()[0]->instances.size(), 1u);
 }
@@ -161,6 +162,7 @@ TEST(SceneMirror, takesLocationsBeforeTheirParents) {
     mirror.update();
     EXPECT_EQ(mirror.getNumberOfLocations(), 1u);
     EXPECT_FALSE(mirror.hasLocation("/root/world"));
+    EXPECT_EQ(mirror.getLocationPaths(), std::vector<std::string>{"/root/world/a/b"});
     tell(mirror, "/root/world", GroupAttribute::Empty(), translation(0, 7, 0));
     mirror.update();
     EXPECT_EQ(mirror.getWorldXform("/root/world/a/b"), translation(1, 7, 0));

@@ -39,8 +39,9 @@ class Screen(object):
         self.file = os.path.join(folder, "Xvfb_screen0")
 
     def close(self):
-        self.server.terminate()
-        self.server.communicate()
+        if self.server.poll() is None:
+            self.server.terminate()
+            self.server.communicate()
 
     def pixels(self):
         """Rows of (blue, green, red) from the top: the file is an X window dump."""
@@ -101,6 +102,15 @@ class WindowTest(unittest.TestCase):
     def testWindowShowsTheOthersWhenAModelFails(self):
         process = self.checkShows(VIEW, "missing.dae", DUCK, "--size", "320x240")
         self.assertTrue(b"missing.dae" in process.stderr.readline())
+
+    def testADisplayThatCannotBeReachedIsToldInALine(self):
+        self.screen.close()
+        for command in ((VIEW,), ("-c", WITHOUT_QT, VIEW)):
+            process = self.start(*command + (DUCK,))
+            lines = process.communicate()[1].decode("utf-8").splitlines()
+            self.assertEqual(process.returncode, 1, lines)
+            self.assertEqual(lines, ["view: the window can't be shown: couldn't connect to display "
+                                     "\"%s\"" % self.screen.display])
 
 
 if __name__ == "__main__":

@@ -53,15 +53,14 @@ class EditHistoryTest(unittest.TestCase):
             ("/other", "x", ONE, ValueError, "\"/other\" is not the path of a location"),
             ("/root/", "x", ONE, ValueError, "\"/root/\" is not the path of a location"),
             ("/root//a", "x", ONE, ValueError, "\"/root//a\" is not the path of a location"),
-            ("/root/a", "", ONE, ValueError, None),
-            ("/root/a", "x..y", ONE, ValueError, None),
-            ("/root/a", "x", 1, TypeError, None),
+            ("/root/a", "", ONE, ValueError, "\"\" is not the name of an attribute"),
+            ("/root/a", "x..y", ONE, ValueError, "\"x..y\" is not the name of an attribute"),
+            ("/root/a", "x", 1, TypeError, "x of /root/a must be an attribute or None, not int"),
         ]
         for path, name, value, kind, text in rows:
             with self.assertRaises(kind) as context:
                 self.history.apply([("/root/b", "x", ONE), (path, name, value)])
-            if text:
-                self.assertEqual(str(context.exception), text)
+            self.assertEqual(str(context.exception), text)
             self.assertEqual(self.history.args, EMPTY)
             self.assertFalse(self.history.canUndo())
 

@@ -50,6 +50,24 @@ class SessionTest(unittest.TestCase):
         self.assertTrue(self.session.delegate.getAttributes("/root/a/b") is None)
         self.assertTrue(self.session.delegate.getAttributes("/root/a") is not None)
 
+    def testLocationsAreThoseThatTheViewerKnows(self):
+        self.assertEqual(self.session.getLocations(), [])
+        self.add("b", square())
+        self.add("a/c", square())
+        self.session.pump(timeout=60)
+        self.assertEqual(self.session.getLocations(), ["/root", "/root/a", "/root/a/c", "/root/b"])
+        self.session.delegate.closeLocations(["/root/a"])
+        self.session.pump(timeout=60)
+        self.assertEqual(self.session.getLocations(), ["/root", "/root/a", "/root/b"])
+
+    def testViewsHaveNamesOfTheirOwn(self):
+        self.session.addOffscreenView(8, 8)
+        with self.assertRaises(ValueError) as context:
+            self.session.addOffscreenView(8, 8)
+        self.assertTrue("\"picture\"" in str(context.exception), context.exception)
+        second = self.session.addOffscreenView(8, 8, name="second")
+        self.assertEqual(second.viewport.getName(), "second")
+
     def testOpsAreMergedAndCanBeTakenOut(self):
         first, second = self.add("a", square()), self.add("b", square())
         self.session.pump(timeout=60)

@@ -1,4 +1,5 @@
 """The package ViewerAPI: everything of the module, and the manipulator bridge."""
+import pydoc
 import subprocess
 import sys
 import unittest
@@ -28,6 +29,12 @@ class ViewerAPITest(unittest.TestCase):
     def testDocumentationIsOfThePackageAndTheModule(self):
         self.assertTrue(ViewerAPI.__doc__.startswith("The viewer:"))
         self.assertTrue(ViewerAPI.__doc__.endswith(ViewerAPI_cmodule.__doc__))
+
+    def testHelpTellsOfEveryClass(self):
+        text = pydoc.plain(pydoc.render_doc(ViewerAPI))
+        for name in ("ViewerDelegate", "Viewport", "ViewportCamera", "ManipulatorBridge"):
+            self.assertTrue("class %s(" % name in text, name)
+        self.assertTrue("setEditor(" in text)
 
     def testImportsWithoutDocumentation(self):
         self.assertEqual(0, subprocess.call([sys.executable, "-OO", "-c", "import ViewerAPI"]))

@@ -20,10 +20,14 @@ it is created, so one that wants to hear of everything itself replaces the class
 
 The package "ostrel" puts scene and viewer together for scripts.
 """
+import ViewerAPI_cmodule as _module
 from ViewerAPI_cmodule import *  # noqa: F401,F403
-from ViewerAPI_cmodule import __doc__ as _moduleDocumentation
 
 from ViewerAPI.manipulatorbridge import ManipulatorBridge, setEditor
 
+# help() passes over what comes from elsewhere and is not listed.
+__all__ = ["ManipulatorBridge", "setEditor"] + [name for name in dir(_module)
+                                                if not name.startswith("_")]
+
 # Neither is there under -OO.
-__doc__ = "\n".join(text for text in (__doc__, _moduleDocumentation) if text)
+__doc__ = "\n".join(text for text in (__doc__, _module.__doc__) if text)

@@ -1,5 +1,5 @@
 """What has been edited in a scene, and the way back."""
-from PyVlAttribute import GroupAttribute, GroupBuilder
+from PyVlAttribute import Attribute, GroupAttribute, GroupBuilder
 
 
 def _key(locationPath, attributeName):
@@ -7,6 +7,8 @@ def _key(locationPath, attributeName):
     names = locationPath.split("/")
     if names[:2] != ["", "root"] or not all(names[1:]):
         raise ValueError("\"%s\" is not the path of a location" % locationPath)
+    if not all(attributeName.split(".")):
+        raise ValueError("\"%s\" is not the name of an attribute" % attributeName)
     return ".".join(["edits"] + ["c." + name for name in names[2:]] + ["a", attributeName])
 
 
@@ -50,6 +52,9 @@ class EditHistory(object):
         builder = GroupBuilder().update(self.args)
         for locationPath, attributeName, attribute in edits:
             key = _key(locationPath, attributeName)
+            if attribute is not None and not isinstance(attribute, Attribute):
+                raise TypeError("%s of %s must be an attribute or None, not %s"
+                                % (attributeName, locationPath, type(attribute).__name__))
             if attribute is None:
                 builder.update(_without(builder.build(), key.split(".")))
             else:

@@ -345,6 +345,15 @@ class Session(object):
             if PyScenelib.waitUntilIdle(_PUMP_PERIOD):
                 time.sleep(_PROXY_PERIOD)
 
+    def getLocations(self):
+        """The paths of all locations that the viewer knows, in order: parents before children. Those
+        that it generates are among them, boxes and proxies. None of what is closed is.
+
+            for path in session.getLocations():
+                print(path, session.delegate.getAttributes(path).getChildByName("type"))
+        """
+        return list(self.delegate.getOptionByName("locations") or ())
+
     def getErrors(self):
         """What failed: a list of (location path, message)."""
         flat = list(self._errors.getOptionByName("errors"))
@@ -364,7 +373,10 @@ class Session(object):
         return math.sqrt(sum((bounds[i + 1] - bounds[i]) ** 2 for i in (0, 2, 4))) or 1.0
 
     def addView(self, windowId, width, height, name="main", cameraPlugin="PerspectiveCamera"):
-        """A View in a native window of this size in pixels; names of views are unique."""
+        """A View in a native window of this size in pixels. Its name, which no other view of the
+        session may have, is the viewport's. Raises ValueError where it is taken."""
+        if self.delegate.getViewport(name) is not None:
+            raise ValueError("there is a view \"%s\" already: give this one another name" % name)
         view = View(self, windowId, width, height, name, cameraPlugin)
         self._views[name] = view
         return view

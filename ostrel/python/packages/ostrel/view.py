@@ -133,7 +133,9 @@ class View(object):
 
     def setManipulatorAxes(self, axes):
         """Has manipulators stand along these axes: "world", or "local" for those of the first
-        location that is selected."""
+        location that is selected. Raises ValueError for others."""
+        if axes not in ("world", "local"):
+            raise ValueError("\"%s\" are no axes: \"world\" or \"local\"" % (axes,))
         self._manipulatorAxes = axes
         self._tellManipulatorAxes()
 
