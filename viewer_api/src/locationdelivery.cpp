@@ -23,8 +23,11 @@ LocationDelivery::LocationDelivery(VlViewerDelegateHostStruct& delegate) : deleg
 
 void LocationDelivery::flush(bool notifyFactories) {
     if (!notifyFactories) {
-        for (Batch& batch : batches_)
-            batch.notifyFactories = false;
+        isTakeDownWanted_ = true;
+        for (Batch& batch : batches_) {
+            if (batch.factories == Factories::Told)
+                batch.factories = Factories::PassedOver;
+        }
     }
     if (pauses_ > 0) {
         isFlushWanted_ = true;
@@ -32,11 +35,12 @@ void LocationDelivery::flush(bool notifyFactories) {
     }
     isFlushWanted_ = false;
     // Most pumps bring nothing.
-    if (batches_.empty() && !delegate_.locationTree.isDirty() &&
+    if (batches_.empty() && !isTakeDownWanted_ && !delegate_.locationTree.isDirty() &&
         !delegate_.sourceLocationTree.isDirty())
         return;
     Batch& added = batches_.emplace_back();
-    added.notifyFactories = notifyFactories;
+    if (std::exchange(isTakeDownWanted_, false))
+        added.factories = Factories::Emptied;
     delegate_.locationTree.collect(added.changes);
     if (isDelivering_)
         return;
@@ -54,7 +58,7 @@ void LocationDelivery::flush(bool notifyFactories) {
 
 void LocationDelivery::resume() {
     if (pauses_ == 0 && isFlushWanted_)
-        flush(true); // what is collected only now is news to the factories in any case
+        flush(true);
 }
 
 void LocationDelivery::deliver(Batch& batch) {
@@ -66,13 +70,25 @@ void LocationDelivery::deliver(Batch& batch) {
             components = delegate_.components.snapshot();
         deliverToPlugins(batch.changes[batch.next++], *components);
     }
-    if (std::exchange(batch.notifyFactories, false))
-        delegate_.factories.applyChanges(batch.changes);
+    deliverToFactories(batch);
     if (!std::exchange(batch.hasCollectedSources, true))
         delegate_.sourceLocationTree.collect(batch.sourceChanges);
     while (batch.nextSource < batch.sourceChanges.size()) {
         const ViewerLocationEvent event = toEvent(batch.sourceChanges[batch.nextSource++]);
         delegate_.suite->sourceLocationEvent(delegate_.instance, &event);
+    }
+}
+
+void LocationDelivery::deliverToFactories(Batch& batch) {
+    switch (std::exchange(batch.factories, Factories::PassedOver)) {
+    case Factories::Told:
+        delegate_.factories.applyChanges(batch.changes);
+        break;
+    case Factories::Emptied:
+        delegate_.factories.clear();
+        break;
+    case Factories::PassedOver:
+        break;
     }
 }
 

@@ -30,12 +30,17 @@ public:
     /// "__SELECTED_ENABLED_LOCATIONS_CHANGED". Does nothing but remember the wish while a Pause
     /// stands.
     ///
-    /// Without `notifyFactories` the factories are told neither of this nor of what is under way:
-    /// that is how a scene is taken down.
+    /// Without `notifyFactories` the factories are told neither of this nor of what is under way,
+    /// and drop all that they hold when plug-ins have heard of it: that is how a scene is taken
+    /// down. In this order what comes back meanwhile is news to them, whoever brings it.
     void flush(bool notifyFactories);
 
     /// Whether everything that was to be flushed has been delivered.
     [[nodiscard]] bool isIdle() const noexcept { return batches_.empty() && !isFlushWanted_; }
+
+    /// Whether a scene is to be taken down as soon as no Pause stands. What comes back until then
+    /// would hide that it ever went.
+    [[nodiscard]] bool isTakingDown() const noexcept { return isTakeDownWanted_; }
 
     /// Keeps the trees' nodes in place while one walks them and calls plug-ins on the way: no
     /// collection happens as long as it stands. The owner of the last one calls resume() after it.
@@ -56,16 +61,19 @@ public:
     void resume();
 
 private:
+    enum class Factories { Told, PassedOver, Emptied };
+
     struct Batch {
         std::vector<LocationChange> changes;
         std::size_t next = 0;
-        bool notifyFactories = true;
+        Factories factories = Factories::Told;
         bool hasCollectedSources = false;
         std::vector<LocationChange> sourceChanges;
         std::size_t nextSource = 0;
     };
 
     void deliver(Batch& batch);
+    void deliverToFactories(Batch& batch);
     void deliverToPlugins(const LocationChange& change,
                           const std::vector<ComponentList::Component*>& components);
 
@@ -74,6 +82,7 @@ private:
     bool isDelivering_ = false;
     int pauses_ = 0;
     bool isFlushWanted_ = false;
+    bool isTakeDownWanted_ = false;
 };
 
 } // namespace ViewerAPI

@@ -16,7 +16,7 @@ void LocationTree::cook(std::string_view path, GroupAttribute attributes,
     if (!node) {
         node = createNode(path, false, isProxy);
     }
-    if (!node) {
+    if (!node || (node->proxy && !node->parent->cooked)) {
         return;
     }
     bool hasChanged = storeAttributes(*node, std::move(attributes));
@@ -257,7 +257,8 @@ LocationNode* LocationTree::createNode(std::string_view path, bool createParents
         if (!parent && createParents) {
             parent = createNode(parentPath, true, false);
         }
-        if (!parent) {
+        // A pin keeps a location in the tree that does not exist, and has no proxies.
+        if (!parent || (isProxy && !parent->cooked)) {
             return nullptr;
         }
     }

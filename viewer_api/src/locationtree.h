@@ -32,7 +32,8 @@ public:
     LocationTree() = default;
 
     /// The location exists, with these attributes (working-set data taken out). Parents are
-    /// cooked before children: a location whose parent is unknown is passed over.
+    /// cooked before children: a location whose parent is unknown is passed over, and so is a proxy
+    /// whose parent is not cooked.
     /// `isLeaf`: it has no potential children. `isProxy` counts when the location is new.
     void cook(std::string_view path, VlAttribute::GroupAttribute attributes,
               const WorkingSetState& workingSet, bool isProxy, bool isLeaf);
@@ -102,7 +103,8 @@ private:
         }
     };
 
-    /// Null when the parent is unknown and is not to be created.
+    /// Null when the parent is unknown and is not to be created, and for the proxy of an uncooked
+    /// one.
     LocationNode* createNode(std::string_view path, bool createParents, bool isProxy);
     void attachToParent(LocationNode& node, LocationNode& parent, bool isProxy);
     static void inheritState(LocationNode& proxy, const LocationNode& parent);

@@ -113,9 +113,7 @@ Attribute VlViewerDelegateHostStruct::getOption(std::uint64_t optionId) {
 void VlViewerDelegateHostStruct::flushCaches() {
     const HostCall call(*this);
     locationTree.deleteLocation(kRootPath);
-    // A plug-in that fails must not leave the factories with a scene that is gone: they would take
-    // what comes back for what they know.
-    callBoth([this] { flushLocationChanges(false); }, [this] { factories.clear(); });
+    flushLocationChanges(false);
 }
 
 // ---- Scene events
@@ -125,7 +123,7 @@ void VlViewerDelegateHostStruct::processLocationEvents() {
     manipulationFreeze.update(*bridge);
     // The bridge may pump again while events are being handled. What the outer pump holds is older
     // than what waits in the clients, and must come first.
-    if (!manipulationFreeze.isFrozen() && !isHandlingEvents_)
+    if (!manipulationFreeze.isFrozen() && !isHandlingEvents_ && !delivery_.isTakingDown())
         fetchAndHandleEvents();
     flushLocationChanges(true);
     // What plug-ins change while they are told, such as a location that one opens on hearing of it,
@@ -146,7 +144,7 @@ void VlViewerDelegateHostStruct::applyFactoryProducts() {
     std::vector<FactoryProduct> products;
     const auto apply = [&] {
         for (FactoryProduct& product : products) {
-            // The tree passes over what it has no parent for, and what it doesn't know.
+            // The tree passes over what has no cooked parent, and what it doesn't know.
             if (product.kind == kFactoryProductProduced)
                 locationTree.cook(product.path, std::move(product.attrs), {}, true, false);
             else

@@ -74,7 +74,8 @@ struct VlViewerDelegateHostStruct : public HostObject {
     void processLocationEvents();
     /// Sends what changed in the trees. A flush from within a plug-in's entry is delivered after
     /// the one under way; one from within getBounds or computeExtent after the walk that asks.
-    /// Without `notifyFactories` the factories don't hear of it, nor of what is under way.
+    /// Without `notifyFactories` the factories don't hear of it, nor of what is under way, and drop
+    /// all that they hold after it.
     void flushLocationChanges(bool notifyFactories);
     /// Whether there is work whose outcome the next pumps will bring, tested in the order
     /// factories, runtime, clients, look-through, components, plug-in.

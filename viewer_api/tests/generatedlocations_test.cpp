@@ -304,6 +304,58 @@ TEST_F(GeneratedLocations, flushCachesWithinADeliveryLeavesNothingForTheFactorie
     EXPECT_TRUE(hasBox("/root"));
 }
 
+/// The scene comes back before flushCaches has returned.
+class FlushedLocations : public GeneratedLocations {
+protected:
+    void bringBack() {
+        client(kPrimaryClient).report("/root", GroupAttribute::Empty(), {"a", "b"});
+        client(kPrimaryClient).report("/root/a", bounded(1));
+        client(kPrimaryClient).report("/root/b", bounded(2));
+        pump();
+    }
+    void expectBoxesThatTheFactoriesKnow() {
+        pump();
+        EXPECT_TRUE(hasBox("/root/a"));
+        EXPECT_TRUE(hasBox("/root/b"));
+        hide("/root/a");
+        pump();
+        EXPECT_FALSE(hasBox("/root/a"));
+    }
+};
+
+TEST_F(FlushedLocations, haveTheirBoxesWhenAPluginPumpsThatIsTold) {
+    showTwoBoxes();
+    onceAt("/root", [this] { bringBack(); });
+    delegate->flushCaches();
+    expectBoxesThatTheFactoriesKnow();
+}
+
+TEST_F(FlushedLocations, haveTheirBoxesWhenTheListenerPumpsThatHearsOfIt) {
+    showTwoBoxes();
+    channels.onFire = [this, isDone = false](const std::string& name) mutable -> Attribute {
+        if (name == "__SELECTED_ENABLED_LOCATIONS_CHANGED" && !std::exchange(isDone, true))
+            bringBack();
+        return {};
+    };
+    delegate->flushCaches();
+    expectBoxesThatTheFactoriesKnow();
+}
+
+TEST_F(FlushedLocations, haveTheirBoxesWhenTheTreeIsWalkedMeanwhile) {
+    showTwoBoxes();
+    bool isDone = false;
+    plugin.onCall = [&](std::string_view entry, std::string_view) {
+        if (entry == "getBounds" && !std::exchange(isDone, true)) {
+            delegate->flushCaches();
+            bringBack();
+        }
+    };
+    const char* const path = "/root";
+    static_cast<void>(delegate->computeMergedExtent(&path, 1, ""));
+    EXPECT_TRUE(isDone);
+    expectBoxesThatTheFactoriesKnow();
+}
+
 // ---- On and off
 
 TEST_F(GeneratedLocations, boxesAreOnAtFirstAndCanBeSwitched) {

@@ -76,6 +76,22 @@ TEST_F(LocationTreeProxies, unpinningAProxyThatOnlySharesAPinLeavesTheCounts) {
     EXPECT_TRUE(tree.find("/root/a/proxy")->pinned);
 }
 
+TEST_F(LocationTreeProxies, whatAPinAloneKeepsHasNoProxies) {
+    cook("/root");
+    cook("/root/a");
+    tree.pinLocation("/root/a");
+    tree.pinLocation("/root/b");
+    cookProxy("/root/a/proxy");
+    collect();
+    tree.deleteLocation("/root/a");
+    EXPECT_EQ(collect(), Lines{"/root/a removed"});
+    cookProxy("/root/a/proxy");
+    cookProxy("/root/a/proxy/part");
+    cookProxy("/root/b/proxy");
+    EXPECT_EQ(collect(), Lines{});
+    EXPECT_EQ(tree.find("/root/b/proxy"), nullptr);
+}
+
 TEST_F(LocationTreeProxies, aProxyPinnedItselfStaysPinnedWithoutItsLocation) {
     cook("/root");
     cook("/root/a");
