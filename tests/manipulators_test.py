@@ -2,7 +2,8 @@
 selection."""
 import unittest
 
-from gizmos import HEIGHT, PATH, WIDTH, ManipulatorTest, add, worldAxis
+from gizmos import CAMERAS, HEIGHT, PATH, WIDTH, ManipulatorTest, add, worldAxis
+from ostrel import events
 from PyVlAttribute import StringAttribute
 
 
@@ -53,6 +54,68 @@ class LayerTest(ManipulatorTest):
             self.session.close()
         self.assertTrue(counts[0] > 500, counts)
         self.assertTrue(abs(counts[0] - counts[1]) < 0.15 * counts[0], counts)
+
+    def lookAlmostAlongZ(self, degrees):
+        """At the thing, from so far to the side of its z axis; where it is seen."""
+        orbit = self.view.orbit
+        orbit.target, orbit.yaw, orbit.pitch = tuple(self.position()), degrees, 0.0
+        self.view.updateCamera()
+        self.view.draw()
+        return self.pixelAt(self.position())
+
+    def changed(self, begin, way):
+        """What a drag from one pixel by a way changes: of the readout the numbers' indices."""
+        before = []
+        self.assertTrue(self.press(*begin))
+        self.assertTrue(self.readout() is not None, "nothing is grasped at %r" % (begin,))
+        for part in (0, 1):
+            self.assertTrue(self.move(begin[0] + part * way[0], begin[1] + part * way[1]))
+            before.append(self.readout())
+        self.viewport.event(events.keyPress("Escape"))
+        self.release(*begin)
+        return [i for i in range(3) if abs(before[0][i] - before[1][i]) > 1e-6]
+
+    def testAnAxisThatPointsAtTheCameraLeavesTheMiddleToItsHandle(self):
+        for camera in CAMERAS:
+            for tool in ("TranslateManipulator", "ScaleManipulator"):
+                self.show(camera=camera)
+                self.activate(name=tool)
+                for degrees in (0, 6, 11, 14):
+                    x, y = self.lookAlmostAlongZ(degrees)
+                    for aside in (-4, 0, 4, 8):
+                        self.assertTrue(len(self.changed((x + aside, y), (20, 30))) > 1,
+                                        (camera, tool, degrees, aside))
+                self.lookAlmostAlongZ(25)
+                self.assertEqual([2], self.changed(self.placeOn(2, 0.95), (20, 0)))
+                self.session.close()
+
+    def testAPlaneThatIsSeenFromItsEdgeIsNotGrasped(self):
+        for camera in CAMERAS:
+            for tool in ("TranslateManipulator", "ScaleManipulator"):
+                self.show(camera=camera)
+                self.activate(name=tool)
+                for degrees, expected in ((20, [1, 2]), (8, [1])):
+                    self.lookAlmostAlongZ(degrees)
+                    place = add(self.position(), [0, 0.4, 0.3], self.gizmoLength(self.position()))
+                    self.assertEqual(expected, self.changed(self.pixelAt(place), (3, -30)),
+                                     (camera, tool, degrees))
+                self.session.close()
+
+    def testHandlesFadeBeforeTheyGo(self):
+        for camera in CAMERAS:
+            self.show(camera=camera)
+            differences = []
+            for degrees in (30, 16, 13, 8):
+                self.lookAlmostAlongZ(degrees)
+                x, y = self.placeOn(2, 0.9)
+                plain = self.colourAt(x, y)
+                self.activate()
+                differences.append(sum(abs(a - b) for a, b in zip(plain, self.colourAt(x, y))))
+                self.viewport.deactivateAllManipulators(True)
+            for more, less in zip(differences, differences[1:]):
+                self.assertTrue(more > less + 20, (camera, differences))
+            self.assertEqual(0, differences[3], camera)
+            self.session.close()
 
     def testPicksOfTheViewportSeeThroughThem(self):
         self.show()

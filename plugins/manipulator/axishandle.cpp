@@ -1,3 +1,5 @@
+#include "manipulator/matrices.h"
+#include "manipulator/presence.h"
 #include "manipulator/shapehandle.h"
 
 namespace Bundled {
@@ -15,6 +17,9 @@ protected:
     const Shape& graspedShape() const override {
         static const Shape grasped = arrowShape(0.05f);
         return grasped;
+    }
+    double presence(const PictureSpace& picture, const Imath::M44d& shapeToWorld) const override {
+        return axisPresence(picture, shapeToWorld.translation(), direction(shapeToWorld, 0));
     }
 };
 

@@ -1,3 +1,5 @@
+#include "manipulator/matrices.h"
+#include "manipulator/presence.h"
 #include "manipulator/shapehandle.h"
 
 namespace Bundled {
@@ -18,6 +20,11 @@ protected:
         static const Shape onStick = boxShape(0.04f);
         static const Shape inMiddle = cubeShape(Imath::V3f(0.0f), 0.1f);
         return axis() < 0 ? inMiddle : onStick;
+    }
+    double presence(const PictureSpace& picture, const Imath::M44d& shapeToWorld) const override {
+        return axis() < 0
+                   ? 1.0
+                   : axisPresence(picture, shapeToWorld.translation(), direction(shapeToWorld, 0));
     }
 };
 

@@ -5,6 +5,7 @@
 #include "manipulator/dragmath.h"
 #include "manipulator/matrices.h"
 #include "manipulator/pictureof.h"
+#include "manipulator/presence.h"
 #include "manipulator/text.h"
 #include "scene/number.h"
 #include "scene/raisedflag.h"
@@ -28,10 +29,6 @@ namespace {
 constexpr double kLengthPx = 100.0;
 /// How many steps there are, at most, in the gizmo's length.
 constexpr double kStepsInLength = 5.0;
-/// An axis is of no use that points so nearly at the camera, nor a plane that is seen so nearly
-/// from its edge: cosines of the angle to where the camera looks.
-constexpr double kHeadOn = 0.985;
-constexpr double kEdgeOn = 0.10;
 
 /// Of the text beside the pointer: the height of its digits, how far it is from the pointer, and
 /// the dark edge around its strokes, in heights.
@@ -125,18 +122,17 @@ GizmoPlace Gizmo::place(const PictureSpace& space) const {
     return {middle, axes(), kLengthPx * space.pixelLengthAt(middle)};
 }
 
-bool Gizmo::isUsable(const GizmoPart& part, const GizmoPlace& place, const PictureSpace& space) {
-    const Imath::V3d sight = space.sightTo(place.centre);
+double Gizmo::presence(const GizmoPart& part, const GizmoPlace& place, const PictureSpace& space) {
     switch (part.motion) {
     case Motion::Axis:
-        return std::abs(sight.dot(place.axis(part.axis))) < kHeadOn;
+        return axisPresence(space, place.centre, place.axis(part.axis));
     case Motion::Plane:
-        return std::abs(sight.dot(place.normal(part.axis))) > kEdgeOn;
+        return planePresence(space, place.centre, place.normal(part.axis));
     case Motion::Ring:
     case Motion::Picture:
         break;
     }
-    return true;
+    return 1.0;
 }
 
 template <typename Use>
@@ -151,9 +147,12 @@ void Gizmo::eachHandle(Use use) const {
     matrix *= now.axes;
     matrix *= Imath::M44d().setTranslation(now.centre);
     host.setXform(toAttribute(matrix));
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        if (isUsable(parts[i], now, space)) {
-            use(handle(i), i);
+    // What fades comes last: one sees the others through it.
+    for (const bool isFading : {false, true}) {
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            if ((presence(parts[i], now, space) < 1.0) == isFading) {
+                use(handle(i), i);
+            }
         }
     }
 }
@@ -250,7 +249,7 @@ bool Gizmo::press(const Event& event) {
         }
         const PictureSpace space = pictureOf(viewport());
         const GizmoPlace now = place(space);
-        if (now.length <= 0.0 || !isUsable(parts[i], now, space)) {
+        if (now.length <= 0.0 || presence(parts[i], now, space) < kGraspedPresence) {
             return false; // nobody sees it
         }
         auto begun = beginDrag({parts[i], now, space.rayAt({event.x, event.y}), space});

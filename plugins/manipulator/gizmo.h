@@ -61,11 +61,10 @@ private:
     using Event = ViewerPlugin::ViewportEvent;
 
     [[nodiscard]] GizmoPlace place(const PictureSpace& space) const;
-    /// Whether a part can be dragged as it is seen now.
-    [[nodiscard]] static bool isUsable(const GizmoPart& part, const GizmoPlace& place,
-                                       const PictureSpace& space);
-    /// Moves the handles to where they stand now, and calls `use(handle host, index)` for those
-    /// that are usable.
+    /// How far a part is there as it is seen: presence.h.
+    [[nodiscard]] static double presence(const GizmoPart& part, const GizmoPlace& place,
+                                         const PictureSpace& space);
+    /// Moves the handles to where they stand now, and calls `use(handle host, index)` for each.
     template <typename Use>
     void eachHandle(Use use) const;
     [[nodiscard]] ViewerPlugin::ManipulatorHandleHost handle(std::size_t index) const;

@@ -23,4 +23,9 @@ inline VlAttribute::DoubleAttribute toAttribute(const Imath::M44d& matrix) {
     return VlAttribute::DoubleAttribute(std::span<const double>(matrix.getValue(), 16), 4);
 }
 
+/// A row as a direction, of length 1; of length 0 where there is none.
+inline Imath::V3d direction(const Imath::M44d& matrix, int row) {
+    return Imath::V3d(matrix[row][0], matrix[row][1], matrix[row][2]).normalized();
+}
+
 } // namespace Bundled

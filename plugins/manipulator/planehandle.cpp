@@ -1,3 +1,5 @@
+#include "manipulator/matrices.h"
+#include "manipulator/presence.h"
 #include "manipulator/shapehandle.h"
 
 namespace Bundled {
@@ -17,6 +19,10 @@ protected:
         return grasped;
     }
     float opacity() const override { return 0.6f; }
+    double presence(const PictureSpace& picture, const Imath::M44d& shapeToWorld) const override {
+        const Imath::V3d normal = direction(shapeToWorld, 1).cross(direction(shapeToWorld, 2));
+        return planePresence(picture, shapeToWorld.translation(), normal.normalized());
+    }
 };
 
 } // namespace Bundled

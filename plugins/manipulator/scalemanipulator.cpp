@@ -1,5 +1,6 @@
 #include "manipulator/componentdrag.h"
 #include "manipulator/gizmo.h"
+#include "manipulator/matrices.h"
 #include "manipulator/scaling.h"
 #include "manipulator/text.h"
 
@@ -79,8 +80,7 @@ protected:
         const auto toWorld = ComponentEdits::componentsToWorld(host, path, scale);
         Imath::M44d matrix;
         for (int i = 0; toWorld && i < 3; ++i) {
-            const Imath::V3d axis =
-                Imath::V3d((*toWorld)[i][0], (*toWorld)[i][1], (*toWorld)[i][2]).normalized();
+            const Imath::V3d axis = direction(*toWorld, i);
             if (axis.length2() == 0.0) {
                 return Imath::M44d(); // a flat space has no such axis
             }

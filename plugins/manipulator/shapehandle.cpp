@@ -2,6 +2,8 @@
 
 #include "gl/glcontext.h"
 #include "manipulator/matrices.h"
+#include "manipulator/pictureof.h"
+#include "manipulator/presence.h"
 
 #include <algorithm>
 #include <cmath>
@@ -50,6 +52,12 @@ void ShapeHandle::draw() {
         return;
     }
     const ViewerPlugin::ManipulatorHost owner = manipulator();
+    const ViewerPlugin::ViewportHost viewport(owner.getViewport().host);
+    const Imath::M44d matrix = shapeToWorld();
+    const double present = host.isEngaged() ? 1.0 : presence(pictureOf(viewport), matrix);
+    if (present <= 0.0) {
+        return;
+    }
     const int which = axis();
     Color color = !owner.isEditable() ? kReadOnlyColor
                   : host.isEngaged()  ? kEngagedColor
@@ -57,17 +65,19 @@ void ShapeHandle::draw() {
                   : which < 0         ? kPlainColor
                                       : kAxisColors[which];
     color[3] = host.isEngaged() || host.isMarked() ? std::max(opacity(), 0.8f) : opacity();
-    painting().draw(shape(), shapeToWorld(), ViewerPlugin::ViewportHost(owner.getViewport().host),
-                    color, opacityBehind());
+    color[3] *= static_cast<float>(present);
+    painting().draw(shape(), matrix, viewport, color, opacityBehind());
 }
 
 void ShapeHandle::pickerDraw(std::uint64_t pickerId) {
     if (!isGLReady()) {
         return;
     }
-    painting().drawId(graspedShape(), shapeToWorld(),
-                      ViewerPlugin::ViewportHost(manipulator().getViewport().host), pickerId,
-                      opacityBehind() == 1.0f);
+    const ViewerPlugin::ViewportHost viewport(manipulator().getViewport().host);
+    const Imath::M44d matrix = shapeToWorld();
+    if (presence(pictureOf(viewport), matrix) >= kGraspedPresence) {
+        painting().drawId(graspedShape(), matrix, viewport, pickerId, opacityBehind() == 1.0f);
+    }
 }
 
 } // namespace Bundled

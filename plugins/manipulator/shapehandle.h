@@ -1,6 +1,7 @@
 #pragma once
 
 #include "manipulator/handlepainter.h"
+#include "manipulator/picturespace.h"
 #include "viewer_api/plugin/ManipulatorHandlePlugin.h"
 
 #include <memory>
@@ -29,6 +30,13 @@ protected:
     /// Of that of the shape, what is left of it where it lies behind its own origin, seen from the
     /// camera. Where that is less than 1 it is not grasped.
     [[nodiscard]] virtual float opacityBehind() const { return 1.0f; }
+
+    /// How far the handle is there as it is seen, its shape being where `shapeToWorld` has it; see
+    /// presence.h. An engaged one is wholly there.
+    [[nodiscard]] virtual double presence(const PictureSpace& /*picture*/,
+                                          const Imath::M44d& /*shapeToWorld*/) const {
+        return 1.0;
+    }
 
     /// Of the manipulator's axes the one that the handle lies along, or less than 0.
     [[nodiscard]] int axis() const;
