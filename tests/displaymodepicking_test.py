@@ -7,7 +7,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
 import goldenscenes
 import ostrel
-from PyVlAttribute import GroupAttribute, StringAttribute
+from PyVlAttribute import GroupAttribute, IntAttribute, StringAttribute
 
 WIDTH, HEIGHT = 200, 120
 QUAD = "/root/quad"
@@ -47,6 +47,18 @@ class DisplayModePickingTest(unittest.TestCase):
         self.assertTrue(2 <= wireCount <= 14, wireCount)
         self.assertTrue(self.hits("points") is None)
         self.assertEqual((first, last, count), self.hits("shaded"))
+
+    def test_polygons_that_are_left_out_are_not_hit_but_for_their_wires(self):
+        self.view.viewport.getLayer("meshes").setOptionByName("cullBackFaces", IntAttribute(1))
+        front = {}
+        for mode in ("shaded", "wireframe", "wireframeOnShaded"):
+            front[mode] = self.hits(mode)
+            self.assertTrue(front[mode] is not None, mode)
+        self.view.orbit.yaw = 180.0
+        self.view.updateCamera()
+        self.assertTrue(self.hits("shaded") is None)
+        for mode in ("wireframe", "wireframeOnShaded"):
+            self.assertEqual(front["wireframe"], self.hits(mode), mode)
 
 
 if __name__ == "__main__":

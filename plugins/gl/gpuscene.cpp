@@ -17,7 +17,7 @@ void GpuScene::draw(SceneMirror& mirror, const Frame& frame) {
     drawCalls += wirePass.draw(visible, frame);
     if (!mirror.getSelectedNodes().empty()) {
         Imath::Box3d bounds;
-        const auto selected = collectSelected(mirror, frustum, bounds);
+        const auto selected = collectSelected(mirror, frustum, frame.displayMode, bounds);
         outlinePass.draw(selected, bounds, frame);
     }
 }
@@ -58,12 +58,8 @@ std::span<const DrawItem> GpuScene::collect(SceneMirror& mirror, const Frustum& 
             continue;
         }
         ends.push_back(runs.size());
-        items.push_back(itemOf(mirror, *batch));
+        items.push_back(itemOf(mirror, *batch, displayMode));
         DrawItem& item = items.back();
-        // Dots have no other side to show.
-        if (mirror.getGeometries()[batch->geometry].kind == GeometryKind::Mesh) {
-            item.mode = batch->options.fill.value_or(displayMode);
-        }
         if (item.mode != DisplayMode::Shaded) {
             item.wires = loadWires(mirror, *batch);
         }
@@ -73,7 +69,7 @@ std::span<const DrawItem> GpuScene::collect(SceneMirror& mirror, const Frustum& 
 }
 
 std::span<const DrawItem> GpuScene::collectSelected(SceneMirror& mirror, const Frustum& frustum,
-                                                    Imath::Box3d& bounds) {
+                                                    DisplayMode displayMode, Imath::Box3d& bounds) {
     std::vector<std::pair<Batch*, std::size_t>> instances;
     for (const std::uint32_t node : mirror.getSelectedNodes()) {
         const auto [batch, position] = mirror.getInstance(node);
@@ -97,7 +93,7 @@ std::span<const DrawItem> GpuScene::collectSelected(SceneMirror& mirror, const F
         }
         runs.push_back({position, 1});
         if (isFirst) {
-            items.push_back(itemOf(mirror, *batch));
+            items.push_back(itemOf(mirror, *batch, displayMode));
             ends.push_back(0);
         }
         ends.back() = runs.size();
@@ -106,13 +102,17 @@ std::span<const DrawItem> GpuScene::collectSelected(SceneMirror& mirror, const F
     return items;
 }
 
-DrawItem GpuScene::itemOf(const SceneMirror& mirror, const Batch& batch) {
+DrawItem GpuScene::itemOf(const SceneMirror& mirror, const Batch& batch, DisplayMode displayMode) {
     DrawItem item;
     item.batch = &batch;
     item.material = &mirror.getMaterials()[batch.material];
     item.picture = textures.find(*item.material);
     item.mesh = &meshes.at(mirror.getGeometries().getSerial(batch.geometry));
     item.gpu = &gpuBatches.at(batch.serial);
+    // Dots have no other side to show.
+    if (mirror.getGeometries()[batch.geometry].kind == GeometryKind::Mesh) {
+        item.mode = batch.options.fill.value_or(displayMode);
+    }
     return item;
 }
 

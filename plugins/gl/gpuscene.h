@@ -38,10 +38,10 @@ public:
     /// this mode where a location doesn't ask for another; valid until the next call.
     std::span<const DrawItem> collect(SceneMirror& mirror, const Frustum& frustum,
                                       DisplayMode displayMode);
-    /// The same of what is selected, whatever its mode, at the cost of that alone; `bounds` becomes
-    /// the box in world space around it.
+    /// The same of what is selected, without wires, at the cost of that alone; `bounds` becomes the
+    /// box in world space around it.
     std::span<const DrawItem> collectSelected(SceneMirror& mirror, const Frustum& frustum,
-                                              Imath::Box3d& bounds);
+                                              DisplayMode displayMode, Imath::Box3d& bounds);
 
     /// Draw calls of the last picture.
     [[nodiscard]] std::size_t getNumberOfDrawCalls() const noexcept { return drawCalls; }
@@ -49,7 +49,7 @@ public:
     std::vector<std::string> takeErrors() { return textures.takeErrors(); }
 
 private:
-    DrawItem itemOf(const SceneMirror& mirror, const Batch& batch);
+    DrawItem itemOf(const SceneMirror& mirror, const Batch& batch, DisplayMode displayMode);
     const GpuMesh* loadWires(const SceneMirror& mirror, const Batch& batch);
     void setRuns(const std::vector<std::size_t>& ends);
     void dropUnused(const SceneMirror& mirror);

@@ -27,6 +27,9 @@ void IdPass::draw(std::span<const DrawItem> items, const SceneMirror& mirror, co
         program = ShaderProgram("id", kIdVertexShader, kIdFragmentShader);
     }
     const DrawState state({.dither = false, .multisample = false});
+    if (frame.cullBackFaces) {
+        glEnable(GL_CULL_FACE);
+    }
     program.use();
     program.set("worldToView", frame.worldToView);
     program.set("viewToClip", frame.viewToClip);
@@ -39,7 +42,7 @@ void IdPass::draw(std::span<const DrawItem> items, const SceneMirror& mirror, co
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(instances.size() * sizeof(IdInstance)),
                  instances.data(), GL_STREAM_DRAW);
     for (const Share& share : shares) {
-        drawShare(share);
+        drawShare(share, frame);
     }
     glLineWidth(1.0f);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
@@ -71,7 +74,7 @@ void IdPass::gather(std::span<const DrawItem> items, const SceneMirror& mirror,
     }
 }
 
-void IdPass::drawShare(const Share& share) {
+void IdPass::drawShare(const Share& share, const Frame& frame) {
     const DrawItem& item = *share.item;
     if (item.showsSurface()) {
         bindAttributes(share, *item.mesh);
@@ -81,7 +84,10 @@ void IdPass::drawShare(const Share& share) {
              {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
             drawPart(share, *item.mesh, part);
         }
-        return;
+        // Polygons that are left out show their wires all the same.
+        if (!item.wires || !frame.cullBackFaces) {
+            return;
+        }
     }
     program.set("hasHoles", 0);
     bindAttributes(share, *item.wires);

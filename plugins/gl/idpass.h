@@ -42,7 +42,7 @@ private:
 
     void gather(std::span<const DrawItem> items, const SceneMirror& mirror, const Frustum& frustum,
                 const GetId& getId);
-    void drawShare(const Share& share);
+    void drawShare(const Share& share, const Frame& frame);
     void bindAttributes(const Share& share, const GpuMesh& mesh) const;
     static void drawPart(const Share& share, const GpuMesh& mesh, GpuMesh::Part part);
 

@@ -113,7 +113,9 @@ void OutlinePass::drawMask(std::span<const DrawItem> selected, const Frame& fram
 void OutlinePass::drawItems(std::span<const DrawItem> selected, const Frame& frame) {
     const Imath::V3d eye = frame.eye();
     for (const DrawItem& item : selected) {
-        if (item.hidesBackSides(frame, eye)) {
+        // Wires show from behind too.
+        const bool isCulled = frame.cullBackFaces && item.mode == DisplayMode::Shaded;
+        if (isCulled || item.hidesBackSides(frame, eye)) {
             glEnable(GL_CULL_FACE);
         } else {
             glDisable(GL_CULL_FACE);

@@ -52,7 +52,7 @@ void MeshLayer::draw() {
 void MeshLayer::pickerDraw(const ViewerPlugin::PickRegion& region, const GroupAttribute& excluded) {
     if (SceneDelegate* delegate = findDelegate()) {
         drawPickableLocations(
-            *delegate, viewport(), displayMode, region, excluded,
+            *delegate, viewport(), displayMode, cullBackFaces, region, excluded,
             [this](const Attribute& object) { return host.addPickableObject(object); });
     }
 }

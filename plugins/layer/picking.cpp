@@ -30,7 +30,8 @@ std::unordered_set<std::string_view> pathsOf(const VlAttribute::GroupAttribute& 
 } // namespace
 
 void drawPickableLocations(SceneDelegate& delegate, const ViewerPlugin::ViewportHost& viewport,
-                           DisplayMode displayMode, const ViewerPlugin::PickRegion& region,
+                           DisplayMode displayMode, bool cullBackFaces,
+                           const ViewerPlugin::PickRegion& region,
                            const VlAttribute::GroupAttribute& excluded,
                            const AddPickableObject& add) {
     const int width = viewport.getWidth();
@@ -42,6 +43,7 @@ void drawPickableLocations(SceneDelegate& delegate, const ViewerPlugin::Viewport
     frame.worldToView = Frame::matrix(viewport.getViewMatrix().data());
     frame.viewToClip = Frame::matrix(viewport.getProjectionMatrix().data());
     frame.displayMode = displayMode;
+    frame.cullBackFaces = cullBackFaces;
     const auto across = [width](double x) { return 2.0 * x / width - 1.0; };
     const auto up = [height](double y) { return 1.0 - 2.0 * y / height; };
     const Frustum part(frame.worldToClip(), across(region.x - kReachPx),

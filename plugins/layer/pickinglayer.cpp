@@ -18,7 +18,7 @@ void PickingLayer::pickerDraw(const ViewerPlugin::PickRegion& region,
         gpuScene = delegate->shareGpuScene();
     }
     drawPickableLocations(
-        *delegate, view, DisplayMode::Shaded, region, excluded,
+        *delegate, view, DisplayMode::Shaded, false, region, excluded,
         [this](const Attribute& object) { return host.addPickableObject(object); });
 }
 

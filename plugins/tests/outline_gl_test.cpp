@@ -105,6 +105,24 @@ TEST_P(OutlineGL, surroundsWhatIsBelowASelectedLocation) {
     EXPECT_GT(strongestOrange(draw()), 60);
 }
 
+TEST_P(OutlineGL, leavesOutWhatIsSeenFromBehindWithTheLayerButForWires) {
+    const auto& layer = *viewport->layers.front();
+    const auto set = [&layer](const char* option, const VlAttribute::Attribute& value) {
+        layer.suite->setOption(layer.instance, ViewerPlugin::optionId(option),
+                               value.getRetainedHandle());
+    };
+    set("cullBackFaces", IntAttribute(1));
+    scene.tell("/root/back",
+               meshLocation({-0.5f, -0.5f, 0, 0.5f, -0.5f, 0, 0.5f, 0.5f, 0, -0.5f, 0.5f, 0},
+                            {{0, 3, 2, 1}}, paint(0.3f, 0.3f, 0.3f)));
+    select({"/root/back"});
+    EXPECT_LT(strongestOrange(draw()), 20);
+    for (const char* mode : {"wireframe", "wireframeOnShaded"}) {
+        set("displayMode", StringAttribute(mode));
+        EXPECT_GT(strongestOrange(draw()), 60) << mode;
+    }
+}
+
 TEST_P(OutlineGL, keepsTheColourOfWhatItSurrounds) {
     scene.tell("/root/a", square(0.5f, paint(0.1f, 0.3f, 0.6f)));
     const auto plain = draw().at(kMiddle, kMiddle);
