@@ -106,14 +106,15 @@ class Plugins(object):
         return [call for call in calls if plugin in (None, call[0])]
 
 
-_errorOccurred = ctypes.pythonapi.PyErr_Occurred
+#: Raises the error that a call has left pending, as calls may on Python 2.
+raisePending = ctypes.pythonapi.PyErr_Occurred
 
 
 def errorOf(function, *arguments):
     """The error that a call raises or, as calls may on Python 2, leaves pending; or None."""
     try:
         function(*arguments)
-        _errorOccurred()  # raises what is pending
+        raisePending()
     except Exception as error:
         return error
     return None

@@ -32,7 +32,7 @@
 //     OtherError       raised in the hook, it leaves the entry as an int
 //
 // What a delegate's plug-in may ask of its host, by the host suite; an exception of the host comes
-// back as StandardError:
+// back as StandardError, or as OtherError what is none:
 //
 //     callPythonCallback(host, name, value) -> attribute
 //     selectLocation(host, path), selectLocations(host, [path]), getSelectedLocations(host)
@@ -393,11 +393,14 @@ const ViewerDelegateHostSuite& delegateHost() {
 template <class Body>
 PyObject* withExceptions(Body&& body) {
     try {
-        return body();
+        return pythoncompat::returnValue(body());
     } catch (const std::exception& exception) {
         PyObject* text = newText(exception.what());
         PyErr_SetObject(standardError, text);
         Py_XDECREF(text);
+        return nullptr;
+    } catch (...) {
+        PyErr_SetNone(otherError);
         return nullptr;
     }
 }
