@@ -1,6 +1,6 @@
 """Random calls of a whole viewer: scenes that make no sense, gestures on what comes and goes,
-options and cameras of numbers that are none. Whatever a script does, the process goes on, and the next
-session shows its scene.
+options and cameras of numbers that are none, and what stands below it. Whatever a script does, the
+process goes on, and the next session shows its scene.
 
 OSTREL_ORACLE_SEED says where to begin instead, to see a seed again that failed, and
 OSTREL_ORACLE_COUNT how many to try, to look for longer.
@@ -17,6 +17,7 @@ import unittest
 import ostrel
 import PyScenelib
 import PyVlLogging
+import PyVlPluginSystem
 import PyWindowSystem
 import ViewerAPI
 from ostrel import events
@@ -166,7 +167,7 @@ class Script(object):
 
     def step(self):
         self.pick(*[self.callMethod] * 12 + [self.useView] * 12 + [self.useSession] * 6 +
-                  [self.useScene] * 4 + [self.open])()
+                  [self.useScene] * 4 + [self.useLibraries] * 3 + [self.open])()
 
     def attempt(self, function, *arguments):
         """What a call gives; nothing when it fails as calls may."""
@@ -299,6 +300,39 @@ class Script(object):
                       lambda: self.attempt(PyScenelib.setOpInputs, op, inputs),
                       lambda: self.attempt(PyScenelib.recookLocation, op, self.pick(*PATHS)),
                       PyScenelib.flushCaches)()
+
+    def useLibraries(self):
+        """What the modules offer that stand below the viewer."""
+        junk = self.pick(None, "text", -1, 1.5, 2 ** 70, [], [1, "x"], object(), self.attribute())
+        name = self.pick("a", "xform.a", "", ".", "a..b", "a" * 1000)
+        number, group, builder = self.pick(*INTEGERS), self.location(), GroupBuilder()
+        numbers = DoubleAttribute(self.numbers(0, 3, 6), self.pick(1, 3))
+        kind = self.pick(IntAttribute, FloatAttribute, DoubleAttribute, StringAttribute,
+                         GroupAttribute)
+        transaction = PyScenelib.Transaction()
+        for function, arguments in (
+                (kind, (junk,)), (kind, (junk, number)), (kind, ([junk], number)),
+                (builder.set, (name, junk)), (builder.update, (junk,)),
+                (builder.deepUpdate, (group,)), (builder.delete, (name,)), (builder.build, ()),
+                (group.getChildByName, (name,)), (group.getChildByIndex, (number,)),
+                (group.getChildName, (number,)), (numbers.getNearestSample, (number,)),
+                (numbers.getNearestSample, (self.pick(*NUMBERS),)),
+                (numbers.getSampleTime, (number,)), (numbers.__getitem__, (number,)),
+                (transaction.createOp, (name, junk, junk)),
+                (transaction.setOpArgs, (number, "Scene.Edit", group)),
+                (transaction.setOpInputs, (number, [number])),
+                (transaction.recookLocation, (number, name)), (transaction.commit, ()),
+                (PyScenelib.isCommitCooked, (number,)),
+                (PyScenelib.waitUntilIdle, (self.pick(None, "x", -1, 0.01),)),
+                (PyWindowSystem.createOffscreen, (number, self.pick(*INTEGERS))),
+                (PyWindowSystem.readPixels, (number,)),
+                (PyWindowSystem.destroyOffscreen, (abs(number),)),
+                (PyVlPluginSystem.loadLibrary, (self.pick(__file__, name),)),
+                (PyVlPluginSystem.getPluginNames, (name, number)),
+                (ViewerAPI.GenerateOptionId, (junk,)), (ViewerAPI.LookUpOptionId, (number,)),
+                (ViewerAPI.CreateViewerDelegate, (name,))):
+            if self.oneIn(3):
+                self.attempt(function, *arguments)
 
     def callMethod(self):
         """A method of one of the types, with arguments as its signature has them, or others."""
