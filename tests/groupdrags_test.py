@@ -1,6 +1,5 @@
 """One gesture over several locations: they move together, are undone together, and those who look
 through them hear of it once, at its end."""
-import sys
 import unittest
 
 import ostrel

@@ -1,12 +1,10 @@
 """Channels: the dict of callbacks, what a dispatch passes and returns, and how it fails."""
 
 import gc
-import os
 import sys
 import unittest
 
-from scripted import (DELEGATE, IS_PYTHON_3, ScriptedTest, VIEWPORT, ViewerAPI, errorOf,
-                      instanceCount)
+from scripted import DELEGATE, IS_PYTHON_3, ScriptedTest, ViewerAPI, errorOf
 import ScriptedPlugins
 import ScriptedScene
 from PyVlAttribute import (DoubleAttribute, FloatAttribute, GroupAttribute, IntAttribute,

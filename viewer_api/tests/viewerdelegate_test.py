@@ -1,10 +1,8 @@
 """The type ViewerDelegate: what its methods pass on, and what they answer."""
 
-import sys
 import unittest
 
-from scripted import (COMPONENT, DELEGATE, IS_PYTHON_3, ScriptedTest, VIEWPORT, ViewerAPI,
-                      errorOf)
+from scripted import COMPONENT, DELEGATE, IS_PYTHON_3, ScriptedTest, VIEWPORT, ViewerAPI
 import ScriptedPlugins
 import ScriptedScene
 from PyVlAttribute import DoubleAttribute, GroupAttribute, IntAttribute

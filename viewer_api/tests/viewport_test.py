@@ -3,8 +3,7 @@
 import unittest
 
 import PyWindowSystem
-from scripted import (CAMERA, DELEGATE, IS_PYTHON_3, LAYER, ScriptedTest, VIEWPORT, ViewerAPI,
-                      errorOf)
+from scripted import CAMERA, IS_PYTHON_3, LAYER, ScriptedTest, VIEWPORT, ViewerAPI, errorOf
 from PyVlAttribute import GroupAttribute, IntAttribute, StringAttribute
 
 CANNOT_REMOVE = "Cannot remove the active camera from the viewport."

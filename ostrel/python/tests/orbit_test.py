@@ -1,7 +1,6 @@
 """Where ostrel's cameras stand, and the bridge's defaults."""
 import itertools
 import math
-import random
 import unittest
 
 from ostrel.orbit import Orbit, usableBounds

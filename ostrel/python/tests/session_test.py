@@ -6,6 +6,7 @@ import unittest
 
 import ostrel
 import PyVlPluginSystem
+import PyWindowSystem
 from PyVlAttribute import (DoubleAttribute, FloatAttribute, GroupAttribute, IntAttribute,
                            StringAttribute)
 
@@ -151,6 +152,18 @@ class SessionTest(unittest.TestCase):
         self.assertTrue(self.session.pump(lambda elapsed: None, timeout=120))
         self.session.removeOp(op)
 
+    def testTheEndOfABlockClosesAndTakesTheWindowsAlong(self):
+        with ostrel.Session() as session:
+            session.addOffscreenView(8, 8).draw()
+            windowId, = session._windowIds
+            self.assertEqual(PyWindowSystem.readPixels(windowId)[:2], (8, 8))
+        self.assertTrue(session.delegate is None)
+        self.assertRaises(ValueError, PyWindowSystem.readPixels, windowId)
+
+    def testWhatStandsForClosedLocationsIsShownAtFirst(self):
+        self.assertTrue(self.session.areBoxesShown() and self.session.areProxiesShown())
+        self.assertFalse(self.session.isCollapsed())
+
     def testClosingTwiceIsHarmless(self):
         self.session.close()
         self.session.close()
@@ -183,10 +196,21 @@ class SessionTest(unittest.TestCase):
             self.assertEqual((view.width, view.height), (30, 50))
             view.frame()
 
-    def testTimeReachesTheImportersArguments(self):
+    def testTimeMovesWhatIsAnimated(self):
+        self.session.importModel("/usr/share/assimp/models/Collada/box_nested_animation.dae")
+
+        def scene():
+            self.assertTrue(self.session.pump(timeout=60))
+            return [self.session.delegate.getAttributes(path)
+                    for path in self.session.getLocations()]
+
+        first = scene()
         self.assertEqual(self.session.getTime(), 0)
         self.session.setTime(12)
         self.assertEqual(self.session.getTime(), 12)
+        self.assertNotEqual(scene(), first)
+        self.session.setTime(0)
+        self.assertEqual(scene(), first)
 
     def proxied(self, *proxies):
         return GroupAttribute(*[("proxies." + name, value) for name, value in proxies])

@@ -19,7 +19,7 @@ namespace VlScenelibEngine {
 /// path, the clients' nodes at the same path, and the op's read registry for reads from elsewhere.
 /// An alias passes a change on to whatever depends on its own op at that path.
 ///
-/// Belongs to the coordinator, which calls while no cook runs, except for cookSlice().
+/// Belongs to the coordinator, which calls while no cook runs, except for cookEntry().
 class Recooking {
 public:
     explicit Recooking(Cooker& opCooker) : cooker(opCooker) {}

@@ -19,6 +19,21 @@ it is created, so one that wants to hear of everything itself replaces the class
     ViewerAPI.ManipulatorBridge = NodeGraphBridge
 
 The package "ostrel" puts scene and viewer together for scripts.
+
+What the methods' own texts leave open:
+
+- Matrices are 16 numbers for row vectors, row after row; boxes 6: xmin, xmax, ymin, ymax, zmin, zmax.
+  What is absent is None. Lists of paths may be any sequence of str.
+- Viewport.setup(winId) readies a viewport to draw in a window: an X11 id, or one of PyWindowSystem.
+  Call resize(width, height), in pixels, then and whenever the window's size changes.
+- Viewport.setZoom, setHorizontalOffset and setVerticalOffset take one float, setPanAndZoomActive
+  a bool.
+- ViewportCamera.getProjectionMatrix and setProjectionMatrix are about the projection, camera to clip
+  space; getViewMatrix and setViewMatrix about world to camera.
+- getCompatibleManipulatorsInfo names each manipulator that fits at least one of the locations.
+- What setActiveManipulatorsChangedCallback takes is called with a group of the two strings
+  viewportName and manipulatorName. docs/scripting.md lists all that is told by callbacks.
+- The objects that a delegate makes end with it, or when they are removed: RuntimeError afterwards.
 """
 import ViewerAPI_cmodule as _module
 from ViewerAPI_cmodule import *  # noqa: F401,F403
