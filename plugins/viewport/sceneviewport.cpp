@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Bundled {
@@ -58,6 +59,7 @@ void SceneViewport::cleanup() {
 
 void SceneViewport::draw() {
     clearedPart.reset();
+    wasPickedLast = false;
     if (!isGLReady()) {
         return;
     }
@@ -143,6 +145,12 @@ SceneViewport::customPick(const ViewerPlugin::PickRegion& region, bool /*deepPic
         glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &bound);
         // A pick from within another one, of a layer, does not get as far as clearing.
         if (bound == 0) {
+            if (std::exchange(wasPickedLast, false)) {
+                // The last pick ended with clearing the window's colours and depths, which the
+                // renderer puts off. On the processor, clearing depths beside stencils that stay
+                // takes twice as long as clearing both.
+                glClear(GL_STENCIL_BUFFER_BIT);
+            }
             clearedPart.emplace();
             clearedPart->cutTo(region, host.getHeight());
         }
@@ -153,6 +161,7 @@ SceneViewport::customPick(const ViewerPlugin::PickRegion& region, bool /*deepPic
 void SceneViewport::pickerDraw(const ViewerPlugin::PickRegion& region,
                                const GroupAttribute& excluded) {
     clearedPart.reset();
+    wasPickedLast = true;
     const RaisedFlag picking(beingPicked);
     fitDepth();
     for (std::uint32_t i = 0; i < host.getNumberOfLayers(); ++i) {

@@ -80,6 +80,8 @@ private:
     /// From the beginning of a pick until the picking surface has been cleared, or, where the pick
     /// does not get as far, until the next of the entries that clear or draw something else.
     std::optional<ScissorGuard> clearedPart;
+    /// Whether nothing was drawn since ids were: so the window's picture and depths are cleared.
+    bool wasPickedLast = false;
     VlAttribute::IntAttribute pickRegion;
     RenderTarget target;
     DraftTarget draftTarget;
