@@ -46,7 +46,7 @@ PyObject* readPixelsFunction(PyObject*, PyObject* args) {
         return nullptr;
     }
     return guarded([&]() -> PyObject* {
-        const Image image = readPixels(id);
+        const Image& image = readPixels(id);
         const Reference width(pythoncompat::newInt(image.width));
         const Reference height(pythoncompat::newInt(image.height));
         const Reference pixels(
@@ -64,7 +64,7 @@ PyObject* writePngFunction(PyObject*, PyObject* args) {
         return nullptr;
     }
     return guarded([&]() -> PyObject* {
-        const Image image = readPixels(id);
+        const Image& image = readPixels(id);
         try {
             writePng(path.get(), image);
         } catch (const std::runtime_error& error) {

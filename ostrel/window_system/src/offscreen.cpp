@@ -45,12 +45,12 @@ void destroyOffscreen(int id) {
     EglWindowSystem::get().destroyOffscreen(id);
 }
 
-Image readPixels(int id) {
-    const OffscreenSurfaces::Surface& surface = findSurface(id);
-    if (!surface.shown.rgba.empty()) {
-        return surface.shown;
+const Image& readPixels(int id) {
+    OffscreenSurfaces::Surface& surface = findSurface(id);
+    if (surface.shown.rgba.empty()) {
+        surface.shown = {surface.width, surface.height,
+                         std::vector<std::uint8_t>(static_cast<std::size_t>(surface.width) *
+                                                   static_cast<std::size_t>(surface.height) * 4)};
     }
-    return {surface.width, surface.height,
-            std::vector<std::uint8_t>(static_cast<std::size_t>(surface.width) *
-                                      static_cast<std::size_t>(surface.height) * 4)};
+    return surface.shown;
 }

@@ -19,5 +19,6 @@ void resizeOffscreen(int id, int width, int height);
 /// Ends the surface. Its device context is invalid from now on, and no longer current.
 void destroyOffscreen(int id);
 
-/// The picture that the last swap showed; black and transparent before the first. A copy.
-[[nodiscard]] Image readPixels(int id);
+/// The picture that the last swap showed; black and transparent before the first.
+/// Valid until the next swap, change of size or end of the surface.
+[[nodiscard]] const Image& readPixels(int id);
