@@ -49,8 +49,15 @@ def parsePicture(text):
     return text
 
 
+def formatter(prog):
+    # The parser makes one for each option, and asking the terminal for its width would import
+    # modules for longer than the parser itself.
+    return argparse.HelpFormatter(prog, width=78)
+
+
 def parseArguments(arguments):
-    parser = argparse.ArgumentParser(prog="view", description=DESCRIPTION, epilog=EPILOG)
+    parser = argparse.ArgumentParser(prog="view", description=DESCRIPTION, epilog=EPILOG,
+                                     formatter_class=formatter)
     parser.add_argument("scenes", metavar="SCENE", nargs="*",
                         help="a model file; several are shown together (default: a bundled scene)")
     parser.add_argument("--output", metavar="FILE.png", type=parsePicture,
@@ -128,12 +135,12 @@ def getCameras(session):
 
 
 def loadScenes(session, options):
-    import defaultscene
-
     if options.scenes:
         for scene in options.scenes:
             session.importModel(scene, options.proxy)
     else:
+        import defaultscene
+
         defaultscene.addTo(session)
     session.setCollapsed(options.collapse or options.proxy is not None)
     session.setBoxesShown(not options.no_boxes)
