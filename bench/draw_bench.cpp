@@ -9,8 +9,8 @@
 // A frame is a viewport's draw until the renderer has finished it: "draft" frames as they are while
 // something moves (a viewport's option), "fine" ones as the picture is when nothing does.
 
-#include "measure.h"
 #include "offscreenview.h"
+#include "pictureworkloads.h"
 
 #include "vlviewportlayerhost.h"
 #include "vlviewportpicker.h"
@@ -24,16 +24,16 @@
 #include <Imath/ImathMatrix.h>
 #include <Imath/ImathVec.h>
 
-#include <cmath>
 #include <cstdio>
 #include <exception>
-#include <numbers>
 #include <string>
 #include <vector>
 
 namespace {
 
 using namespace ViewerAPI;
+using bench::CubesScene;
+using bench::TorusScene;
 using VlAttribute::DoubleAttribute;
 using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
@@ -41,130 +41,58 @@ using VlAttribute::GroupBuilder;
 using VlAttribute::IntAttribute;
 using VlScenelibEngine::ApplicationGraph::Transaction;
 
-constexpr int kCubesInRow = 100;
-constexpr double kCubeDistance = 1.5;
+Imath::V3d toImath(const bench::Vector& vector) {
+    return {vector[0], vector[1], vector[2]};
+}
 
-struct Camera {
-    Imath::V3d eye;
-    Imath::V3d target;
-    Imath::V3d up;
-    double near = 0.1;
-    double far = 100.0;
-};
-const Camera kCubesCamera = {{74.25, 80, 244.25}, {74.25, 0, 74.25}, {0, 1, 0}, 1, 400};
-const Camera kMeshCamera = {{0, -2.6, 2.0}, {0, 0, 0}, {0, 0, 1}, 0.1, 20};
-
-Imath::M44d viewMatrix(const Camera& camera) {
-    const Imath::V3d back = (camera.eye - camera.target).normalized();
-    const Imath::V3d right = camera.up.cross(back).normalized();
+Imath::M44d viewMatrix(const bench::Viewpoint& viewpoint) {
+    const Imath::V3d eye = toImath(viewpoint.eye);
+    const Imath::V3d back = (eye - toImath(viewpoint.target)).normalized();
+    const Imath::V3d right = toImath(viewpoint.up).cross(back).normalized();
     const Imath::V3d up = back.cross(right);
-    return {right.x,
-            up.x,
-            back.x,
-            0,
-            right.y,
-            up.y,
-            back.y,
-            0,
-            right.z,
-            up.z,
-            back.z,
-            0,
-            -camera.eye.dot(right),
-            -camera.eye.dot(up),
-            -camera.eye.dot(back),
-            1};
+    return {right.x, up.x, back.x, 0, right.y,         up.y,         back.y,         0,
+            right.z, up.z, back.z, 0, -eye.dot(right), -eye.dot(up), -eye.dot(back), 1};
 }
 
-GroupAttribute translated(double x, double y, double z) {
-    return {{"translate", DoubleAttribute({x, y, z}, 3)}};
+GroupAttribute translated(const bench::Vector& place) {
+    return {{"translate", DoubleAttribute({place[0], place[1], place[2]}, 3)}};
 }
 
-/// Polygons of `corners` corners each, with a normal a point.
-GroupAttribute meshOf(std::vector<float> points, std::vector<float> normals,
-                      std::vector<std::int32_t> vertices, std::int32_t corners) {
+GroupAttribute attributesOf(bench::Mesh mesh) {
     std::vector<std::int32_t> starts;
-    for (std::int32_t at = 0; at <= static_cast<std::int32_t>(vertices.size()); at += corners) {
-        starts.push_back(at);
+    for (std::size_t at = 0; at <= mesh.vertices.size();
+         at += static_cast<std::size_t>(mesh.corners)) {
+        starts.push_back(static_cast<std::int32_t>(at));
     }
     return GroupBuilder()
         .set("type", VlAttribute::StringAttribute("polymesh"))
-        .set("geometry.point.P", FloatAttribute(std::move(points), 3))
-        .set("geometry.point.N", FloatAttribute(std::move(normals), 3))
-        .set("geometry.poly.vertexList", IntAttribute(std::move(vertices)))
+        .set("geometry.point.P", FloatAttribute(std::move(mesh.points), 3))
+        .set("geometry.point.N", FloatAttribute(std::move(mesh.normals), 3))
+        .set("geometry.poly.vertexList", IntAttribute(std::move(mesh.vertices)))
         .set("geometry.poly.startIndex", IntAttribute(std::move(starts)))
         .build();
 }
 
-/// 24 points, so that faces are flat.
-GroupAttribute cube() {
-    std::vector<float> points;
-    std::vector<float> normals;
-    std::vector<std::int32_t> vertices;
-    for (int axis = 0; axis < 3; ++axis) {
-        for (const float side : {-0.5f, 0.5f}) {
-            constexpr float kCorners[4][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
-            for (int corner = 0; corner < 4; ++corner) {
-                // The other way round on the far side.
-                const float* place = kCorners[side > 0 ? corner : 3 - corner];
-                float point[3] = {};
-                point[axis] = side;
-                point[(axis + 1) % 3] = 0.5f * place[0];
-                point[(axis + 2) % 3] = 0.5f * place[1];
-                float normal[3] = {};
-                normal[axis] = 2 * side;
-                points.insert(points.end(), point, point + 3);
-                normals.insert(normals.end(), normal, normal + 3);
-                vertices.push_back(static_cast<std::int32_t>(vertices.size()));
-            }
-        }
-    }
-    return meshOf(std::move(points), std::move(normals), std::move(vertices), 4);
+std::string cubeName(int cube) {
+    return "cube_" + std::to_string(cube);
 }
 
 GroupAttribute cubes() {
-    const GroupAttribute geometry = cube();
+    const GroupAttribute geometry = attributesOf(bench::makeCube());
     GroupBuilder children;
-    for (int i = 0; i < kCubesInRow * kCubesInRow; ++i) {
+    for (int i = 0; i < CubesScene::kCubes; ++i) {
         const GroupAttribute attributes =
             GroupBuilder()
                 .update(geometry)
-                .set("xform",
-                     GroupAttribute{{"group", translated(kCubeDistance * (i / kCubesInRow), 0,
-                                                         kCubeDistance * (i % kCubesInRow))}})
+                .set("xform", GroupAttribute{{"group", translated(CubesScene::place(i))}})
                 .build();
-        children.set("cube_" + std::to_string(i), GroupAttribute{{"a", attributes}});
+        children.set(cubeName(i), GroupAttribute{{"a", attributes}});
     }
     return {{"staticScene", GroupAttribute{{"c", children.build()}}}};
 }
 
-/// A torus of 2 * around * across triangles.
-GroupAttribute torus(int around, int across) {
-    std::vector<float> points;
-    std::vector<float> normals;
-    std::vector<std::int32_t> vertices;
-    for (int i = 0; i < around; ++i) {
-        for (int j = 0; j < across; ++j) {
-            const double a = 2 * std::numbers::pi * i / around;
-            const double b = 2 * std::numbers::pi * j / across;
-            const Imath::V3d normal(std::cos(b) * std::cos(a), std::cos(b) * std::sin(a),
-                                    std::sin(b));
-            const Imath::V3d point = Imath::V3d(std::cos(a), std::sin(a), 0.0) + 0.4 * normal;
-            for (int axis = 0; axis < 3; ++axis) {
-                points.push_back(static_cast<float>(point[axis]));
-                normals.push_back(static_cast<float>(normal[axis]));
-            }
-            const int nextI = (i + 1) % around;
-            const int nextJ = (j + 1) % across;
-            const int corners[4] = {i * across + j, nextI * across + j, nextI * across + nextJ,
-                                    i * across + nextJ};
-            for (const int corner : {0, 1, 2, 0, 2, 3}) {
-                vertices.push_back(corners[corner]);
-            }
-        }
-    }
-    const GroupAttribute mesh =
-        meshOf(std::move(points), std::move(normals), std::move(vertices), 3);
+GroupAttribute torus() {
+    const GroupAttribute mesh = attributesOf(TorusScene::makeMesh());
     return {{"staticScene",
              GroupAttribute{{"c", GroupAttribute{{"torus", GroupAttribute{{"a", mesh}}}}}}}};
 }
@@ -172,14 +100,16 @@ GroupAttribute torus(int around, int across) {
 /// A scene in an off-screen viewport with one MeshLayer.
 class Picture {
 public:
-    Picture(const GroupAttribute& scene, const Camera& camera)
-        : edit_(createEdit()), view_(createScene(scene, edit_), {"MeshLayer"}) {
-        view_.getCamera().setNearFar(camera.near, camera.far);
-        view_.getCamera().setViewMatrix(viewMatrix(camera).getValue());
-    }
+    explicit Picture(const GroupAttribute& scene)
+        : edit_(createEdit()), view_(createScene(scene, edit_), {"MeshLayer"}) {}
 
+    void lookFrom(const bench::Viewpoint& viewpoint) {
+        view_.getCamera().setNearFar(viewpoint.near, viewpoint.far);
+        view_.getCamera().setViewMatrix(viewMatrix(viewpoint).getValue());
+    }
     void setDraft(bool isDraft) { view_.setDraft(isDraft); }
     void frame() { view_.draw(); }
+    std::vector<std::uint8_t> readRgb() { return view_.readRgb(); }
 
     void select(const std::vector<std::string>& paths) {
         std::vector<const char*> texts;
@@ -190,21 +120,17 @@ public:
                                                  static_cast<std::uint32_t>(texts.size()));
     }
 
-    /// Adds a layer that keeps ids, and draws.
-    void keepIds() {
-        cache_ = view_.getViewport().addLayer("PickingLayer", "picks");
-        frame();
-    }
+    /// Adds a layer that keeps ids with each frame.
+    void keepIds() { cache_ = view_.getViewport().addLayer("PickingLayer", "picks"); }
     /// How many locations are found.
-    int pick(int x, int y, int size, bool isDeep = false) {
-        return static_cast<int>(view_.getViewport()
-                                    .getPickedObjects({x, y, size, size}, isDeep, nullptr)
-                                    .getNumberOfChildren());
+    long pick(const bench::PickSquare& square, bool isDeep = false) {
+        return view_.getViewport()
+            .getPickedObjects(regionOf(square), isDeep, nullptr)
+            .getNumberOfChildren();
     }
-    int pickKept(int x, int y) {
+    long pickKept(const bench::PickSquare& square) {
         view_.getViewport().makeGLContextCurrent();
-        return static_cast<int>(
-            cache_->getPickedObjects({x, y, 1, 1}, false, nullptr).getNumberOfChildren());
+        return cache_->getPickedObjects(regionOf(square), false, nullptr).getNumberOfChildren();
     }
 
     /// Moves a cube up and waits until the plug-in knows.
@@ -218,10 +144,13 @@ public:
     }
 
 private:
+    static PixelRegion regionOf(const bench::PickSquare& square) {
+        return {square.left, bench::kPictureHeight - square.top(), square.size, square.size};
+    }
     static GroupAttribute editArgs(double height) {
-        const double middle = kCubeDistance * kCubesInRow / 2;
         return GroupBuilder()
-            .set("staticScene.c.cube_5050.a.xform.group", translated(middle, height, middle))
+            .set("staticScene.c." + cubeName(CubesScene::kMoved) + ".a.xform.group",
+                 translated(CubesScene::place(CubesScene::kMoved, height)))
             .build();
     }
 
@@ -244,99 +173,69 @@ private:
     VlViewportLayerHostStruct* cache_ = nullptr; // the viewport's
 };
 
-void measureFrames(const std::string& scene, long n, Picture& picture, int frames) {
-    for (const bool isDraft : {true, false}) {
-        const std::string way = scene + (isDraft ? "_draft" : "_fine");
-        picture.setDraft(isDraft);
-        bench::print("W6", n, way + "_first_frame_ms", bench::timeMs([&] { picture.frame(); }));
-        std::vector<double> times;
-        for (int i = 0; i < frames; ++i) {
-            times.push_back(bench::timeMs([&] { picture.frame(); }));
-        }
-        bench::print("W6", n, way + "_frame_ms", bench::median(times));
-    }
-}
-
-void measureSelected(long n, const char* metric, Picture& picture,
+void measureSelected(const char* metric, long n, Picture& picture,
                      const std::vector<std::string>& paths, int frames) {
     picture.setDraft(true);
     picture.select(paths);
     picture.frame();
-    std::vector<double> times;
-    for (int i = 0; i < frames; ++i) {
-        times.push_back(bench::timeMs([&] { picture.frame(); }));
-    }
-    bench::print("W6", n, metric, bench::median(times));
+    bench::print("W6", n, metric, bench::medianFrameMs(frames, [&] { picture.frame(); }));
     picture.select({});
 }
 
 void measureSelectedCubes(Picture& picture, int frames) {
-    constexpr int kCubes = kCubesInRow * kCubesInRow;
     std::vector<std::string> all;
-    for (int i = 0; i < kCubes; ++i) {
-        all.push_back("/root/cube_" + std::to_string(i));
+    for (int i = 0; i < CubesScene::kCubes; ++i) {
+        all.push_back("/root/" + cubeName(i));
     }
-    measureSelected(kCubes, "cubes_draft_one_selected_frame_ms", picture, {"/root/cube_5050"},
-                    frames);
-    measureSelected(kCubes, "cubes_draft_all_selected_frame_ms", picture, all, frames);
+    measureSelected("cubes_draft_one_selected_frame_ms", CubesScene::kCubes, picture,
+                    {all[CubesScene::kMoved]}, frames);
+    measureSelected("cubes_draft_all_selected_frame_ms", CubesScene::kCubes, picture, all, frames);
 }
 
-void measureFramesOfEdits(Picture& picture, int frames) {
+void measurePicks(Picture& picture) {
+    using bench::PickSquare;
     picture.setDraft(true);
-    std::vector<double> times;
-    for (int i = 1; i <= frames; ++i) {
-        picture.move(0.1 * i);
-        times.push_back(bench::timeMs([&] { picture.frame(); }));
-    }
-    bench::print("W6", kCubesInRow * kCubesInRow, "cubes_draft_frame_after_edit_ms",
-                 bench::median(times));
-}
-
-/// At places all over the picture, which cubes fill but for its edges.
-void measurePicks(Picture& picture, int picks) {
-    const auto measure = [picks](const char* metric, const auto& pick) {
-        std::vector<double> times;
-        int found = 0;
-        for (int i = 0; i < picks; ++i) {
-            const int x = 400 + i * 7919 % 480;
-            const int y = 260 + i * 104729 % 240;
-            times.push_back(bench::timeMs([&] { found += pick(x, y); }));
-        }
-        bench::print("W5", kCubesInRow * kCubesInRow, metric, bench::median(times));
-        bench::print("W5", kCubesInRow * kCubesInRow, std::string(metric) + "_found",
-                     static_cast<double>(found) / picks);
-    };
     picture.frame();
-    measure("pixel_ms", [&](int x, int y) { return picture.pick(x, y, 1); });
-    measure("64x64_ms", [&](int x, int y) { return picture.pick(x, y, 64); });
-    measure("64x64_deep_ms", [&](int x, int y) { return picture.pick(x, y, 64, true); });
+    const auto pick = [&](const PickSquare& square) { return picture.pick(square); };
+    bench::measurePicks("pixel", "", 1, pick);
+    bench::measurePicks("64x64", "", 64, pick);
+    bench::measurePicks("64x64_deep", "", 64,
+                        [&](const PickSquare& square) { return picture.pick(square, true); });
     picture.keepIds();
-    measure("kept_pixel_ms", [&](int x, int y) { return picture.pickKept(x, y); });
+    bench::measureKeptPicks(
+        "", [&] { picture.frame(); },
+        [&](const PickSquare& square) { return picture.pickKept(square); });
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const auto arguments = bench::Arguments::parse(argc, argv, {"W5", "W6"}, 31);
+    const auto arguments = bench::Arguments::parse(argc, argv, {"W5", "W6"}, bench::kFrames);
     const int frames = arguments.repetitions;
     try {
         bench::registerViewer();
         {
-            Picture picture(cubes(), kCubesCamera);
+            Picture picture(cubes());
+            picture.lookFrom(CubesScene::kViewpoint);
+            picture.setDraft(true);
             if (arguments.wants("W6")) {
-                measureFrames("cubes", kCubesInRow * kCubesInRow, picture, frames);
-                measureFramesOfEdits(picture, frames);
+                bench::measureCubes(bench::kDraft, "", picture, frames);
                 measureSelectedCubes(picture, frames);
+                picture.setDraft(false);
+                bench::measureCubes(bench::kFine, "", picture, frames);
             }
             if (arguments.wants("W5")) {
-                measurePicks(picture, 101);
+                measurePicks(picture);
             }
         }
         if (arguments.wants("W6")) {
-            Picture picture(torus(1000, 500), kMeshCamera);
-            measureFrames("mesh", 1000000, picture, frames);
-            measureSelected(1000000, "mesh_draft_selected_frame_ms", picture, {"/root/torus"},
-                            frames);
+            Picture picture(torus());
+            picture.setDraft(true);
+            bench::measureTorus(bench::kDraft, "", picture, frames);
+            measureSelected("mesh_draft_selected_frame_ms", TorusScene::kTriangles, picture,
+                            {"/root/torus"}, frames);
+            picture.setDraft(false);
+            bench::measureTorus(bench::kFine, "", picture, frames);
         }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "draw_bench: %s\n", error.what());

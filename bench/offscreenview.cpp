@@ -29,7 +29,7 @@ OffscreenView::OffscreenView(int op, std::initializer_list<const char*> layers)
     camera = viewport->addCamera("PerspectiveCamera", "main");
     viewport->setActiveCamera(camera);
     viewport->resize(kWidth, kHeight);
-    camera->setFOV(45.0);
+    camera->setFOV(kFieldOfViewDegrees);
 }
 
 void OffscreenView::setDraft(bool isDraft) {
@@ -43,6 +43,13 @@ void OffscreenView::draw() {
     viewport->draw();
     viewport->makeGLContextCurrent();
     glFinish();
+}
+
+std::vector<std::uint8_t> OffscreenView::readRgb() {
+    std::vector<std::uint8_t> rgb(3UL * kWidth * kHeight);
+    viewport->makeGLContextCurrent();
+    glReadPixels(0, 0, kWidth, kHeight, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
+    return rgb;
 }
 
 } // namespace bench

@@ -1,21 +1,24 @@
 #pragma once
 
+#include "picturescenes.h"
 #include "viewer.h"
 
 #include "vlviewportcamerahost.h"
 #include "vlviewporthost.h"
 
+#include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <vector>
 
 namespace bench {
 
 /// The scene of an op, wholly open, in an off-screen viewport of the bundled plug-ins with a
-/// perspective camera of 45 degrees. [gl]
+/// perspective camera. [gl]
 class OffscreenView {
 public:
-    static constexpr int kWidth = 1280;
-    static constexpr int kHeight = 720;
+    static constexpr int kWidth = kPictureWidth;
+    static constexpr int kHeight = kPictureHeight;
 
     /// Returns when everything is shown; `layers` are plug-ins, which are also the layers' names.
     OffscreenView(int op, std::initializer_list<const char*> layers);
@@ -24,6 +27,8 @@ public:
     void setDraft(bool isDraft);
     /// Until the renderer has finished the picture.
     void draw();
+    /// What draw() drew: red, green and blue of each pixel, row after row from the lowest.
+    [[nodiscard]] std::vector<std::uint8_t> readRgb();
 
     [[nodiscard]] Delegate& getDelegate() const { return *delegate; }
     [[nodiscard]] ViewerAPI::VlViewportHostStruct& getViewport() const { return *viewport; }
