@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -162,6 +163,11 @@ struct Arguments {
 
     [[nodiscard]] bool wants(const std::string& workload) const {
         return std::find(workloads.begin(), workloads.end(), workload) != workloads.end();
+    }
+
+    [[nodiscard]] bool wantsAny(std::initializer_list<const char*> names) const {
+        return std::any_of(names.begin(), names.end(),
+                           [this](const char* name) { return wants(name); });
     }
 
     /// Without a workload all that the program `known` are wanted. Leaves come in thousands. Prints

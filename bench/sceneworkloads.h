@@ -232,18 +232,4 @@ private:
     double height_ = 0.0;
 };
 
-/// The main function of a program that has W1 to W4 and nothing else.
-template <class Subject>
-int sceneMain(int argc, char** argv) {
-    const Arguments arguments = Arguments::parse(argc, argv, {"W1", "W2", "W3", "W4"});
-    return repeat(arguments.leaves, arguments.repetitions,
-                  [&arguments](Sample& sample) {
-                      // The process ends without it: freeing is not measured.
-                      auto* workloads = new SceneWorkloads<Subject>(arguments, sample);
-                      workloads->run();
-                  })
-               ? 0
-               : 1;
-}
-
 } // namespace bench
