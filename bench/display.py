@@ -16,8 +16,9 @@ def display():
         yield None
         return
     reading, writing = os.pipe()
+    # Without a reset when the last client goes: who comes meanwhile is turned away.
     server = subprocess.Popen(
-        ["Xvfb", "-displayfd", str(writing), "-screen", "0", "1280x720x24"],
+        ["Xvfb", "-displayfd", str(writing), "-noreset", "-screen", "0", "1280x720x24"],
         pass_fds=[writing],
         stderr=subprocess.DEVNULL,
     )
