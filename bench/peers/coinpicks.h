@@ -11,7 +11,8 @@
 #include <Inventor/events/SoMouseButtonEvent.h>
 #include <Inventor/nodes/SoExtSelection.h>
 
-/// W5 in Coin, which intersects the scene on the processor.
+/// W5 in Coin, which intersects the scene on the processor. What of it is seen through a region,
+/// SoExtSelection finds out by drawing, for which it gets no context from Xvfb: passed over.
 namespace bench {
 
 class CoinPicks {
@@ -35,7 +36,7 @@ public:
         return ray_.getPickedPoint() ? 1 : 0;
     }
 
-    /// By the gesture that draws a rectangle: of this class nothing else selects in version 4.0.0.
+    /// By the gesture that draws a rectangle.
     long through(const PickSquare& square) {
         found_ = 0;
         const SbVec2s corner(static_cast<short>(square.left), static_cast<short>(square.bottom));
