@@ -6,6 +6,7 @@
 
 #include <GL/glew.h>
 
+#include <algorithm>
 #include <array>
 #include <iostream>
 #include <set>
@@ -36,14 +37,39 @@ std::array<int, 4> viewportInForce() {
     return viewport;
 }
 
-std::set<int32_t> idsIn(const PixelRegion& region, int flippedY) {
+// The region with rows counted from the bottom, as GL does. It is read as it is, also beyond the
+// surface. Only where it reaches farther than any window it is cut to that: drivers count wrong
+// there and crash, and memory ends.
+PixelRegion inGL(const PixelRegion& region) {
+    constexpr int64_t kFarthest = 8192;
+    const std::array<int, 4> viewport = viewportInForce();
+    int64_t left = region.x;
+    int64_t right = left + region.width;
+    int64_t bottom = int64_t{viewport[3]} - region.height - region.y;
+    int64_t top = bottom + region.height;
+    if (std::max({-left, right, -bottom, top}) > kFarthest) {
+        const auto cut = [](int64_t& place, int size) {
+            place = std::clamp(place, int64_t{0}, int64_t{std::max(0, size)});
+        };
+        cut(left, viewport[2]);
+        cut(right, viewport[2]);
+        cut(bottom, viewport[3]);
+        cut(top, viewport[3]);
+    }
+    return {static_cast<int>(left), static_cast<int>(bottom), static_cast<int>(right - left),
+            static_cast<int>(top - bottom)};
+}
+
+std::set<int32_t> idsIn(const PixelRegion& region) {
     // GL leaves alone what lies outside the framebuffer: it is background.
     std::vector<uint8_t> pixels(static_cast<size_t>(region.width) *
                                     static_cast<size_t>(region.height) * kBytesPerPixel,
                                 0xFF);
-    glCalls().readPixels(region.x, flippedY, region.width, region.height, GL_RGBA, GL_UNSIGNED_BYTE,
-                         pixels.data());
     std::set<int32_t> ids;
+    if (pixels.empty())
+        return ids;
+    glCalls().readPixels(region.x, region.y, region.width, region.height, GL_RGBA, GL_UNSIGNED_BYTE,
+                         pixels.data());
     int32_t last = kBackground;
     for (size_t i = 0; i < pixels.size(); i += kBytesPerPixel) {
         // Neighbours are mostly equal.
@@ -140,15 +166,14 @@ uint64_t VlViewportPicker::addPickableObject(VlAttribute::Attribute object) {
 VlAttribute::GroupAttribute VlViewportPicker::pick(const PixelRegion& region, float* depthOut) {
     if (!hasFramebuffer_ || !isBound_ || region.width <= 0 || region.height <= 0)
         return {};
-    // GL counts rows from the bottom.
-    const auto flippedY =
-        static_cast<int>(int64_t{viewportInForce()[3]} - region.height - region.y);
+    const PixelRegion read = inGL(region);
     VlAttribute::GroupBuilder picked;
-    for (const int32_t id : idsIn(region, flippedY))
+    for (const int32_t id : idsIn(read))
         if (id >= 0 && static_cast<size_t>(id) < pickableObjects.size())
             picked.set(std::to_string(id), pickableObjects[static_cast<size_t>(id)]);
-    if (depthOut && region.width == 1 && region.height == 1)
-        glCalls().readPixels(region.x, flippedY, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, depthOut);
+    const bool isOnePixel = region.width == 1 && region.height == 1;
+    if (depthOut && isOnePixel && read.width > 0 && read.height > 0)
+        glCalls().readPixels(read.x, read.y, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, depthOut);
     return picked.build();
 }
 

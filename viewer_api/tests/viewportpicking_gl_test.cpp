@@ -9,6 +9,7 @@
 #include "VlAttribute/GroupAttribute.h"
 #include "VlAttribute/IntAttribute.h"
 
+#include <limits>
 #include <random>
 
 namespace ViewerAPI::test {
@@ -213,6 +214,13 @@ TEST_F(ViewportPickingGL, whatLiesOutsideTheWindowIsBackground) {
     EXPECT_EQ(pick({-3, -3, 3, 3}), Ids{});
     EXPECT_EQ(pick({kWidth, kHeight, 500, 500}), Ids{});
     EXPECT_EQ(pick({-5, -5, kWidth + 10, kHeight + 10}), Ids{0});
+    constexpr int kMost = std::numeric_limits<int>::max();
+    constexpr int kLeast = std::numeric_limits<int>::min();
+    EXPECT_EQ(pick({0, 0, kMost, kMost}), Ids{0});
+    for (const int far : {kLeast, kMost}) {
+        EXPECT_EQ(pick({far, 0, 5, 1}), Ids{});
+        EXPECT_EQ(pick({1, far, 5, 1}), Ids{});
+    }
 }
 
 TEST_F(ViewportPickingGL, pickLeavesTheWindowBoundAndItsNextPictureRight) {

@@ -10,8 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ViewerAPI::test {
@@ -263,10 +263,26 @@ TEST_F(ViewportPicker, widthOrHeightZeroIsNullWithoutAGLRead) {
     EXPECT_EQ(journal.take(), Lines{});
 }
 
-TEST_F(ViewportPicker, regionBeyondAllMemoryThrows) {
+TEST_F(ViewportPicker, regionThatReachesFartherThanAnyWindowIsCutToTheSurface) {
     makeBound();
-    constexpr int kHuge = std::numeric_limits<int>::max();
-    EXPECT_THROW((void)picker.pick({0, 0, kHuge, kHuge}, nullptr), std::exception);
+    constexpr int kMost = std::numeric_limits<int>::max();
+    constexpr int kLeast = std::numeric_limits<int>::min();
+    const std::pair<PixelRegion, const char*> rows[] = {
+        {{0, 0, kMost, kMost}, "glReadPixels 0 0 8 4 RGBA UNSIGNED_BYTE"},
+        {{2, 1, kMost, 1}, "glReadPixels 2 2 6 1 RGBA UNSIGNED_BYTE"},
+        {{-10, -10, 20000, 12}, "glReadPixels 0 2 8 2 RGBA UNSIGNED_BYTE"},
+        {{kMost, 0, 1, 1}, nullptr},
+        {{0, kLeast, 5, 1}, nullptr},
+        {{kLeast, kMost, kMost, kMost}, nullptr},
+    };
+    for (const auto& [region, read] : rows) {
+        float depth = 0.25f;
+        EXPECT_TRUE(picker.pick(region, &depth).isValid());
+        const Lines expected =
+            read ? Lines{"glGetIntegerv VIEWPORT", read} : Lines{"glGetIntegerv VIEWPORT"};
+        EXPECT_EQ(journal.take(), expected);
+        EXPECT_EQ(depth, 0.25f);
+    }
 }
 
 TEST_F(ViewportPicker, onePixelOfBackgroundIsAValidEmptyGroupAndTheDepthThere) {
