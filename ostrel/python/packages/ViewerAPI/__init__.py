@@ -23,7 +23,7 @@ The package "ostrel" puts scene and viewer together for scripts.
 What the methods' own texts leave open:
 
 - Matrices are 16 numbers for row vectors, row after row; boxes 6: xmin, xmax, ymin, ymax, zmin, zmax.
-  What is absent is None. Lists of paths may be any sequence of str.
+  What is absent is None. Several paths have to stand in a list: tuples are refused.
 - Viewport.setup(winId) readies a viewport to draw in a window: an X11 id, or one of PyWindowSystem.
   Call resize(width, height), in pixels, then and whenever the window's size changes.
 - Viewport.setZoom, setHorizontalOffset and setVerticalOffset take one float, setPanAndZoomActive
