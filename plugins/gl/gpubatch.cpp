@@ -61,7 +61,7 @@ void GpuBatch::upload(Batch& batch, const GpuMesh& batchMesh) {
         bindAttributes(*mesh);
         glBindVertexArray(0);
     }
-    if (!batch.changed.isEmpty() || batch.instances.size() > capacity) {
+    if (batch.instancesChanged || batch.instances.size() > capacity) {
         uploadInstances(batch);
     }
 }
@@ -74,17 +74,13 @@ void GpuBatch::uploadInstances(Batch& batch) {
         capacity = std::max(count, capacity + capacity / 2);
         glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(capacity * sizeof(Instance)), nullptr,
                      GL_DYNAMIC_DRAW);
-        batch.changed = {0, count};
+        batch.forgetUploads();
     }
-    // Instances behind the end were taken out after they changed.
-    batch.changed.last = std::min(batch.changed.last, count);
-    if (!batch.changed.isEmpty()) {
-        glBufferSubData(
-            GL_ARRAY_BUFFER, static_cast<GLintptr>(batch.changed.first * sizeof(Instance)),
-            static_cast<GLsizeiptr>((batch.changed.last - batch.changed.first) * sizeof(Instance)),
-            &batch.instances[batch.changed.first]);
-    }
-    batch.changed = {};
+    batch.takeChanges([&batch](std::size_t first, std::size_t changed) {
+        glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(first * sizeof(Instance)),
+                        static_cast<GLsizeiptr>(changed * sizeof(Instance)),
+                        &batch.instances[first]);
+    });
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 

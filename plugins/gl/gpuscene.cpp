@@ -25,7 +25,7 @@ void GpuScene::draw(SceneMirror& mirror, const Frame& frame) {
 void GpuScene::drawIds(SceneMirror& mirror, const Frame& frame, const Frustum& part,
                        const IdPass::GetId& getId) {
     update(mirror);
-    idPass.draw(collect(mirror, part, frame.displayMode), mirror, frame, part, getId);
+    idPass.draw(collect(mirror, part, frame.displayMode), frame, part, getId);
 }
 
 void GpuScene::update(SceneMirror& mirror) {
@@ -53,7 +53,7 @@ std::span<const DrawItem> GpuScene::collect(SceneMirror& mirror, const Frustum& 
     std::vector<std::size_t> ends;
     for (Batch* batch : mirror.getBatches()) {
         const std::size_t first = runs.size();
-        mirror.appendVisibleRuns(*batch, frustum, runs);
+        batch->appendVisibleRuns(frustum, runs);
         if (runs.size() == first) {
             continue;
         }
@@ -73,7 +73,7 @@ std::span<const DrawItem> GpuScene::collectSelected(SceneMirror& mirror, const F
     std::vector<std::pair<Batch*, std::size_t>> instances;
     for (const std::uint32_t node : mirror.getSelectedNodes()) {
         const auto [batch, position] = mirror.getInstance(node);
-        const Imath::Box3d box = mirror.getInstanceBounds(*batch, position);
+        const Imath::Box3d box = batch->getInstanceBounds(position);
         if (frustum.sideOf(box) != Frustum::Side::Outside) {
             bounds.extendBy(box);
             instances.emplace_back(batch, position);

@@ -17,9 +17,9 @@ constexpr float kLineWidthPx = 5.0f;
 
 } // namespace
 
-void IdPass::draw(std::span<const DrawItem> items, const SceneMirror& mirror, const Frame& frame,
-                  const Frustum& frustum, const GetId& getId) {
-    gather(items, mirror, frustum, getId);
+void IdPass::draw(std::span<const DrawItem> items, const Frame& frame, const Frustum& frustum,
+                  const GetId& getId) {
+    gather(items, frustum, getId);
     if (instances.empty()) {
         return;
     }
@@ -49,16 +49,14 @@ void IdPass::draw(std::span<const DrawItem> items, const SceneMirror& mirror, co
     glBindTexture(GL_TEXTURE_2D, 0);
 }
 
-void IdPass::gather(std::span<const DrawItem> items, const SceneMirror& mirror,
-                    const Frustum& frustum, const GetId& getId) {
+void IdPass::gather(std::span<const DrawItem> items, const Frustum& frustum, const GetId& getId) {
     instances.clear();
     shares.clear();
     for (const DrawItem& item : items) {
         const std::size_t first = instances.size();
         for (const InstanceRun& run : item.runs) {
             for (std::size_t i = run.first; i < run.first + run.count; ++i) {
-                if (frustum.sideOf(mirror.getInstanceBounds(*item.batch, i)) ==
-                    Frustum::Side::Outside) {
+                if (frustum.sideOf(item.batch->getInstanceBounds(i)) == Frustum::Side::Outside) {
                     continue;
                 }
                 const std::uint64_t id = getId(item.batch->nodes[i]);

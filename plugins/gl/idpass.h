@@ -4,8 +4,8 @@
 #include "gl/frame.h"
 #include "gl/shaderprogram.h"
 #include "scene/frustum.h"
-#include "scene/scenemirror.h"
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -24,8 +24,8 @@ public:
     using GetId = std::function<std::uint64_t(std::uint32_t node)>;
     static constexpr std::uint64_t kLeftOut = UINT64_MAX;
 
-    void draw(std::span<const DrawItem> items, const SceneMirror& mirror, const Frame& frame,
-              const Frustum& frustum, const GetId& getId);
+    void draw(std::span<const DrawItem> items, const Frame& frame, const Frustum& frustum,
+              const GetId& getId);
 
 private:
     /// In the layout of the instance buffer.
@@ -40,8 +40,7 @@ private:
         std::size_t count;
     };
 
-    void gather(std::span<const DrawItem> items, const SceneMirror& mirror, const Frustum& frustum,
-                const GetId& getId);
+    void gather(std::span<const DrawItem> items, const Frustum& frustum, const GetId& getId);
     void drawShare(const Share& share, const Frame& frame);
     void bindAttributes(const Share& share, const GpuMesh& mesh) const;
     static void drawPart(const Share& share, const GpuMesh& mesh, GpuMesh::Part part);

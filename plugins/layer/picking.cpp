@@ -56,7 +56,7 @@ void drawPickableLocations(SceneDelegate& delegate, const ViewerPlugin::Viewport
     scissor.cutTo(region, height);
     delegate.shareGpuScene()->drawIds(delegate.getMirror(), frame, part,
                                       [&](std::uint32_t node) -> std::uint64_t {
-                                          const std::string& path = mirror.getPath(node);
+                                          const std::string path = mirror.getPath(node);
                                           if (!leftOut.empty() && leftOut.contains(path)) {
                                               return IdPass::kLeftOut;
                                           }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scene/drawoptions.h"
+#include "scene/frustum.h"
 #include "scene/instance.h"
 
 #include <Imath/ImathBox.h>
@@ -8,7 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
+#include <utility>
 #include <vector>
 
 namespace Bundled {
@@ -20,60 +21,78 @@ struct InstanceRun {
 };
 
 /// Every visible copy of one geometry in one material, drawn in one way: what a single draw call
-/// shows.
+/// shows. Boxes are in world space, and around instances as they are drawn.
 struct Batch {
-    /// Instances that differ from what a consumer has uploaded; empty when first >= last.
-    struct Range {
-        std::size_t first = std::numeric_limits<std::size_t>::max();
-        std::size_t last = 0;
-
-        [[nodiscard]] bool isEmpty() const noexcept { return first >= last; }
-        void include(std::size_t index) noexcept {
-            first = std::min(first, index);
-            last = std::max(last, index + 1);
-        }
-    };
-
     static constexpr std::size_t kBlockSize = 256;
 
-    /// Notes that an instance was written.
-    void noteChange(std::size_t position) {
-        changed.include(position);
-        noteBoundsChange(position);
-    }
+    /// What is known of `kBlockSize` instances: a change costs a block, not the batch.
+    struct Block {
+        Imath::Box3d bounds;
+        /// Whether some instance is.
+        bool isMirrored = false;
+        /// The former two are out of date.
+        bool boundsChanged = true;
+        /// Written since the consumer last took changes.
+        bool instancesChanged = false;
+    };
+
+    void setInstance(std::size_t position, const Instance& instance);
     /// Notes that the box around an instance, perhaps one that is gone now, is not what it was.
-    void noteBoundsChange(std::size_t position) {
-        const std::size_t block = position / kBlockSize;
-        if (block >= blockChanged.size()) {
-            blockChanged.resize(block + 1, true);
-            blockBounds.resize(block + 1);
-            blockMirrored.resize(block + 1);
-        }
-        blockChanged[block] = true;
-        boundsChanged = true;
-    }
+    void noteBoundsChange(std::size_t position);
+
+    /// Calls `take(first, count)` for runs of instances that hold all that were written since the
+    /// last time.
+    template <typename Take>
+    void takeChanges(Take&& take);
+    /// Counts every instance as written, for a consumer that starts afresh.
+    void forgetUploads();
+
+    /// Brings `bounds` and `isMirrored` up to date.
+    void updateBounds();
+    [[nodiscard]] Imath::Box3d getInstanceBounds(std::size_t position) const;
+    /// Appends the instances that a frustum in world space can see, but for a few more near its
+    /// edges.
+    void appendVisibleRuns(const Frustum& frustum, std::vector<InstanceRun>& runs);
 
     /// Slots in the mirror's tables.
     std::uint32_t geometry = 0;
     std::uint32_t material = 0;
     DrawOptions options;
+    /// Around the geometry, in local space.
+    Imath::Box3d localBounds;
     /// Never reused in the life of a mirror.
     std::uint64_t serial = 0;
     std::vector<Instance> instances;
     /// The location (node of the mirror) of each instance.
     std::vector<std::uint32_t> nodes;
-    Range changed;
-    /// World space, around all instances; out of date while `boundsChanged`.
+    std::vector<Block> blocks;
+    bool instancesChanged = false;
+    /// Of all instances; out of date while `boundsChanged`.
     Imath::Box3d bounds;
-    bool boundsChanged = true;
-    /// The same for each run of `kBlockSize` instances: a change costs a block, not the batch.
-    std::vector<Imath::Box3d> blockBounds;
-    std::vector<bool> blockChanged;
-    /// Whether some instance's transform turns the geometry inside out; kept with the bounds.
     bool isMirrored = false;
-    std::vector<bool> blockMirrored;
-    /// Its place in the mirror's list.
+    bool boundsChanged = true;
+    /// Locations that look like this, seen or not.
+    std::size_t users = 0;
+    /// Its place in the list of those with instances.
     std::size_t listPosition = 0;
 };
+
+template <typename Take>
+void Batch::takeChanges(Take&& take) {
+    if (!std::exchange(instancesChanged, false)) {
+        return;
+    }
+    for (std::size_t block = 0; block < blocks.size(); ++block) {
+        const std::size_t first = block * kBlockSize;
+        while (block < blocks.size() && std::exchange(blocks[block].instancesChanged, false)) {
+            ++block;
+        }
+        // Instances behind the end were taken out after they changed.
+        const std::size_t end = std::min(block * kBlockSize, instances.size());
+        if (first < end) {
+            take(first, end - first);
+        }
+    }
+}
 
 } // namespace Bundled

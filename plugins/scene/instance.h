@@ -1,8 +1,10 @@
 #pragma once
 
 #include <Imath/ImathMatrix.h>
+#include <Imath/ImathVec.h>
 
 #include <array>
+#include <cstddef>
 
 namespace Bundled {
 
@@ -21,6 +23,14 @@ struct Instance {
                     static_cast<float>(world[row][column]);
             }
         }
+    }
+
+    /// Whether it turns the geometry inside out.
+    [[nodiscard]] bool isMirrored() const {
+        const Imath::V3d x(rows[0][0], rows[0][1], rows[0][2]);
+        const Imath::V3d y(rows[1][0], rows[1][1], rows[1][2]);
+        const Imath::V3d z(rows[2][0], rows[2][1], rows[2][2]);
+        return x.cross(y).dot(z) < 0.0;
     }
 
     friend bool operator==(const Instance&, const Instance&) = default;

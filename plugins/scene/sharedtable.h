@@ -33,9 +33,6 @@ public:
         return place->second;
     }
 
-    /// One more user of a slot in use.
-    void retain(std::uint32_t slot) { ++entries[slot].users; }
-
     /// One user less; `kNone` is allowed.
     void release(std::uint32_t slot) {
         if (slot == kNone || --entries[slot].users != 0) {

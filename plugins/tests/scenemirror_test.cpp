@@ -8,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -30,6 +32,15 @@ void tell(SceneMirror& mirror, const std::string& path, const GroupAttribute& at
 
 void remove(SceneMirror& mirror, const std::string& path) {
     mirror.apply({path, {}, {}, kVlLocationEventRemoved});
+}
+
+using Runs = std::vector<std::pair<std::size_t, std::size_t>>;
+
+Runs takeChanges(Batch& batch) {
+    Runs runs;
+    batch.takeChanges(
+        [&runs](std::size_t first, std::size_t count) { runs.emplace_back(first, count); });
+    return runs;
 }
 
 GroupAttribute color(float r, float g, float b) {
@@ -77,6 +88,19 @@ TEST(SceneMirror, recomputesOnlyWhatMovedAndWhatIsBelow) {
     EXPECT_EQ(mirror.getWorldXformComputations() - before, 21u) << "nothing changed since";
     EXPECT_EQ(mirror.getWorldXform("/root/g3/l7"), translation(5, 0, 0));
     EXPECT_EQ(mirror.getWorldXform("/root/g4/l7"), Imath::M44d());
+}
+
+TEST(SceneMirror, computesALocationOnceThatMovedTogetherWithItsParent) {
+    SceneMirror mirror;
+    tell(mirror, "/root", GroupAttribute::Empty());
+    tell(mirror, "/root/a", cubeLocation());
+    mirror.update();
+    const auto before = mirror.getWorldXformComputations();
+    mirror.apply({"/root/a", {}, matrixAttribute(translation(0, 1, 0)), kXform});
+    mirror.apply({"/root", {}, matrixAttribute(translation(5, 0, 0)), kXform});
+    mirror.update();
+    EXPECT_EQ(mirror.getWorldXformComputations() - before, 2u);
+    EXPECT_EQ(mirror.getWorldXform("/root/a"), translation(5, 1, 0));
 }
 
 TEST(SceneMirror, stopsWhereAMoveChangesNothing) {
@@ -168,6 +192,31 @@ TEST(SceneMirror, takesLocationsBeforeTheirParents) {
     EXPECT_EQ(mirror.getWorldXform("/root/world/a/b"), translation(1, 7, 0));
 }
 
+TEST(SceneMirror, locationThatGetsAChildOrLosesItKeepsItsPlace) {
+    SceneMirror mirror;
+    tell(mirror, "/root", GroupAttribute::Empty(), translation(0, 5, 0));
+    tell(mirror, "/root/a", cubeLocation(), translation(1, 0, 0));
+    mirror.update();
+    EXPECT_EQ(mirror.getWorldXform("/root/a"), translation(1, 5, 0));
+    tell(mirror, "/root/a/b", cubeLocation(), translation(0, 0, 2));
+    mirror.update();
+    EXPECT_EQ(mirror.getWorldXform("/root/a"), translation(1, 5, 0));
+    EXPECT_EQ(mirror.getWorldXform("/root/a/b"), translation(1, 5, 2));
+    remove(mirror, "/root/a/b");
+    mirror.update();
+    EXPECT_EQ(mirror.getWorldXform("/root/a"), translation(1, 5, 0));
+}
+
+TEST(SceneMirror, passesOverWhatIsNoPath) {
+    SceneMirror mirror;
+    tell(mirror, "", cubeLocation());
+    tell(mirror, "root", cubeLocation());
+    EXPECT_EQ(mirror.getNumberOfLocations(), 0u);
+    tell(mirror, "/oot", cubeLocation());
+    EXPECT_FALSE(mirror.hasLocation("root"));
+    EXPECT_FALSE(mirror.hasLocation(""));
+}
+
 TEST(SceneMirror, dropsGeometryAndMaterialWithTheirLastUser) {
     SceneMirror mirror;
     tell(mirror, "/root/a", cubeLocation(1.0f, color(1, 0, 0)));
@@ -199,7 +248,7 @@ TEST(SceneMirror, selectionCoversDescendantsNowAndLater) {
     mirror.update();
     const Batch& batch = *mirror.getBatches()[0];
     for (std::size_t i = 0; i < batch.nodes.size(); ++i) {
-        const std::string& path = mirror.getPath(batch.nodes[i]);
+        const std::string path = mirror.getPath(batch.nodes[i]);
         EXPECT_EQ(batch.instances[i].selected, path == "/root/y" ? 0.0f : 1.0f) << path;
     }
     mirror.setSelection({});
@@ -244,10 +293,35 @@ TEST(SceneMirror, forgottenUploadsCountAsChanged) {
     tell(mirror, "/root/b", cubeLocation());
     mirror.update();
     Batch& batch = *mirror.getBatches()[0];
-    batch.changed = {};
+    EXPECT_EQ(takeChanges(batch), (Runs{{0, 2}}));
+    EXPECT_EQ(takeChanges(batch), Runs{});
     mirror.forgetUploads();
-    EXPECT_EQ(batch.changed.first, 0u);
-    EXPECT_EQ(batch.changed.last, 2u);
+    EXPECT_EQ(takeChanges(batch), (Runs{{0, 2}}));
+}
+
+TEST(SceneMirror, locationsThatMovedFarApartAreUploadedAlone) {
+    SceneMirror mirror;
+    constexpr std::size_t kBlock = Batch::kBlockSize;
+    for (std::size_t i = 0; i < 10 * kBlock; ++i) {
+        tell(mirror, "/root/c" + std::to_string(i), cubeLocation());
+    }
+    mirror.update();
+    Batch& batch = *mirror.getBatches()[0];
+    takeChanges(batch);
+    for (const std::size_t i : {3 * kBlock + 1, 7 * kBlock - 1, 7 * kBlock}) {
+        tell(mirror, "/root/c" + std::to_string(i), cubeLocation(), translation(1, 0, 0));
+    }
+    mirror.update();
+    EXPECT_EQ(takeChanges(batch), (Runs{{3 * kBlock, kBlock}, {6 * kBlock, 2 * kBlock}}));
+}
+
+TEST(SceneMirror, changesOfInstancesThatWentAreNotUploaded) {
+    SceneMirror mirror;
+    tell(mirror, "/root/a", cubeLocation());
+    tell(mirror, "/root/b", cubeLocation());
+    mirror.update();
+    remove(mirror, "/root/b");
+    EXPECT_EQ(takeChanges(*mirror.getBatches()[0]), (Runs{{0, 1}}));
 }
 
 TEST(SceneMirror, drawsPointsOnlyOfLocationsThatSayTheyAre) {

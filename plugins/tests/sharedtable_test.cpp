@@ -26,7 +26,7 @@ TEST(SharedTable, equalContentSharesASlotAndIsMadeOnce) {
 TEST(SharedTable, dropsAValueWithItsLastUserOnly) {
     Table table;
     const std::uint32_t slot = acquire(table, 1, "value");
-    table.retain(slot);
+    acquire(table, 1, "value");
     table.release(slot);
     EXPECT_EQ(table[slot], "value");
     EXPECT_EQ(table.getDropCount(), 0u);
