@@ -4,7 +4,6 @@ import os
 import shutil
 import struct
 import subprocess
-import sys
 import tempfile
 import time
 import zlib
