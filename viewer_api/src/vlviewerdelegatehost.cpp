@@ -171,11 +171,12 @@ void VlViewerDelegateHostStruct::fetchAndHandleEvents() {
 
 void VlViewerDelegateHostStruct::handlePrimaryEvents(std::vector<LocationEvent>& events) {
     constexpr std::size_t kAhead = 8;
+    std::string path;
     for (std::size_t index = 0; index < events.size(); ++index) {
         LocationEvent& event = events[index];
         if (index + kAhead < events.size())
             locationTree.expect(events[index + kAhead].getLocationPath());
-        const std::string path = event.takeLocationPath();
+        path = event.getLocationPath();
         // Before the cook: what the runtime tells supersedes every value set on top.
         liveValues.forget(path);
         LocationData data = event.takeLocationData();
@@ -226,8 +227,9 @@ void VlViewerDelegateHostStruct::handleSourceEvents(std::vector<LocationEvent>& 
 
 void VlViewerDelegateHostStruct::handleLookThroughEvents(std::vector<LocationEvent>& events) {
     for (const LocationEvent& event : events) {
-        liveValues.forgetLookThrough(event.getLocationPath());
-        lookThrough.onLocationEvent(event.getLocationPath(), event.getLocationData());
+        const std::string path(event.getLocationPath());
+        liveValues.forgetLookThrough(path);
+        lookThrough.onLocationEvent(path, event.getLocationData());
     }
     lookThrough.resolveUnchanged();
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 namespace VlScenelib {
 
@@ -16,6 +17,23 @@ LocationData takeData(const ScenelibLocationRecord& record) noexcept {
             VlAttribute::GroupAttribute(VlAttribute::Attribute::CreateAndSteal(record.attrs)),
             VlAttribute::StringAttribute(
                 VlAttribute::Attribute::CreateAndSteal(record.potentialChildren))};
+}
+
+void append(std::vector<LocationEvent>& events, std::span<const ScenelibLocationRecord> records) {
+    if (records.empty()) {
+        return;
+    }
+    const boost::intrusive_ptr<LocationEvent::Paths> paths(new LocationEvent::Paths);
+    std::size_t length = 0;
+    for (const ScenelibLocationRecord& record : records) {
+        length += record.pathLength;
+    }
+    paths->text.reserve(length);
+    for (const ScenelibLocationRecord& record : records) {
+        const std::size_t begin = paths->text.size();
+        paths->text.append(record.path, record.pathLength);
+        events.emplace_back(paths, begin, record.pathLength, takeData(record));
+    }
 }
 
 } // namespace
@@ -83,14 +101,15 @@ void Client::getLocationEvents(std::vector<LocationEvent>& events, int limit) {
             capacity = std::min(capacity, static_cast<std::uint32_t>(limit) -
                                               static_cast<std::uint32_t>(events.size()));
         }
+        std::size_t left = 0;
         const std::uint32_t count = capacity == 0
                                         ? 0
                                         : suite->getLocationEvents(handle, records.data(), capacity,
-                                                                   isContinuation ? 1 : 0);
-        for (std::uint32_t i = 0; i < count; ++i) {
-            const ScenelibLocationRecord& record = records[i];
-            events.emplace_back(std::string(record.path, record.pathLength), takeData(record));
+                                                                   isContinuation ? 1 : 0, &left);
+        if (!isContinuation) {
+            events.reserve(limit > 0 ? count : count + left);
         }
+        append(events, std::span(records.data(), count));
         if (count < kBatchSize) {
             return;
         }

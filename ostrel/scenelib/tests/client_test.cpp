@@ -1,5 +1,7 @@
 #include "VlScenelib/Client.h"
 
+#include "allocationcounter.h"
+
 #include <gmock/gmock.h>
 
 #include <deque>
@@ -21,6 +23,7 @@ struct Queue {
     std::vector<std::uint32_t> capacities;
     std::vector<int> continuations;
     std::vector<std::string> handedOut;
+    StringAttribute children{"child"};
     std::size_t ready = 0;
     int released = 0;
 };
@@ -30,7 +33,7 @@ Queue* queueOf(ScenelibClientHandle client) {
 }
 
 std::uint32_t fetch(ScenelibClientHandle client, ScenelibLocationRecord* records,
-                    std::uint32_t capacity, int isContinuation) {
+                    std::uint32_t capacity, int isContinuation, std::size_t* left) {
     Queue& queue = *queueOf(client);
     queue.capacities.push_back(capacity);
     queue.continuations.push_back(isContinuation);
@@ -43,12 +46,14 @@ std::uint32_t fetch(ScenelibClientHandle client, ScenelibLocationRecord* records
         queue.waiting.pop_front();
         --queue.ready;
     }
+    *left = queue.ready;
     queue.waiting.insert(queue.waiting.end(), queue.arrivingDuringDrain.begin(),
                          queue.arrivingDuringDrain.end());
     queue.arrivingDuringDrain.clear();
     for (std::size_t i = 0; i < queue.handedOut.size(); ++i) {
         records[i] = {queue.handedOut[i].data(), queue.handedOut[i].size(),
-                      GroupAttribute::Empty().detach(), StringAttribute("child").detach(), 1};
+                      GroupAttribute::Empty().detach(), StringAttribute(queue.children).detach(),
+                      1};
     }
     return static_cast<std::uint32_t>(queue.handedOut.size());
 }
@@ -123,7 +128,7 @@ TEST_F(ClientEvents, referencesAreTakenOver) {
     client.getLocationEvents(events, -1);
     const VlAttributeStruct* handle =
         events[0].getLocationData().getPotentialChildren().getHandle();
-    EXPECT_EQ(handle->refCount.load(), 1U);
+    EXPECT_EQ(handle->refCount.load(), 2U); // the queue's and the event's
 }
 
 TEST(Client, releasesItsHandleOnce) {
@@ -133,12 +138,21 @@ TEST(Client, releasesItsHandleOnce) {
     EXPECT_EQ(queue.released, 1);
 }
 
-TEST(LocationEvent, pathCanBeTakenWithoutACopy) {
-    LocationEvent event("/root/a/path/that/does/not/fit/into/a/small/string",
-                        VlScenelib::LocationData());
-    const char* characters = event.getLocationPath().data();
-    const std::string taken = event.takeLocationPath();
-    EXPECT_EQ(taken.data(), characters);
+TEST_F(ClientEvents, pathsAndEventsOfManyTakeAFewAllocations) {
+    fill(1000);
+    queue.handedOut.reserve(1000);
+    const int before = allocationCount();
+    client.getLocationEvents(events, -1);
+    EXPECT_LT(allocationCount() - before, 50);
+    EXPECT_EQ(events.capacity(), 1000U);
+}
+
+TEST_F(ClientEvents, anEventOutlivesThoseThatItCameWith) {
+    fill(300);
+    client.getLocationEvents(events, -1);
+    const LocationEvent kept = events[280];
+    events.clear();
+    EXPECT_EQ(kept.getLocationPath(), "/root/280");
 }
 
 TEST(LocationData, defaultDoesNotExist) {

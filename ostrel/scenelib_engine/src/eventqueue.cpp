@@ -20,12 +20,15 @@ void EventQueue::beginDrain() {
     stagedBefore = staged.size();
 }
 
-bool EventQueue::next(std::string& path, LocationReport& report) {
+bool EventQueue::next(std::string& paths, LocationReport& report) {
     if (ClientNode* node = findNext()) {
-        tell(*node, path, report);
+        if (node->has(ClientNode::kLive) && node == queue.front()) {
+            popFront();
+        }
+        tell(*node, paths, report);
         return true;
     }
-    return tellMissing(path, report);
+    return tellMissing(paths, report);
 }
 
 bool EventQueue::hasNext() {
@@ -190,8 +193,10 @@ void EventQueue::reconsiderOwing() {
     }
 }
 
-void EventQueue::tell(ClientNode& node, std::string& path, LocationReport& report) {
-    buildPath(node, path);
+void EventQueue::tell(ClientNode& node, std::string& paths, LocationReport& report) {
+    const std::size_t begin = paths.size();
+    appendPath(node, paths);
+    const std::string_view path = std::string_view(paths).substr(begin);
     if (node.has(ClientNode::kLive)) {
         const CookNode* data = node.source->resolve();
         report.exists = true;
@@ -211,8 +216,8 @@ void EventQueue::tell(ClientNode& node, std::string& path, LocationReport& repor
     noteAnswered(node);
     if (requests.isActive(path)) {
         remember(path, report);
-    } else {
-        cache.erase(path);
+    } else if (isCaching) {
+        cache.erase(std::string(path));
     }
     if (prefixNode == node.parent) {
         prefixNode = nullptr;
@@ -229,14 +234,14 @@ bool EventQueue::isStillMissing(const std::string& path) const {
            !(node && node->has(kKnown));
 }
 
-bool EventQueue::tellMissing(std::string& path, LocationReport& report) {
+bool EventQueue::tellMissing(std::string& paths, LocationReport& report) {
     report = LocationReport();
     while (!missing.empty()) {
-        path = *missing.begin();
-        missing.erase(missing.begin());
+        const std::string path = std::move(missing.extract(missing.begin()).value());
         if (isStillMissing(path)) {
             requests.find(*splitPath(path))->awaitsAnswer = false;
             --requests.awaitingAnswers;
+            paths += path;
             remember(path, report);
             return true;
         }
@@ -244,8 +249,8 @@ bool EventQueue::tellMissing(std::string& path, LocationReport& report) {
     for (auto& [malformed, awaitsAnswer] : requests.malformed) {
         if (awaitsAnswer && view.getOp()) {
             awaitsAnswer = false;
-            path = malformed;
-            remember(path, report);
+            paths += malformed;
+            remember(malformed, report);
             return true;
         }
     }
@@ -263,15 +268,15 @@ void EventQueue::noteAnswered(const ClientNode& node) {
     }
 }
 
-void EventQueue::buildPath(const ClientNode& node, std::string& path) {
+void EventQueue::appendPath(const ClientNode& node, std::string& paths) {
     if (prefixNode != node.parent) {
         prefix.clear();
         tree.appendPath(*node.parent, prefix);
         prefix += '/';
         prefixNode = node.parent;
     }
-    path.assign(prefix);
-    path += tree.getName(node);
+    paths += prefix;
+    paths += tree.getName(node);
 }
 
 void EventQueue::setCachingEnabled(bool enabled) {
@@ -293,9 +298,9 @@ void EventQueue::forgetMissing(const std::string& path) {
     }
 }
 
-void EventQueue::remember(const std::string& path, const LocationReport& report) {
+void EventQueue::remember(std::string_view path, const LocationReport& report) {
     if (isCaching) {
-        cache[path] = report;
+        cache[std::string(path)] = report;
     }
 }
 

@@ -10,6 +10,7 @@
 #include <deque>
 #include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -46,8 +47,13 @@ public:
     void beginDrain();
     /// Begins a batch of next() calls between which nothing else happens.
     void beginBatch() noexcept { prefixNode = nullptr; }
-    /// Takes the next report of the drain. False when there is none.
-    bool next(std::string& path, LocationReport& report);
+    /// Takes the next report of the drain, and appends its path to `paths`. False when there is
+    /// none.
+    bool next(std::string& paths, LocationReport& report);
+    /// How many more the drain may give.
+    [[nodiscard]] std::size_t countLeft() const noexcept {
+        return leftInDrain + staged.size() + missing.size();
+    }
     /// Whether a drain would give anything.
     [[nodiscard]] bool hasNext();
 
@@ -83,14 +89,14 @@ private:
     void walkOn(std::vector<Witness>& witnesses, const ClientNode& node);
     /// Whether what has left stays, as these still show it, or for as long as that is not known.
     [[nodiscard]] bool isKeptFor(const std::vector<Witness>& witnesses) const;
-    void tell(ClientNode& node, std::string& path, LocationReport& report);
-    bool tellMissing(std::string& path, LocationReport& report);
+    void tell(ClientNode& node, std::string& paths, LocationReport& report);
+    bool tellMissing(std::string& paths, LocationReport& report);
     [[nodiscard]] bool isStillMissing(const std::string& path) const;
     void noteAnswered(const ClientNode& node);
     void popFront();
     void unstage();
-    void buildPath(const ClientNode& node, std::string& path);
-    void remember(const std::string& path, const LocationReport& report);
+    void appendPath(const ClientNode& node, std::string& paths);
+    void remember(std::string_view path, const LocationReport& report);
 
     ClientView& view;
     ClientTree& tree;

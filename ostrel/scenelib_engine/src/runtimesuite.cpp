@@ -226,7 +226,7 @@ int getCachedLocation(ScenelibClientHandle client, const char* path,
 }
 
 std::uint32_t getLocationEvents(ScenelibClientHandle client, ScenelibLocationRecord* records,
-                                std::uint32_t capacity, int isContinuation) {
+                                std::uint32_t capacity, int isContinuation, std::size_t* left) {
     std::string& paths = client->paths;
     paths.clear();
     const std::uint32_t count = client->engine->query(*client->view, [&](ClientView& view) {
@@ -236,14 +236,15 @@ std::uint32_t getLocationEvents(ScenelibClientHandle client, ScenelibLocationRec
             events.beginDrain();
         }
         std::uint32_t filled = 0;
-        std::string path;
         LocationReport report;
-        while (filled < capacity && events.next(path, report)) {
-            paths += path;
-            records[filled].pathLength = path.size();
+        std::size_t begin = 0;
+        while (filled < capacity && events.next(paths, report)) {
+            records[filled].pathLength = paths.size() - begin;
+            begin = paths.size();
             fillRecord(records[filled], report);
             ++filled;
         }
+        *left = events.countLeft();
         return filled;
     });
     const char* path = paths.data();

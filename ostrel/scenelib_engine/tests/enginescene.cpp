@@ -74,7 +74,7 @@ std::vector<std::string> EngineScene::fetch(const ClientPtr& client) {
     std::vector<std::string> lines;
     for (const LocationEvent& event : events) {
         lines.push_back((event.getLocationData().doesLocationExist() ? "+" : "-") +
-                        event.getLocationPath());
+                        std::string(event.getLocationPath()));
     }
     return lines;
 }
@@ -85,7 +85,7 @@ std::vector<std::string> EngineScene::fetchNow(const ClientPtr& client) {
     std::vector<std::string> lines;
     for (const LocationEvent& event : now) {
         lines.push_back((event.getLocationData().doesLocationExist() ? "+" : "-") +
-                        event.getLocationPath());
+                        std::string(event.getLocationPath()));
     }
     return lines;
 }

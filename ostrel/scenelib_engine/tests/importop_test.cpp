@@ -101,7 +101,7 @@ protected:
         client->getLocationEvents(events, -1);
         std::map<std::string, GroupAttribute> told;
         for (const auto& event : events) {
-            told[event.getLocationPath()] = event.getLocationData().getAttrs();
+            told[std::string(event.getLocationPath())] = event.getLocationData().getAttrs();
         }
         return told;
     }

@@ -9,7 +9,7 @@ void ToldLocations::replay(const std::vector<LocationEvent>& events) {
     missing.clear();
     gone.clear();
     for (const LocationEvent& event : events) {
-        const std::string& path = event.getLocationPath();
+        const std::string path(event.getLocationPath());
         touched.insert(path);
         if (event.getLocationData().doesLocationExist()) {
             const std::string parent = VlScenelib::Path::GetLocationParent(path);

@@ -240,7 +240,7 @@ class ScriptedRuntimeTable {
     }
     static std::uint32_t getLocationEvents(ScenelibClientHandle handle,
                                            ScenelibLocationRecord* records, std::uint32_t capacity,
-                                           int isContinuation) {
+                                           int isContinuation, std::size_t* left) {
         ScriptedClient& client = *from(handle).client;
         if (!isContinuation) {
             called("getLocationEvents", handle);
@@ -252,6 +252,7 @@ class ScriptedRuntimeTable {
                               std::make_move_iterator(end));
         client.events.erase(client.events.begin(), end);
         client.leftOfDrain -= count;
+        *left = client.leftOfDrain;
         for (std::size_t i = 0; i < count; ++i) {
             ScriptedClient::fill(records[i], client.fetched[i]);
             if (client.isCaching) {

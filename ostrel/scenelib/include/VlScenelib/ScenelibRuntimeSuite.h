@@ -150,9 +150,9 @@ typedef struct ScenelibRuntimeSuite {
     /* Fetches waiting events in order: fills at most `capacity` records and returns how many. Data
      * and existence are those of this moment. A call with isContinuation 0 begins a drain; further
      * calls with 1 go on with what was ready when it began, and not with what came since, until one
-     * fills less than `capacity`. */
+     * fills less than `capacity`. `left` is set to how many more the drain may still give. */
     uint32_t (*getLocationEvents)(ScenelibClientHandle client, ScenelibLocationRecord* records,
-                                  uint32_t capacity, int isContinuation);
+                                  uint32_t capacity, int isContinuation, size_t* left);
 
     /* 1 when getLocationEvents would give something now. */
     int (*hasLocationEvents)(ScenelibClientHandle client);
