@@ -43,7 +43,8 @@ class Pump(object):
     """Keeps a view up with its scene: call tick() regularly while the window is open.
 
     Frames the scene once all of it is there, unless the user has moved the camera before. `loaded`
-    is called at that moment.
+    is called at that moment. Until then `progress` is what a window's title says of that, and ""
+    afterwards.
     """
 
     def __init__(self, session, view, loaded):
@@ -52,17 +53,25 @@ class Pump(object):
         self._painter = Painter(view)
         self._loaded = loaded
         self._isLoaded = False
+        self.progress = ""
 
     def tick(self):
         """Fetches what is cooked, and draws when something changed."""
         delegate = self._session.delegate
         delegate.processLocationEvents()
-        if not self._isLoaded and not delegate.isProcessing():
-            self._isLoaded = True
-            if not self._view.isMovedByUser():
-                self._view.frame()
-            self._loaded()
+        if not self._isLoaded:
+            if delegate.isProcessing():
+                self.progress = ", loading, %d to come" % self._session.countLocationsToCome()
+            else:
+                self._finishLoading()
         self._painter.tick()
+
+    def _finishLoading(self):
+        self._isLoaded = True
+        self.progress = ""
+        if not self._view.isMovedByUser():
+            self._view.frame()
+        self._loaded()
 
 
 class Painter(object):

@@ -43,13 +43,14 @@ class ViewWidget(QWidget):
         self.setAttribute(Qt.WA_OpaquePaintEvent)
         self.setAttribute(Qt.WA_NoSystemBackground)
         self.setMouseTracking(True)
-        self.setWindowTitle(titleAt(title, session.getTime()))
         self.resize(*size)
         self._session = session
         self._title = title
         self._loaded = loaded
         self._cameraPath = cameraPath
         self._view = None
+        self._pump = None
+        self._showTitle()
 
     def start(self):
         """Begins to show the scene; the widget must be visible."""
@@ -58,8 +59,16 @@ class ViewWidget(QWidget):
         self._view.lookThrough(self._cameraPath)
         self._pump = Pump(self._session, self._view, lambda: self._loaded(self._view))
         self._timer = QTimer(self)
-        self._timer.timeout.connect(self._pump.tick)
+        self._timer.timeout.connect(self._tick)
         self._timer.start(_TICK_MS)
+
+    def _tick(self):
+        self._pump.tick()
+        self._showTitle()
+
+    def _showTitle(self):
+        self.setWindowTitle(titleAt(self._title, self._session.getTime()) +
+                            (self._pump.progress if self._pump else ""))
 
     def _pixels(self):
         ratio = self.devicePixelRatioF()
@@ -131,7 +140,7 @@ class ViewWidget(QWidget):
         elif self._view:
             pressKey(self._session, self._view, _keyName(event),
                      _names(event.modifiers(), _MODIFIERS), self.close)
-            self.setWindowTitle(titleAt(self._title, self._session.getTime()))
+            self._showTitle()
 
     def keyReleaseEvent(self, event):
         self._sendKey(event, events.keyRelease)

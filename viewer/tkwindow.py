@@ -100,10 +100,16 @@ class ViewWindow(object):
             return
         pressKey(self._session, self._view, _keyName(event), _names(event.state, _MODIFIERS),
                  self._root.quit)
-        self._root.title(titleAt(self._title, self._session.getTime()))
+        self._showTitle()
+
+    def _showTitle(self):
+        title = titleAt(self._title, self._session.getTime()) + self._pump.progress
+        if title != self._root.title():
+            self._root.title(title)
 
     def _tick(self):
         self._pump.tick()
+        self._showTitle()
         self._root.after(_TICK_MS, self._tick)
 
     def run(self):

@@ -21,6 +21,8 @@ its own and the others still show; the exit status is then 1."""
 _HEAD_START = 0.003
 #: How many cameras are told to a user who named another one.
 _MOST_CAMERAS = 5
+#: Columns of the line on a terminal that tells of it.
+_PROGRESS_WIDTH = 60
 
 
 def parseSize(text):
@@ -156,7 +158,8 @@ def writePicture(session, options, failures):
         # Quick scenes need no word.
         if isTerminal and elapsed > 0.5:
             shown.append(elapsed)
-            print("\rview: loading, %.1f s" % elapsed, end="", file=sys.stderr)
+            text = "view: loading, %.1f s, %d to come" % (elapsed, session.countLocationsToCome())
+            print("\r" + text.ljust(_PROGRESS_WIDTH), end="", file=sys.stderr)
             sys.stderr.flush()
 
     # While the models are read and cooked, the window is made.
@@ -165,7 +168,7 @@ def writePicture(session, options, failures):
     view.lookThrough(options.camera)
     session.pump(progress)
     if shown:
-        print("\r" + " " * 30 + "\r", end="", file=sys.stderr)
+        print("\r" + " " * _PROGRESS_WIDTH + "\r", end="", file=sys.stderr)
     failures.tellErrors(session)
     if session.getBounds() is None and failures.told:
         return  # a picture of nothing would pass for one of the models

@@ -63,8 +63,13 @@ class FakeDelegate(object):
 
 
 class FakeSession(object):
+    toCome = 0
+
     def __init__(self):
         self.delegate = FakeDelegate()
+
+    def countLocationsToCome(self):
+        return self.toCome
 
 
 class PumpTest(unittest.TestCase):
@@ -85,6 +90,18 @@ class PumpTest(unittest.TestCase):
         self.pump.tick()
         self.assertEqual((self.view.calls, self.loads), (["frame"], [1]))
         self.assertEqual(self.session.delegate.pumped, 4)
+
+    def testTellsHowMuchIsToComeUntilTheSceneIsThere(self):
+        self.assertEqual(self.pump.progress, "")
+        self.session.toCome = 12
+        self.pump.tick()
+        self.assertEqual(self.pump.progress, ", loading, 12 to come")
+        self.session.delegate.processing = False
+        self.pump.tick()
+        self.assertEqual(self.pump.progress, "")
+        self.session.delegate.processing = True
+        self.pump.tick()
+        self.assertEqual(self.pump.progress, "", "what changes later is no loading")
 
     def testDoesNotFrameOverTheUsersOwnView(self):
         self.view.moved = True

@@ -73,6 +73,10 @@ PyObject* isCommitCooked(PyObject*, PyObject* args) {
     return guarded([&] { return PyBool_FromLong(ApplicationGraph::isCommitCooked(commitId)); });
 }
 
+PyObject* countLocationsToCome(PyObject*, PyObject*) {
+    return guarded([] { return PyLong_FromSize_t(ApplicationGraph::countLocationsToCome()); });
+}
+
 PyObject* getOpTypes(PyObject*, PyObject*) {
     return guarded([]() -> PyObject* {
         Reference list(PyList_New(0));
@@ -123,6 +127,12 @@ PyMethodDef functions[] = {
      "Whether all that a commit affects has been cooked again: no event that a viewer fetches\n"
      "from now on is older than the commit. Other cooking may still be under way. False for\n"
      "an id that no commit has had yet."},
+    {"countLocationsToCome", countLocationsToCome, METH_NOARGS,
+     "countLocationsToCome() -> int\n\n"
+     "How many locations viewers want that are not there yet, as far as they are known: they\n"
+     "are to be cooked, or wait for a file that is being read. What is below them comes on\n"
+     "top, so that the number grows and shrinks; 0 when nothing is left to do. Locations\n"
+     "that are there and are cooked again don't count."},
     {"getOpTypes", getOpTypes, METH_NOARGS,
      "getOpTypes() -> list of str\n\nThe names of the op types that are registered."},
     {"flushCaches", flushCaches, METH_NOARGS,

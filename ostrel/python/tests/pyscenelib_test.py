@@ -92,6 +92,12 @@ class PyScenelibTest(unittest.TestCase):
         self.assertRaises(TypeError, PyScenelib.isCommitCooked)
         self.assertRaises(TypeError, PyScenelib.isCommitCooked, "1")
 
+    def testNothingIsToComeThatNobodyWants(self):
+        PyScenelib.createOp("Scene.Generate", GroupAttribute(("leafCount", IntAttribute(10))))
+        self.assertTrue(PyScenelib.waitUntilIdle(60))
+        self.assertEqual(PyScenelib.countLocationsToCome(), 0)
+        self.assertRaises(TypeError, PyScenelib.countLocationsToCome, 1)
+
     def testFlushCachesKeepsTheGraph(self):
         op = PyScenelib.createOp("no-op")
         PyScenelib.flushCaches()

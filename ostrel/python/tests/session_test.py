@@ -164,6 +164,26 @@ class SessionTest(unittest.TestCase):
         self.assertTrue(self.session.areBoxesShown() and self.session.areProxiesShown())
         self.assertFalse(self.session.isCollapsed())
 
+    def testAModelThatIsBeingReadIsToCome(self):
+        folder = tempfile.mkdtemp()
+        self.addCleanup(shutil.rmtree, folder)
+        # Reading its materials takes until somebody writes them.
+        os.mkfifo(os.path.join(folder, "held.mtl"))
+        with open(os.path.join(folder, "held.obj"), "w") as model:
+            model.write("mtllib held.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n")
+        self.assertEqual(self.session.countLocationsToCome(), 0)
+        self.session.importModel(model.name)
+        while self.session.countLocationsToCome() == 0:
+            self.assertFalse(self.session.pump(timeout=0))
+        self.add("a", square())
+        while self.session.delegate.getAttributes("/root/a") is None or \
+                self.session.countLocationsToCome() != 1:  # the model alone
+            self.assertFalse(self.session.pump(timeout=0))
+        open(os.path.join(folder, "held.mtl"), "w").close()
+        self.assertTrue(self.session.pump(timeout=60))
+        self.assertEqual(self.session.countLocationsToCome(), 0)
+        self.assertEqual(self.session.getErrors(), [])
+
     def testClosingTwiceIsHarmless(self):
         self.session.close()
         self.session.close()

@@ -115,6 +115,10 @@ bool isProcessing() {
     return application().engine->isProcessing();
 }
 
+std::size_t countLocationsToCome() {
+    return application().engine->countToCome();
+}
+
 bool isCommitCooked(std::int64_t commitId) {
     return application().engine->isCommitCooked(commitId);
 }

@@ -148,6 +148,14 @@ void ClientTree::appendPath(const ClientNode& node, std::string& path) const {
     }
 }
 
+std::string ClientTree::getChildPath(const ClientNode& parent, std::string_view name) const {
+    std::string path;
+    appendPath(parent, path);
+    path += '/';
+    path += name;
+    return path;
+}
+
 ClientNode* ClientTree::allocate() {
     if (!freeNodes.empty()) {
         ClientNode* node = freeNodes.back();

@@ -85,6 +85,8 @@ public:
     [[nodiscard]] std::string_view getName(const ClientNode& node) const noexcept;
     [[nodiscard]] LocationNames getNames(const ClientNode& node) const;
     void appendPath(const ClientNode& node, std::string& path) const;
+    /// Whether or not there is a node for the child.
+    [[nodiscard]] std::string getChildPath(const ClientNode& parent, std::string_view name) const;
 
     /// Calls `visit` for each child.
     template <typename Visit>

@@ -143,6 +143,7 @@ void ClientView::setOp(GraphOp* viewedOp) {
         std::erase(op->views, this);
     }
     op = viewedOp;
+    resumeWaiting();
     ClientNode& top = tree.getTop();
     ClientTree::forEachKid(top, [](ClientNode& root) { markPending(root); });
     if (!op) {
@@ -185,7 +186,9 @@ void ClientView::onTouched(const LocationNames& names, bool isSubtree) {
     if (node && node->has(ClientNode::kLive)) {
         markPending(*node);
     }
-    visits.insert(joinPath(names));
+    const std::string replaced = joinPath(names);
+    visits.merge(waiting.takeAtOrBelow(replaced));
+    visits.insert(replaced);
 }
 
 void ClientView::update() {
@@ -324,8 +327,9 @@ void ClientView::syncExpanded(ClientNode& node, const RequestTree::Cursor& curso
         ClientNode* kid = node.kids ? node.kids->nodes[i] : nullptr;
         // Where requests below have changed, these are visited by themselves.
         const bool isFollowed =
-            kid && ((isAskedAsBefore && isCurrent(*kid, data)) ||
-                    followKid(*kid, requests.descend(cursor, data.children->getName(i)), data));
+            (kid && ((isAskedAsBefore && isCurrent(*kid, data)) ||
+                     followKid(*kid, requests.descend(cursor, data.children->getName(i)), data))) ||
+            isWaiting(node, data, i);
         if (isFollowed || i - from == kPieceSize) {
             scheduleExpansion(node, from, i, isUnderWay);
             from = isFollowed ? i + 1 : i;
@@ -362,10 +366,18 @@ void ClientView::syncRequested(ClientNode& node, const RequestTree::Cursor& curs
             continue;
         }
         ClientNode* kid = node.kids ? node.kids->nodes[index] : nullptr;
-        if (!kid || !followKid(*kid, kidCursor, data)) {
+        if ((!kid || !followKid(*kid, kidCursor, data)) && !isWaiting(node, data, index)) {
             schedule(node, index, index + 1);
         }
     }
+}
+
+// Waits already, and nothing has happened that it would have to try again for.
+bool ClientView::isWaiting(const ClientNode& parent, const CookNode& data,
+                           std::size_t index) const {
+    const CookBlock* block = waiting.isEmpty() ? nullptr : data.getBlock();
+    return block && block->child(index).has(CookNode::kWaits) &&
+           waiting.contains(tree.getChildPath(parent, data.children->getName(index)));
 }
 
 void ClientView::align(ClientNode& node, CookNode& data) {
@@ -384,10 +396,7 @@ void ClientView::adopt(ClientNode& parent, CookNode& data, std::size_t index,
             leave(*kid);
         }
         if (cursor.request) {
-            std::string path;
-            tree.appendPath(parent, path);
-            path += '/';
-            path += data.children->getName(index);
+            std::string path = tree.getChildPath(parent, data.children->getName(index));
             noteMissing(*cursor.request, path);
         }
         return;
@@ -469,10 +478,7 @@ void ClientView::noteMissingKids(const ClientNode& node, const RequestTree::Curs
     }
     for (const auto& [name, child] : cursor.request->children) {
         if (child->activeAtOrBelow > 0 && (!list || list->find(name) == ChildList::kNone)) {
-            std::string path;
-            tree.appendPath(node, path);
-            path += '/';
-            path += name;
+            std::string path = tree.getChildPath(node, name);
             noteMissing(*child, path);
         }
     }
@@ -566,11 +572,7 @@ void ClientView::finishWork(const ClientWork& piece, const WaitingChildren& wait
     auto nextWaiting = waitingChildren.begin();
     for (std::size_t i = piece.from; i < piece.to; ++i) {
         if (nextWaiting != waitingChildren.end() && nextWaiting->first == i) {
-            std::string path;
-            tree.appendPath(parent, path);
-            path += '/';
-            path += data.children->getName(i);
-            waiting.add(path, nextWaiting->second);
+            waiting.add(tree.getChildPath(parent, data.children->getName(i)), nextWaiting->second);
             ++nextWaiting;
             continue;
         }
@@ -584,10 +586,6 @@ void ClientView::finishWork(const ClientWork& piece, const WaitingChildren& wait
         }
     }
     endWork(parent);
-}
-
-void ClientView::resumeWaiting(bool isForAll) {
-    visits.merge(waiting.resume(isForAll));
 }
 
 bool ClientView::dropUnwantedWaiting() {

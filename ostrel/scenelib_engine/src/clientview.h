@@ -77,6 +77,14 @@ public:
     [[nodiscard]] bool hasWork() const noexcept {
         return !work.empty() || !visits.empty() || isWholeChanged || !waiting.isEmpty();
     }
+    /// Locations that are to be cooked and that wait.
+    [[nodiscard]] std::size_t countToCome() const noexcept {
+        std::size_t count = waiting.size();
+        for (const ClientWork& piece : work) {
+            count += piece.to - piece.from;
+        }
+        return count;
+    }
     /// Takes what was requested and what was replaced into account. What must be cooked for it
     /// becomes work.
     void update();
@@ -86,8 +94,10 @@ public:
     /// that wait.
     void finishWork(const ClientWork& piece, const WaitingChildren& waitingChildren);
     [[nodiscard]] WaitingLocations& getWaiting() noexcept { return waiting; }
-    /// Has those become work that wait no longer, or all.
-    void resumeWaiting(bool isForAll);
+    /// Has those become work that wait no longer.
+    void resumeArrived() { visits.merge(waiting.takeArrived()); }
+    /// Has all become work that wait.
+    void resumeWaiting() { visits.merge(waiting.takeAll()); }
     /// Forgets those that wait and are not wanted any more. Whether there were any.
     bool dropUnwantedWaiting();
 
@@ -132,6 +142,8 @@ private:
     bool followKid(ClientNode& kid, const RequestTree::Cursor& cursor, CookNode& data);
     void adopt(ClientNode& parent, CookNode& data, std::size_t index,
                const RequestTree::Cursor& cursor);
+    [[nodiscard]] bool isWaiting(const ClientNode& parent, const CookNode& data,
+                                 std::size_t index) const;
     void align(ClientNode& node, CookNode& data);
     /// The client does not cook the location (any more): it is to be decided what it tells.
     void leave(ClientNode& node);

@@ -44,10 +44,18 @@ void Cooker::ensureCooked(GraphOp& op, CookNode& node, InputPlaces& places) {
         }
         node.awaitEndOfClaim();
     }
+    if (node.has(CookNode::kWaits)) {
+        node.clear(CookNode::kWaits);
+    }
+    CookRun run(*this, op, node, places);
     CookOutcome outcome;
     try {
-        outcome = CookRun(*this, op, node, places).run();
+        outcome = run.run();
     } catch (const CookWaits&) {
+        // An edit of what it has read may mean that it needn't wait.
+        outcome = run.takeReads();
+        storeReads(op, node, outcome);
+        node.set(CookNode::kWaits);
         node.abandon();
         throw;
     }

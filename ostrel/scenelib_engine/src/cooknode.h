@@ -70,6 +70,8 @@ public:
     static constexpr std::uint16_t kRemoved = 0x100;   ///< no longer listed; waits for its end
     static constexpr std::uint16_t kBuried = 0x200;    ///< removed, and nobody points to it
     static constexpr std::uint16_t kForced = 0x400;    ///< dirty, and its viewers are to hear of it
+    static constexpr std::uint16_t kWaits = 0x800;     ///< not cooked, as its cook waits; what that
+                                                       ///< has read until then is recorded
 
     [[nodiscard]] Kind getKind() const noexcept {
         return static_cast<Kind>((bits.load(std::memory_order_relaxed) & kKindMask) >> kKindShift);

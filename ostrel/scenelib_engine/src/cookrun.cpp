@@ -45,7 +45,7 @@ CookNode* InputPlaces::get(std::size_t input) {
 CookOutcome CookRun::run() {
     outcome.result = cookChecked();
     if (outcome.result.kind == CookResult::Kind::SameAsInput) {
-        outcome.target = findInput(outcome.result.input);
+        findTarget();
         const bool isNothing = !outcome.target || !outcome.target->resolve();
         if (isNothing && node.parent->parent) {
             outcome.result = errorLocation("Op type \"" + op.typeName +
@@ -59,6 +59,15 @@ CookOutcome CookRun::run() {
         outcome.result.attrs = GroupAttribute::Empty();
     }
     return std::move(outcome);
+}
+
+void CookRun::findTarget() {
+    // Once there is a target, the alias says by itself what it depends on.
+    const std::uint8_t inputsRead = outcome.inputsRead;
+    outcome.inputsRead =
+        static_cast<std::uint8_t>(inputsRead | CookNode::inputBit(outcome.result.input));
+    outcome.target = findInput(outcome.result.input);
+    outcome.inputsRead = inputsRead;
 }
 
 CookResult CookRun::cookChecked() {
@@ -116,8 +125,8 @@ const CookNode* CookRun::readInput(std::size_t input, std::string_view path) {
     if (!names) {
         return nullptr;
     }
-    const Cooker::Place place = cooker.locate(*inputOp, *names);
     outcome.farReads.push_back({inputOp, std::string(path)});
+    const Cooker::Place place = cooker.locate(*inputOp, *names);
     if (!place.node && place.depth > 0) {
         // It comes into being when the list of the last ancestor that exists changes.
         outcome.farReads.push_back({inputOp, joinPath(*names, place.depth)});

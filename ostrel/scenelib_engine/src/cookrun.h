@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace VlScenelibEngine {
@@ -57,6 +58,8 @@ public:
 
     /// Runs the cook. Exceptions become an "error" location, except CookWaits.
     [[nodiscard]] CookOutcome run();
+    /// After run() has thrown CookWaits: what the cook has read until then, without a result.
+    [[nodiscard]] CookOutcome takeReads() noexcept { return std::move(outcome); }
 
     [[nodiscard]] const VlAttribute::Attribute& readArg(std::string_view dotted);
     [[nodiscard]] const VlAttribute::GroupAttribute& readAllArgs();
@@ -75,6 +78,7 @@ public:
 private:
     [[nodiscard]] CookNode* findInput(std::size_t input);
     [[nodiscard]] CookResult cookChecked();
+    void findTarget();
 
     InputPlaces& places;
     CookOutcome outcome;

@@ -142,6 +142,15 @@ bool Engine::isDataCurrent(ClientView& view, const std::string& path, std::int64
     return isCooked(commitId < 0 ? inbox->getNewestCommit() : commitId) && view.isTold(path);
 }
 
+std::size_t Engine::countToCome() {
+    const std::lock_guard lock(stateMutex);
+    std::size_t count = 0;
+    for (const std::shared_ptr<ClientView>& view : views) {
+        count += view->countToCome();
+    }
+    return count;
+}
+
 // ---- the coordinator
 
 void Engine::run() {
@@ -174,9 +183,10 @@ void Engine::apply(Inbox::Letters& letters) {
     if (letters.isFlush) {
         dropAllMemos();
     }
-    // What a cook that waits has read is recorded nowhere: any edit may mean that it needn't wait.
-    if (letters.isArrival || !letters.commits.empty()) {
-        resumeWaiting(!letters.commits.empty());
+    if (letters.isArrival) {
+        for (const std::shared_ptr<ClientView>& view : views) {
+            view->resumeArrived();
+        }
     }
     setSettled(false);
 }
@@ -240,12 +250,6 @@ void Engine::setSettled(bool isSettled) {
     }
 }
 
-void Engine::resumeWaiting(bool isForAll) {
-    for (const std::shared_ptr<ClientView>& view : views) {
-        view->resumeWaiting(isForAll);
-    }
-}
-
 bool Engine::dropUnwantedWaiting() {
     bool isAnyDropped = false;
     recooking.letGo();
@@ -269,7 +273,11 @@ Inbox::Activity Engine::step() {
     }
     cookedCommit = appliedCommit;
     recooking.buryRemoved();
+    const bool areWaitsAffected = recooking.takeWaitsAffected();
     for (const std::shared_ptr<ClientView>& view : views) {
+        if (areWaitsAffected) {
+            view->resumeWaiting();
+        }
         view->update();
     }
     if (cookWanted(lock)) {

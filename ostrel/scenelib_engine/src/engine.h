@@ -77,6 +77,8 @@ public:
         const std::lock_guard lock(stateMutex);
         return theQuery(view);
     }
+    /// Locations that clients want and that are not there yet, as far as they are known.
+    [[nodiscard]] std::size_t countToCome();
     /// Whether what was fetched for the path reflects the commit (-1: the newest).
     [[nodiscard]] bool isDataCurrent(ClientView& view, const std::string& path,
                                      std::int64_t commitId);
@@ -103,7 +105,6 @@ private:
     void recook(std::unique_lock<std::mutex>& lock);
     bool cookWanted(std::unique_lock<std::mutex>& lock);
     void cookPiece(Piece& piece);
-    void resumeWaiting(bool isForAll);
     /// Once all is cooked but for what waits. Whether there was any.
     bool dropUnwantedWaiting();
     [[nodiscard]] bool isWaiting() const;

@@ -203,11 +203,14 @@ void Recooking::touchOutput(GraphOp& output, const GraphOp& changed, const Locat
     for (const std::string_view name : names) {
         CookBlock* block = node->children ? node->getBlock() : nullptr;
         const std::size_t index = block ? node->children->find(name) : ChildList::kNone;
-        if (index == ChildList::kNone || !block->child(index).isCooked()) {
+        if (index == ChildList::kNone) {
             return;
         }
         node = &block->child(index);
         ++depth;
+        if (!node->isCooked()) {
+            break;
+        }
         if (node->getKind() == CookNode::Kind::Alias) {
             // When it is itself to be looked at again, that passes the change on.
             const bool isPassed = depth < names.size() || kind < Touch::Subtree;
@@ -225,7 +228,7 @@ void Recooking::touchOutput(GraphOp& output, const GraphOp& changed, const Locat
     }
     if (output.readsOp(node->inputsRead, changed)) {
         markDirty(output, *node);
-        if (kind == Touch::Forced) {
+        if (kind == Touch::Forced && node->isCooked()) {
             node->set(CookNode::kForced);
         }
     }
@@ -235,7 +238,7 @@ void Recooking::touchOutput(GraphOp& output, const GraphOp& changed, const Locat
 }
 
 void Recooking::markReadersBelow(GraphOp& op, CookNode& node, const GraphOp& read) {
-    if (!node.isCooked()) {
+    if (!node.isCooked() && !node.has(CookNode::kWaits)) {
         return;
     }
     const bool isLocation = node.getKind() == CookNode::Kind::Location;
@@ -254,6 +257,7 @@ void Recooking::markReadersBelow(GraphOp& op, CookNode& node, const GraphOp& rea
 }
 
 void Recooking::markDirty(GraphOp& op, CookNode& node) {
+    areWaitsAffected = areWaitsAffected || node.has(CookNode::kWaits);
     if (!node.isCooked() || node.has(CookNode::kDirty)) {
         return;
     }
@@ -269,7 +273,7 @@ void Recooking::markWhere(GraphOp& op, CookNode& node, bool argReadersOnly,
     CookBlock* block = node.getKind() == CookNode::Kind::Location ? node.getBlock() : nullptr;
     for (std::size_t i = 0; block && i < block->size(); ++i) {
         CookNode& child = block->child(i);
-        if (!child.isCooked()) {
+        if (!child.isCooked() && !child.has(CookNode::kWaits)) {
             continue;
         }
         if (isAffected(child)) {
@@ -498,7 +502,7 @@ void Recooking::rearrangeChildren(GraphOp& op, CookNode& node, const LocationNam
             continue;
         }
         child.set(CookNode::kRemoved);
-        if (child.isCooked()) {
+        if (child.isCooked() || child.has(CookNode::kWaits)) {
             childNames.back() = before->getName(old);
             touch(op, childNames, Touch::Subtree);
             dropReadsBelow(op, child);

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace VlScenelibEngine {
@@ -41,6 +42,10 @@ public:
     // ---- cooking again
 
     [[nodiscard]] bool isClean() const noexcept { return dirtyOps.empty(); }
+    /// Whether something has changed, since the last call, that a cook which waits had read.
+    [[nodiscard]] bool takeWaitsAffected() noexcept {
+        return std::exchange(areWaitsAffected, false);
+    }
 
     /// A batch of nodes of one op, none above another, and what their cooks give.
     struct Slice {
@@ -75,6 +80,7 @@ private:
     void touchOutput(GraphOp& output, const GraphOp& changed, const LocationNames& names,
                      Touch kind);
     void markReadersBelow(GraphOp& op, CookNode& node, const GraphOp& read);
+    /// Something that the node's cook has read has changed.
     void markDirty(GraphOp& op, CookNode& node);
     void markWhere(GraphOp& op, CookNode& node, bool argReadersOnly,
                    const std::function<bool(const CookNode&)>& isAffected);
@@ -93,6 +99,7 @@ private:
 
     Cooker& cooker;
     std::vector<GraphOp*> dirtyOps;
+    bool areWaitsAffected = false;
     std::vector<std::shared_ptr<Awaited>> awaited;
     /// Removed nodes, and blocks whose nodes somebody may still point to, in order of removal.
     std::vector<CookNode*> removedNodes;

@@ -2,11 +2,13 @@
 
 #include "VlScenelibEngine/Awaited.h"
 
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace VlScenelibEngine {
@@ -15,28 +17,27 @@ namespace VlScenelibEngine {
 /// for. Belongs to the coordinator.
 class WaitingLocations {
 public:
-    void add(const std::string& path, std::shared_ptr<Awaited> awaited) {
-        waiting[path] = std::move(awaited);
+    void add(std::string path, std::shared_ptr<Awaited> awaited) {
+        waiting[std::move(path)] = std::move(awaited);
     }
     [[nodiscard]] bool isEmpty() const noexcept { return waiting.empty(); }
+    [[nodiscard]] bool contains(const std::string& path) const { return waiting.contains(path); }
+    [[nodiscard]] std::size_t size() const noexcept { return waiting.size(); }
 
-    /// Takes those that wait no longer, or all, to be cooked. What they have waited for is kept
-    /// until letGo().
-    [[nodiscard]] std::set<std::string> resume(bool isForAll) {
-        std::set<std::string> paths;
-        std::erase_if(waiting, [&](const auto& entry) {
-            const auto& [path, awaited] = entry;
-            if (!isForAll && !awaited->isThere()) {
-                return false;
-            }
-            paths.insert(path);
-            resumed.push_back(awaited);
-            return true;
+    /// Each takes some, to be cooked. What they have waited for is kept until letGo().
+    [[nodiscard]] std::set<std::string> takeArrived() {
+        return take([](const std::string&, const Awaited& awaited) { return awaited.isThere(); });
+    }
+    [[nodiscard]] std::set<std::string> takeAll() {
+        return take([](const std::string&, const Awaited&) { return true; });
+    }
+    [[nodiscard]] std::set<std::string> takeAtOrBelow(std::string_view top) {
+        return take([top](const std::string& path, const Awaited&) {
+            return path.starts_with(top) && (path.size() == top.size() || path[top.size()] == '/');
         });
-        return paths;
     }
     /// To be called when all those taken have been cooked.
-    void letGo() noexcept { resumed.clear(); }
+    void letGo() noexcept { taken.clear(); }
 
     /// Forgets those that nobody wants any more, and with them what only they have waited for.
     /// Whether there were any.
@@ -46,8 +47,23 @@ public:
     }
 
 private:
+    template <typename Which>
+    std::set<std::string> take(Which&& which) {
+        std::set<std::string> paths;
+        std::erase_if(waiting, [&](const auto& entry) {
+            const auto& [path, awaited] = entry;
+            if (!which(path, *awaited)) {
+                return false;
+            }
+            paths.insert(path);
+            taken.push_back(awaited);
+            return true;
+        });
+        return paths;
+    }
+
     std::map<std::string, std::shared_ptr<Awaited>> waiting;
-    std::vector<std::shared_ptr<Awaited>> resumed;
+    std::vector<std::shared_ptr<Awaited>> taken;
 };
 
 } // namespace VlScenelibEngine

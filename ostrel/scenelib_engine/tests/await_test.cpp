@@ -5,6 +5,7 @@
 
 #include "VlScenelibEngine/OpType.h"
 
+#include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 
 #include <gmock/gmock.h>
@@ -14,7 +15,10 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
+#include <tuple>
+#include <vector>
 
 namespace {
 
@@ -22,6 +26,7 @@ using namespace VlScenelibEngine;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using VlAttribute::GroupAttribute;
+using VlAttribute::GroupBuilder;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
@@ -215,22 +220,185 @@ TEST_F(Await, severalClientsWaitForOne) {
     }
 }
 
-// As each frame of a drag has it while a model is read.
-TEST_F(Await, editsMeanwhileTryAgainAndAddNoNotices) {
+TEST_F(Await, whatIsToComeIsCounted) {
     const auto client = view(op);
+    const auto other = view(op);
+    fetchUntil(client, "+/root/now");
+    fetchUntil(other, "+/root/now");
+    until([&] { return scene.engine->countToCome() == 2; });
+    other->setAllOpen(false);
+    until([&] { return scene.engine->countToCome() == 1; });
+    receiver->order()->deliver(7);
+    scene.settle();
+    EXPECT_EQ(scene.engine->countToCome(), 0U);
+}
+
+// As each frame of a drag has it while a model is read.
+TEST_F(Await, editsOfOtherThingsLeaveAloneWhatWaits) {
+    const auto edited = scene.createOp("Scene.Edit", {}, {op});
+    const auto client = view(edited);
     untilTried();
     const std::shared_ptr<Parcel> parcel = receiver->order();
-    const auto literal = scene.createOp("Scene.Literal");
-    const auto other = view(literal);
-    for (int i = 1; i <= 20; ++i) {
-        const int tries = receiver->numberOfTries;
-        scene.setArgs(literal, "Scene.Literal", literalArgs({{"/root/a", i}}));
-        untilTried(tries);
+    const auto edit = [&](int value) {
+        scene.setArgs(edited, "Scene.Edit",
+                      GroupBuilder().set("edits.c.now.a.value", IntAttribute(value)).build());
+        fetchUntil(client, "+/root/now");
+    };
+    // The first makes its way through the op, which has handed all on until then; once others are
+    // there that has been done.
+    edit(1);
+    edit(2);
+    edit(3);
+    const int tries = receiver->numberOfTries;
+    for (int i = 4; i <= 20; ++i) {
+        edit(i);
     }
+    EXPECT_EQ(receiver->numberOfTries, tries);
     EXPECT_EQ(parcel->getNumberOfNotices(), 1U);
     parcel->deliver(7);
     EXPECT_THAT(scene.fetch(client), testing::Contains("+/root/later"));
     EXPECT_EQ(parcel->getNumberOfNotices(), 0U);
+}
+
+/// A cook that waits if what it reads says so, and an edit after which that says otherwise.
+struct ReadBeforeWait {
+    const char* name;
+    std::function<bool(CookContext&)> mustWait;
+    std::function<void(EngineScene&, const EngineScene::OpPtr& op, const EngineScene::OpPtr& input)>
+        edit;
+};
+
+int valueOf(const InputLocation& location) {
+    return location.exists() ? IntAttribute(location.getAttrs().getChildByName("value")).getValue()
+                             : 0;
+}
+
+std::function<void(EngineScene&, const EngineScene::OpPtr&, const EngineScene::OpPtr&)>
+setArgument(const char* name) {
+    return [name](EngineScene& scene, const EngineScene::OpPtr& op, const EngineScene::OpPtr&) {
+        scene.setArgs(op, "Test.Careful", {{name, IntAttribute(1)}});
+    };
+}
+
+std::function<void(EngineScene&, const EngineScene::OpPtr&, const EngineScene::OpPtr&)>
+setInput(const std::vector<LiteralRow>& rows) {
+    return [rows](EngineScene& scene, const EngineScene::OpPtr&, const EngineScene::OpPtr& input) {
+        scene.setArgs(input, "Scene.Literal", literalArgs(rows));
+    };
+}
+
+const std::vector<ReadBeforeWait>& readsBeforeWaits() {
+    static const std::vector<ReadBeforeWait> rows{
+        {"Argument", [](CookContext& context) { return !context.getArg("go"); }, setArgument("go")},
+        {"AllArguments",
+         [](CookContext& context) { return !context.getArgs().getChildByName("go"); },
+         setArgument("go")},
+        {"WhatTheParentHandsDown",
+         [](CookContext& context) {
+             return !context.getContextsAs<AttributeContexts>().get(context.getChildIndex());
+         },
+         setArgument("handedDown")},
+        {"Input", [](CookContext& context) { return valueOf(context.getInput(0)) == 1; },
+         setInput({{"/root/later", 2}})},
+        {"InputThatGoes", [](CookContext& context) { return context.getInput(0).exists(); },
+         setInput({{"/root/other", 2}})},
+        {"InputThatComes",
+         [](CookContext& context) { return !context.getInput(0, "/root/later/new").exists(); },
+         setInput({{"/root/later", 1}, {"/root/later/new", 1}})},
+        {"InputElsewhere",
+         [](CookContext& context) { return valueOf(context.getInput(0, "/root/other")) == 1; },
+         setInput({{"/root/later", 1}, {"/root/other", 2}})},
+        {"InputBelow",
+         [](CookContext& context) {
+             const InputTree tree = context.getInputTree(0);
+             return tree.exists() && valueOf(tree.getChild(0)) == 1;
+         },
+         setInput({{"/root/later", 1}, {"/root/later/below", 2}})},
+        {"NumberOfInputs", [](CookContext& context) { return context.getNumberOfInputs() == 1; },
+         [](EngineScene& scene, const EngineScene::OpPtr& op, const EngineScene::OpPtr& input) {
+             scene.setInputs(op, {input, input});
+         }},
+        {"WhichInput", [](CookContext& context) { return context.getInput(0).exists(); },
+         [](EngineScene& scene, const EngineScene::OpPtr& op, const EngineScene::OpPtr&) {
+             scene.setInputs(op, {nullptr});
+         }},
+        {"TypeOfTheInput", [](CookContext& context) { return context.getInput(0).exists(); },
+         [](EngineScene& scene, const EngineScene::OpPtr&, const EngineScene::OpPtr& input) {
+             scene.setArgs(input, "no-op", {});
+         }},
+        {"Type", [](CookContext&) { return true; },
+         [](EngineScene& scene, const EngineScene::OpPtr& op, const EngineScene::OpPtr&) {
+             scene.setArgs(op, "no-op", {});
+         }},
+        {"WhetherItIsThere", [](CookContext&) { return true; }, setArgument("without")},
+    };
+    return rows;
+}
+
+/// A root with the child "later", whose cook waits where a row says so.
+class Careful final : public OpType {
+public:
+    explicit Careful(const ReadBeforeWait& read) : row(read) {}
+
+    [[nodiscard]] CookResult cook(CookContext& context) const override {
+        if (context.isRoot()) {
+            const bool isWithout = context.getArg("without").isValid();
+            return {GroupAttribute(),
+                    ChildList::create(isWithout ? StringAttribute("now") : StringAttribute("later"),
+                                      std::make_shared<AttributeContexts>(
+                                          std::vector{context.getArg("handedDown")}))};
+        }
+        if (context.getName() == "later" && row.mustWait(context)) {
+            isWaiting = true;
+            context.await(parcel);
+        }
+        return {GroupAttribute()};
+    }
+
+    mutable std::atomic<bool> isWaiting{false};
+
+private:
+    const ReadBeforeWait& row;
+    std::shared_ptr<Parcel> parcel = std::make_shared<Parcel>();
+};
+
+using ReadAndView = std::tuple<ReadBeforeWait, const char*>;
+
+class AwaitReads : public Await, public testing::WithParamInterface<ReadAndView> {};
+
+TEST_P(AwaitReads, haveItTryAgainWhenTheyChange) {
+    registerTestOps();
+    const auto& [row, viewingType] = GetParam();
+    const auto careful = std::make_shared<Careful>(row);
+    registerOpType("Test.Careful", careful);
+    const auto input = scene.createOp(
+        "Scene.Literal",
+        literalArgs({{"/root/later", 1}, {"/root/later/below", 1}, {"/root/other", 1}}));
+    const auto waiting = scene.createOp("Test.Careful", {}, {input});
+    const auto client = view(scene.createOp(viewingType, {}, {waiting}));
+    until([&] { return careful->isWaiting.load(); });
+    EXPECT_FALSE(scene.engine->waitUntilIdle(std::chrono::seconds(0)));
+    row.edit(scene, waiting, input);
+    scene.settle(); // nothing is ever delivered
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, AwaitReads,
+    testing::Combine(testing::ValuesIn(readsBeforeWaits()),
+                     testing::Values("no-op", "Test.Stamp", "HierarchyCollapse")),
+    [](const auto& row) {
+        std::string name =
+            std::string(std::get<0>(row.param).name) + "SeenBy" + std::get<1>(row.param);
+        std::erase_if(name, [](char each) { return each == '.' || each == '-'; });
+        return name;
+    });
+
+TEST_F(Await, whoViewsSomethingElseWaitsNoMore) {
+    const auto client = view(op);
+    untilTried();
+    scene.setOp(client, scene.createOp("Scene.Literal", literalArgs({{"/root/later", 1}})));
+    EXPECT_THAT(scene.fetch(client), testing::Contains("+/root/later"));
+    EXPECT_FALSE(receiver->isAwaited());
 }
 
 TEST(Awaited, callsEachNoticeOnce) {

@@ -4,6 +4,7 @@
 #include "testops.h"
 #include "toldlocations.h"
 
+#include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 
 #include <gtest/gtest.h>
@@ -19,6 +20,7 @@
 namespace {
 
 using VlAttribute::GroupAttribute;
+using VlAttribute::GroupBuilder;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 using VlScenelib::LocationData;
@@ -53,14 +55,22 @@ std::string describe(const GroupAttribute& group) {
     return text + "}";
 }
 
+/// When that comes for which cooks wait.
+enum class Post {
+    Prompt, ///< soon
+    Held,   ///< when the test waits for the engine
+    Lost,   ///< never; an edit sees to it that nothing needs to wait, before the test does
+};
+
 /// Random edits of an op graph and of what clients ask for, of which after every pause each client
 /// must have been told exactly what plain evaluation gives.
 class Oracle {
 public:
     Oracle(const OracleShape& oracleShape, int workers, unsigned oracleSeed)
-        : shape(oracleShape), seed(oracleSeed),
+        : shape(oracleShape), seed(oracleSeed), post(static_cast<Post>(oracleSeed % 3)),
           random(oracleShape.names, oracleShape.depth, oracleSeed), scene(workers) {
         registerTestOps();
+        setLateHeld(post != Post::Prompt);
         for (int i = 0; i < shape.ops; ++i) {
             ops.push_back({scene.createOp("no-op"), "no-op", GroupAttribute::Empty(), {}});
         }
@@ -68,6 +78,11 @@ public:
             addClient();
         }
     }
+
+    /// The engine ends while cooks wait, and perhaps while what they wait for comes.
+    ~Oracle() { setLateHeld(false); }
+    Oracle(const Oracle&) = delete;
+    Oracle& operator=(const Oracle&) = delete;
 
     void run() {
         for (step = 0; step < shape.steps && !testing::Test::HasFailure(); ++step) {
@@ -309,9 +324,28 @@ private:
         }
     }
 
+    void settle() {
+        if (post == Post::Lost) {
+            const auto transaction = scene.runtime->createTransaction();
+            for (OpModel& model : ops) {
+                if (model.type == "Test.Late") {
+                    model.args =
+                        GroupBuilder().update(model.args).set("stamp", IntAttribute(0)).build();
+                    transaction->setOpArgs(model.op, model.type, model.args);
+                }
+            }
+            scene.runtime->commit(transaction);
+            scene.settle();
+            return;
+        }
+        setLateHeld(false);
+        scene.settle();
+        setLateHeld(post == Post::Held);
+    }
+
     void check() {
         log("check");
-        scene.settle();
+        settle();
         evaluate();
         // Whether others still show something is decided client by client as they fetch.
         for (ClientModel& client : clients) {
@@ -430,6 +464,7 @@ private:
 
     const OracleShape& shape;
     unsigned seed;
+    Post post;
     RandomOps random;
     EngineScene scene;
     std::vector<OpModel> ops;

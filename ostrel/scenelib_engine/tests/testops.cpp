@@ -3,6 +3,7 @@
 #include "VlScenelibEngine/OpType.h"
 
 #include "VlAttribute/GroupBuilder.h"
+#include "VlAttribute/IntAttribute.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -17,6 +18,7 @@
 using namespace VlScenelibEngine;
 using VlAttribute::GroupAttribute;
 using VlAttribute::GroupBuilder;
+using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
 namespace {
@@ -140,11 +142,19 @@ public:
         return parcel;
     }
 
+    void setHeld(bool isHeldNow) {
+        {
+            const std::lock_guard lock(mutex);
+            isHeld = isHeldNow;
+        }
+        changed.notify_one();
+    }
+
 private:
     void deliver() {
         std::unique_lock lock(mutex);
         for (;;) {
-            changed.wait(lock, [this] { return isOver || !waiting.empty(); });
+            changed.wait(lock, [this] { return isOver || (!isHeld && !waiting.empty()); });
             if (isOver) {
                 return;
             }
@@ -162,26 +172,42 @@ private:
     std::condition_variable changed;
     std::map<std::string, std::weak_ptr<Parcel>> ordered;
     std::deque<std::weak_ptr<Parcel>> waiting;
+    bool isHeld = false;
     bool isOver = false;
     std::thread thread{[this] { deliver(); }};
 };
 
+Postman& getPostman() {
+    static Postman postman;
+    return postman;
+}
+
 class Late final : public OpType {
     [[nodiscard]] CookResult cook(CookContext& context) const override {
-        static Postman postman;
-        const std::string_view name = context.getName();
-        if (name == "root" || name == "b") {
-            context.await(postman.order(context.getPath()));
+        const auto wait = [&context] {
+            if (IntAttribute(context.getArg("stamp")).getValue(1) != 0) {
+                context.await(getPostman().order(context.getPath()));
+            }
+        };
+        if (context.isRoot()) {
+            wait();
         }
         const InputLocation input = context.getInput(0);
         if (!input.exists()) {
             return CookResult::nothing();
+        }
+        if (context.getName() == "b") {
+            wait();
         }
         return {input.getAttrs(), input.getChildren()};
     }
 };
 
 } // namespace
+
+void setLateHeld(bool isHeld) {
+    getPostman().setHeld(isHeld);
+}
 
 void registerTestOps() {
     registerOpType("Test.Stamp", std::make_shared<Stamp>());

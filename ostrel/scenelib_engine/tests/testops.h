@@ -10,6 +10,9 @@
 /// - "Test.Throw": the input, but locations named as the string argument `name` throw.
 /// - "Test.Swap": below the root, a location is passed on from the first input where its name is
 ///   before "b", and cooked from the second otherwise; it lists what either has.
-/// - "Test.Late": the input, but the root and locations named "b" wait for something that another
-///   thread makes.
+/// - "Test.Late": the input, but with the argument `stamp` not 0 the root, and locations named "b"
+///   that the input has, wait for something that another thread makes.
 void registerTestOps();
+
+/// Whether that thread rests: what "Test.Late" waits for is not made for now.
+void setLateHeld(bool isHeld);

@@ -354,6 +354,12 @@ class Session(object):
         """
         return list(self.delegate.getOptionByName("locations") or ())
 
+    def countLocationsToCome(self):
+        """How many locations are still to be cooked, or wait for a file that is being read, as far
+        as they are known: what a model holds is only known once it has been read. Locations that
+        are there and change don't count, nor do proxies."""
+        return PyScenelib.countLocationsToCome()
+
     def getErrors(self):
         """What failed: a list of (location path, message)."""
         flat = list(self._errors.getOptionByName("errors"))

@@ -3,6 +3,7 @@
 #include "VlAttribute/GroupAttribute.h"
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -58,6 +59,12 @@ private:
 
 /// Whether waitUntilIdle() would have to wait.
 [[nodiscard]] bool isProcessing();
+
+/// How many locations clients want that are not there yet: they are to be cooked, or wait for a
+/// file that is being read. What is below them is not known and comes on top. Those are not counted
+/// that are told of already and are being cooked again, nor those that are cooked at this moment.
+/// Each client counts for itself. 0 when nothing is processed.
+[[nodiscard]] std::size_t countLocationsToCome();
 
 /// Whether every location that was cooked before this commit and is affected by it has been cooked
 /// again: no event that a client fetches from now on is older than the commit. Other work, such as
