@@ -59,7 +59,6 @@ public:
 
     /// To be called when other clients of the runtime may have ceased to show something.
     void reconsiderOwing();
-    [[nodiscard]] bool isOwing() const noexcept { return !owing.empty(); }
 
     void setCachingEnabled(bool enabled);
     /// Null when there is none.
