@@ -94,6 +94,24 @@ TEST_F(ScenePickGL, anotherScissorStays) {
     glDisable(GL_SCISSOR_TEST);
 }
 
+/// The host has cleared all else of the window after the first pick.
+TEST_F(ScenePickGL, nextPickLeavesTheWindowWithoutStencils) {
+    const auto stencil = [] {
+        GLint value = 0;
+        glReadPixels(3, 4, 1, 1, GL_STENCIL_INDEX, GL_INT, &value);
+        return value;
+    };
+    glClearStencil(7);
+    glClear(GL_STENCIL_BUFFER_BIT);
+    glClearStencil(0);
+    begin(3, 4, 5, 6);
+    EXPECT_EQ(stencil(), 7); // a picture may need it still
+    drawIds();
+    begin(3, 4, 5, 6);
+    EXPECT_EQ(stencil(), 0);
+    drawIds();
+}
+
 /// A host that picks already answers nothing to a pick from within, and clears nothing.
 TEST_F(ScenePickGL, pickWithinAnotherConfinesNothing) {
     Bundled::GLFramebuffer surface;
