@@ -1,4 +1,4 @@
-"""Picks hit what the display mode shows."""
+"""Picks hit what the display mode and the material show."""
 import os
 import sys
 import unittest
@@ -48,8 +48,7 @@ class DisplayModePickingTest(unittest.TestCase):
         self.assertTrue(self.hits("points") is None)
         self.assertEqual((first, last, count), self.hits("shaded"))
 
-    def test_polygons_that_are_left_out_are_not_hit_but_for_their_wires(self):
-        self.view.viewport.getLayer("meshes").setOptionByName("cullBackFaces", IntAttribute(1))
+    def check_that_back_sides_are_not_hit_but_for_their_wires(self):
         front = {}
         for mode in ("shaded", "wireframe", "wireframeOnShaded"):
             front[mode] = self.hits(mode)
@@ -59,6 +58,15 @@ class DisplayModePickingTest(unittest.TestCase):
         self.assertTrue(self.hits("shaded") is None)
         for mode in ("wireframe", "wireframeOnShaded"):
             self.assertEqual(front["wireframe"], self.hits(mode), mode)
+
+    def test_polygons_that_the_layer_leaves_out_are_not_hit_but_for_their_wires(self):
+        self.view.viewport.getLayer("meshes").setOptionByName("cullBackFaces", IntAttribute(1))
+        self.check_that_back_sides_are_not_hit_but_for_their_wires()
+
+    def test_polygons_that_the_material_leaves_out_are_not_hit_but_for_their_wires(self):
+        self.session.setAttribute(QUAD, "material.doubleSided", IntAttribute(0))
+        self.session.pump()
+        self.check_that_back_sides_are_not_hit_but_for_their_wires()
 
 
 if __name__ == "__main__":

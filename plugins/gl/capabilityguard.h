@@ -4,6 +4,14 @@
 
 namespace Bundled {
 
+inline void switchCapability(GLenum capability, bool on) {
+    if (on) {
+        glEnable(capability);
+    } else {
+        glDisable(capability);
+    }
+}
+
 /// Puts back at its end, also when something throws, whether GL had a capability switched on.
 /// [gl-current]
 class CapabilityGuard {
@@ -12,13 +20,7 @@ public:
         : capability(guarded), wasEnabled(glIsEnabled(guarded) == GL_TRUE) {}
     CapabilityGuard(const CapabilityGuard&) = delete;
     CapabilityGuard& operator=(const CapabilityGuard&) = delete;
-    ~CapabilityGuard() {
-        if (wasEnabled) {
-            glEnable(capability);
-        } else {
-            glDisable(capability);
-        }
-    }
+    ~CapabilityGuard() { switchCapability(capability, wasEnabled); }
 
 private:
     const GLenum capability;

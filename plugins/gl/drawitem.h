@@ -29,10 +29,22 @@ struct DrawItem {
     }
     /// Whether its picture lets through what is behind, here or there.
     [[nodiscard]] bool hasHoles() const noexcept { return picture && picture->hasAlpha(); }
-    /// Whether its back sides can be left out unseen. A camera at `eye` among the instances might
-    /// stand in one of them, so it does not count as outside; nor one that is so near that it cuts
-    /// front sides off.
+    /// That picture; null without holes.
+    [[nodiscard]] const GpuTexture* getHoles() const noexcept {
+        return hasHoles() ? picture : nullptr;
+    }
+    /// Whether its back sides are not to be seen: as the layer has it, or the material, unless a
+    /// mirror swaps the sides.
+    [[nodiscard]] bool leavesOutBackSides(const Frame& frame) const noexcept {
+        return frame.cullBackFaces || (!material->isDoubleSided && !batch->isMirrored);
+    }
+    /// Whether its back sides are not to be seen, or can be left out unseen. A camera at `eye`
+    /// among the instances might stand in one of them, so it does not count as outside; nor one
+    /// that is so near that it cuts front sides off.
     [[nodiscard]] bool hidesBackSides(const Frame& frame, const Imath::V3d& eye) const {
+        if (leavesOutBackSides(frame)) {
+            return true;
+        }
         if (!mesh->isClosed() || material->opacity < 1.0f || hasHoles() || batch->isMirrored ||
             !frame.isPerspective()) {
             return false;

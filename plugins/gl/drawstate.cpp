@@ -1,5 +1,7 @@
 #include "gl/drawstate.h"
 
+#include "gl/capabilityguard.h"
+
 #include <cstddef>
 #include <iterator>
 
@@ -11,14 +13,6 @@ constexpr GLenum kCapabilities[] = {GL_DEPTH_TEST, GL_BLEND,       GL_SAMPLE_ALP
                                     GL_CULL_FACE,  GL_MULTISAMPLE, GL_DITHER};
 constexpr GLenum kBlendFactors[] = {GL_BLEND_SRC_RGB, GL_BLEND_DST_RGB, GL_BLEND_SRC_ALPHA,
                                     GL_BLEND_DST_ALPHA};
-
-void switchCapability(GLenum capability, bool on) {
-    if (on) {
-        glEnable(capability);
-    } else {
-        glDisable(capability);
-    }
-}
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "gl/idpass.h"
 
+#include "gl/capabilityguard.h"
 #include "gl/drawstate.h"
 #include "gl/pointsize.h"
 #include "gl/shaders.h"
@@ -23,25 +24,17 @@ void IdPass::draw(std::span<const DrawItem> items, const Frame& frame, const Fru
     if (instances.empty()) {
         return;
     }
-    if (!program) {
-        program = ShaderProgram("id", kIdVertexShader, kIdFragmentShader);
-    }
     const DrawState state({.dither = false, .multisample = false});
-    if (frame.cullBackFaces) {
-        glEnable(GL_CULL_FACE);
-    }
-    program.use();
-    program.set("worldToView", frame.worldToView);
-    program.set("viewToClip", frame.viewToClip);
-    program.set("surfaceTexture", 0);
+    programs.begin(frame);
     glPointSize(kPointSizePx);
     glLineWidth(kLineWidthPx);
-    glActiveTexture(GL_TEXTURE0);
     glBindVertexArray(vertexArray.create());
     glBindBuffer(GL_ARRAY_BUFFER, buffer.create());
     glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(instances.size() * sizeof(IdInstance)),
                  instances.data(), GL_STREAM_DRAW);
+    const Imath::V3d eye = frame.eye();
     for (const Share& share : shares) {
+        switchCapability(GL_CULL_FACE, share.item->hidesBackSides(frame, eye));
         drawShare(share, frame);
     }
     glLineWidth(1.0f);
@@ -76,18 +69,17 @@ void IdPass::drawShare(const Share& share, const Frame& frame) {
     const DrawItem& item = *share.item;
     if (item.showsSurface()) {
         bindAttributes(share, *item.mesh);
-        program.set("hasHoles", item.hasHoles() ? 1 : 0);
-        glBindTexture(GL_TEXTURE_2D, item.hasHoles() ? item.picture->get() : 0);
+        programs.use(item.getHoles());
         for (const auto part :
              {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
             drawPart(share, *item.mesh, part);
         }
         // Polygons that are left out show their wires all the same.
-        if (!item.wires || !frame.cullBackFaces) {
+        if (!item.wires || !item.leavesOutBackSides(frame)) {
             return;
         }
     }
-    program.set("hasHoles", 0);
+    programs.use(nullptr);
     bindAttributes(share, *item.wires);
     if (item.mode == DisplayMode::Points) {
         drawPart(share, *item.wires, GpuMesh::Part::Points);

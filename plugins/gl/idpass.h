@@ -1,8 +1,9 @@
 #pragma once
 
+#include "gl/coverprograms.h"
 #include "gl/drawitem.h"
 #include "gl/frame.h"
-#include "gl/shaderprogram.h"
+#include "gl/shaders.h"
 #include "scene/frustum.h"
 
 #include <array>
@@ -45,7 +46,7 @@ private:
     void bindAttributes(const Share& share, const GpuMesh& mesh) const;
     static void drawPart(const Share& share, const GpuMesh& mesh, GpuMesh::Part part);
 
-    ShaderProgram program;
+    CoverPrograms programs{{"id", kIdVertexShader, kIdFragmentShader, kHoleyIdFragmentShader}};
     GLVertexArray vertexArray;
     GLBuffer buffer;
     std::vector<IdInstance> instances;

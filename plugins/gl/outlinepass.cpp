@@ -1,5 +1,6 @@
 #include "gl/outlinepass.h"
 
+#include "gl/capabilityguard.h"
 #include "gl/drawstate.h"
 #include "gl/pointsize.h"
 #include "gl/scissorguard.h"
@@ -71,9 +72,6 @@ void OutlinePass::draw(std::span<const DrawItem> selected, const Imath::Box3d& b
     if (selected.empty()) {
         return;
     }
-    if (!mask) {
-        mask = ShaderProgram("mask", kMeshVertexShader, kMaskFragmentShader);
-    }
     const PixelBox box = pixelsOf(bounds, frame.worldToClip());
     const ScissorGuard guard;
     if (box.width <= 0 || box.height <= 0 || !target.begin(box)) {
@@ -88,7 +86,6 @@ void OutlinePass::draw(std::span<const DrawItem> selected, const Imath::Box3d& b
 }
 
 void OutlinePass::drawMask(std::span<const DrawItem> selected, const Frame& frame) {
-    glActiveTexture(GL_TEXTURE0);
     glPointSize(kPointSizePx);
     // Red: all of it. Green: what nothing hides.
     for (const bool isHidden : {true, false}) {
@@ -96,10 +93,7 @@ void OutlinePass::drawMask(std::span<const DrawItem> selected, const Frame& fram
                                .depthWrite = false,
                                .colorWrite = {isHidden, !isHidden, false, false},
                                .dither = false});
-        mask.use();
-        mask.set("worldToView", frame.worldToView);
-        mask.set("viewToClip", frame.viewToClip);
-        mask.set("surfaceTexture", 0);
+        mask.begin(frame);
         // The depths of a surface may differ in the last bit from one program to another.
         glEnable(GL_POLYGON_OFFSET_FILL);
         glPolygonOffset(-1.0f, -2.0f);
@@ -114,14 +108,10 @@ void OutlinePass::drawItems(std::span<const DrawItem> selected, const Frame& fra
     const Imath::V3d eye = frame.eye();
     for (const DrawItem& item : selected) {
         // Wires show from behind too.
-        const bool isCulled = frame.cullBackFaces && item.mode == DisplayMode::Shaded;
-        if (isCulled || item.hidesBackSides(frame, eye)) {
-            glEnable(GL_CULL_FACE);
-        } else {
-            glDisable(GL_CULL_FACE);
-        }
-        mask.set("hasHoles", item.hasHoles() ? 1 : 0);
-        glBindTexture(GL_TEXTURE_2D, item.hasHoles() ? item.picture->get() : 0);
+        const bool showsWiresAlone =
+            item.mode != DisplayMode::Shaded && item.leavesOutBackSides(frame);
+        switchCapability(GL_CULL_FACE, !showsWiresAlone && item.hidesBackSides(frame, eye));
+        mask.use(item.getHoles());
         for (const auto part :
              {GpuMesh::Part::Triangles, GpuMesh::Part::Lines, GpuMesh::Part::Points}) {
             item.gpu->draw(part, item.runs);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "gl/coverprograms.h"
 #include "gl/distancetarget.h"
 #include "gl/drawitem.h"
 #include "gl/frame.h"
 #include "gl/masktarget.h"
 #include "gl/shaderprogram.h"
+#include "gl/shaders.h"
 
 #include <Imath/ImathBox.h>
 
@@ -33,7 +35,7 @@ private:
 
     MaskTarget target;
     DistanceTarget distances;
-    ShaderProgram mask;
+    CoverPrograms mask{{"mask", kMeshVertexShader, kMaskFragmentShader, kHoleyMaskFragmentShader}};
     ShaderProgram outline;
     ShaderProgram rowDistance;
     ShaderProgram draftOutline;

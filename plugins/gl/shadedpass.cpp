@@ -108,13 +108,8 @@ void ShadedPass::drawItems(const std::vector<const DrawItem*>& items, const Fram
         const auto& color = item->material->baseColor;
         program.set("baseColor", Imath::V3f(color[0], color[1], color[2]));
         program.set("opacity", item->material->opacity);
-        program.set("hasTexture", picture ? 1 : 0);
         glBindTexture(GL_TEXTURE_2D, picture ? picture->get() : 0);
-        if (frame.cullBackFaces || item->hidesBackSides(frame, eye)) {
-            glEnable(GL_CULL_FACE);
-        } else {
-            glDisable(GL_CULL_FACE);
-        }
+        switchCapability(GL_CULL_FACE, item->hidesBackSides(frame, eye));
         if (item->wires) {
             // Behind its own edges, so that the two don't fight.
             glEnable(GL_POLYGON_OFFSET_FILL);
@@ -137,12 +132,14 @@ void ShadedPass::drawItems(const std::vector<const DrawItem*>& items, const Fram
 }
 
 ShaderProgram& ShadedPass::programFor(const Frame& frame, bool hasTexture) {
-    ShaderProgram& program = !frame.isDraft ? fine : hasTexture ? texturedDraft : draft;
+    ShaderProgram& program = programs[frame.isDraft ? 1 : 0][hasTexture ? 1 : 0];
     if (!program) {
-        program = !frame.isDraft ? ShaderProgram("mesh", kMeshVertexShader, kMeshFragmentShader)
-                  : hasTexture   ? ShaderProgram("textured draft", kDraftVertexShader,
-                                                 kTexturedDraftFragmentShader)
-                                 : ShaderProgram("draft", kDraftVertexShader, kDraftFragmentShader);
+        program =
+            frame.isDraft
+                ? ShaderProgram("draft", kDraftVertexShader,
+                                hasTexture ? kTexturedDraftFragmentShader : kDraftFragmentShader)
+                : ShaderProgram("mesh", kMeshVertexShader,
+                                hasTexture ? kTexturedMeshFragmentShader : kMeshFragmentShader);
     }
     return program;
 }

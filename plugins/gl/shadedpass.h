@@ -26,9 +26,9 @@ private:
     void drawItems(const std::vector<const DrawItem*>& items, const Frame& frame, Encoder encoder);
     ShaderProgram& programFor(const Frame& frame, bool hasTexture);
 
-    ShaderProgram fine;
-    ShaderProgram draft;
-    ShaderProgram texturedDraft;
+    /// Fine or draft, without a texture or with one: software renderers read textures even where a
+    /// branch says not to.
+    ShaderProgram programs[2][2];
     std::size_t drawCalls = 0;
 };
 

@@ -70,6 +70,78 @@ vec3 directionToEye(vec3 position, float perspective) {
 }
 )";
 
+// The fine picture's light on what its vertex shader passes.
+constexpr char kMeshShade[] = R"(
+in vec3 viewPosition;
+in vec3 viewNormal;
+
+uniform mat4 worldToView;
+uniform float perspective;
+// 1 for polygons, 0 for lines and points, which have no surface to light.
+uniform int hasSurface;
+
+// Multiplied out: software renderers take long over pow().
+float pow5(float x) {
+    return (x * x) * (x * x) * x;
+}
+
+float pow40(float x) {
+    float x5 = pow5(x);
+    float x20 = (x5 * x5) * (x5 * x5);
+    return x20 * x20;
+}
+
+// Bends what would clip: bright surfaces keep their modelling and their hue.
+vec3 shoulder(vec3 light) {
+    const float knee = 0.7;
+    const float room = 1.0 - knee;
+    float most = max(light.r, max(light.g, light.b));
+    float bent = knee + room * (1.0 - exp((knee - most) / room));
+    return most > knee ? light * (bent / most) : light;
+}
+
+vec3 shade(vec3 albedo) {
+    if (hasSurface == 0) {
+        return albedo;
+    }
+    vec3 toEye = directionToEye(viewPosition, perspective);
+    // The side that is seen decides which way the normal points, whatever the winding, the given
+    // normals and mirroring transforms say.
+    vec3 face = cross(dFdx(viewPosition), dFdy(viewPosition));
+    face = dot(face, toEye) < 0.0 ? -face : face;
+    vec3 n = dot(viewNormal, viewNormal) > 0.0 ? viewNormal : face;
+    n = normalize(dot(n, face) < 0.0 ? -n : n);
+
+    vec3 up = normalize(mat3(worldToView) * vec3(0.0, 1.0, 0.0));
+    const vec3 rimDirection = normalize(vec3(0.35, 0.55, -0.80));
+    vec3 light = lightOn(n, up) + vec3(0.160, 0.165, 0.180) * wrapped(n, rimDirection, 0.0);
+
+    vec3 halfway = normalize(keyDirection + toEye);
+    float gloss = pow40(max(0.0, dot(n, halfway)));
+    float grazing = pow5(1.0 - max(0.0, dot(n, toEye)));
+    return shoulder(albedo * light + vec3(0.07) * gloss + vec3(0.05, 0.055, 0.065) * grazing);
+}
+)";
+
+constexpr char kLeaveHoles[] = R"(
+in vec2 texturePlace;
+uniform sampler2D surfaceTexture;
+void leaveHoles() {
+    if (texture(surfaceTexture, texturePlace).a < 0.5) {
+        discard;
+    }
+}
+)";
+
+constexpr char kIdColor[] = R"(
+flat in uint instanceId;
+out vec4 color;
+vec4 idColor() {
+    return vec4(float(instanceId >> 24u), float((instanceId >> 16u) & 255u),
+                float((instanceId >> 8u) & 255u), float(instanceId & 255u)) / 255.0;
+}
+)";
+
 } // namespace
 
 const char* const kFullscreenVertexShader = R"(
@@ -135,78 +207,34 @@ void main() {
 )");
 const char* const kMeshVertexShader = kMeshVertexText.data();
 
-constexpr auto kMeshFragmentText = join(kMeshLight, R"(
-in vec3 viewPosition;
-in vec3 viewNormal;
-in vec2 texturePlace;
+constexpr auto kMeshFragmentText = join(kMeshLight, kMeshShade, R"(
 in vec3 vertexColor;
-
-uniform mat4 worldToView;
-uniform float perspective;
 uniform vec3 baseColor;
 uniform float opacity;
-uniform int hasTexture;
-// 1 for polygons, 0 for lines and points, which have no surface to light.
-uniform int hasSurface;
-uniform sampler2D surfaceTexture;
-
 out vec4 color;
-
-// Multiplied out: software renderers take long over pow().
-float pow5(float x) {
-    return (x * x) * (x * x) * x;
-}
-
-float pow40(float x) {
-    float x5 = pow5(x);
-    float x20 = (x5 * x5) * (x5 * x5);
-    return x20 * x20;
-}
-
-// Bends what would clip: bright surfaces keep their modelling and their hue.
-vec3 shoulder(vec3 light) {
-    const float knee = 0.7;
-    const float room = 1.0 - knee;
-    float most = max(light.r, max(light.g, light.b));
-    float bent = knee + room * (1.0 - exp((knee - most) / room));
-    return most > knee ? light * (bent / most) : light;
-}
-
 void main() {
-    vec3 albedo = baseColor * vertexColor;
-    float alpha = opacity;
-    if (hasTexture == 1) {
-        vec4 texel = texture(surfaceTexture, texturePlace);
-        albedo *= texel.rgb;
-        alpha *= texel.a;
-    }
-    if (alpha < 0.004) {
-        discard;
-    }
-    vec3 toEye = directionToEye(viewPosition, perspective);
-    vec3 lit = albedo;
-    if (hasSurface == 1) {
-        // The side that is seen decides which way the normal points, whatever the winding, the
-        // given normals and mirroring transforms say.
-        vec3 face = cross(dFdx(viewPosition), dFdy(viewPosition));
-        face = dot(face, toEye) < 0.0 ? -face : face;
-        vec3 n = dot(viewNormal, viewNormal) > 0.0 ? viewNormal : face;
-        n = normalize(dot(n, face) < 0.0 ? -n : n);
-
-        vec3 up = normalize(mat3(worldToView) * vec3(0.0, 1.0, 0.0));
-        const vec3 rimDirection = normalize(vec3(0.35, 0.55, -0.80));
-        vec3 light = lightOn(n, up) + vec3(0.160, 0.165, 0.180) * wrapped(n, rimDirection, 0.0);
-
-        vec3 halfway = normalize(keyDirection + toEye);
-        float gloss = pow40(max(0.0, dot(n, halfway)));
-        float grazing = pow5(1.0 - max(0.0, dot(n, toEye)));
-        lit = shoulder(albedo * light + vec3(0.07) * gloss +
-                       vec3(0.05, 0.055, 0.065) * grazing);
-    }
-    color = vec4(lit, alpha);
+    color = vec4(shade(baseColor * vertexColor), opacity);
 }
 )");
 const char* const kMeshFragmentShader = kMeshFragmentText.data();
+
+constexpr auto kTexturedMeshFragmentText = join(kMeshLight, kMeshShade, R"(
+in vec2 texturePlace;
+in vec3 vertexColor;
+uniform vec3 baseColor;
+uniform float opacity;
+uniform sampler2D surfaceTexture;
+out vec4 color;
+void main() {
+    vec4 texel = texture(surfaceTexture, texturePlace);
+    float alpha = opacity * texel.a;
+    if (alpha < 0.004) {
+        discard;
+    }
+    color = vec4(shade(baseColor * vertexColor * texel.rgb), alpha);
+}
+)");
+const char* const kTexturedMeshFragmentShader = kTexturedMeshFragmentText.data();
 
 const char* const kWireFragmentShader = R"(
 in vec3 vertexColor;
@@ -226,17 +254,20 @@ void main() {
 )";
 
 const char* const kMaskFragmentShader = R"(
-in vec2 texturePlace;
-uniform int hasHoles;
-uniform sampler2D surfaceTexture;
 out vec4 color;
 void main() {
-    if (hasHoles == 1 && texture(surfaceTexture, texturePlace).a < 0.5) {
-        discard;
-    }
     color = vec4(1.0);
 }
 )";
+
+constexpr auto kHoleyMaskFragmentText = join(kLeaveHoles, R"(
+out vec4 color;
+void main() {
+    leaveHoles();
+    color = vec4(1.0);
+}
+)");
+const char* const kHoleyMaskFragmentShader = kHoleyMaskFragmentText.data();
 
 const char* const kOutlineColorFunction = R"(
 // What an outline shows of a pixel, from what is near: covered at all (`rim`, and for the bright
@@ -411,20 +442,20 @@ void main() {
 )");
 const char* const kIdVertexShader = kIdVertexText.data();
 
-const char* const kIdFragmentShader = R"(
-in vec2 texturePlace;
-flat in uint instanceId;
-uniform int hasHoles;
-uniform sampler2D surfaceTexture;
-out vec4 color;
+constexpr auto kIdFragmentText = join(kIdColor, R"(
 void main() {
-    if (hasHoles == 1 && texture(surfaceTexture, texturePlace).a < 0.5) {
-        discard;
-    }
-    color = vec4(float(instanceId >> 24u), float((instanceId >> 16u) & 255u),
-                 float((instanceId >> 8u) & 255u), float(instanceId & 255u)) / 255.0;
+    color = idColor();
 }
-)";
+)");
+const char* const kIdFragmentShader = kIdFragmentText.data();
+
+constexpr auto kHoleyIdFragmentText = join(kLeaveHoles, kIdColor, R"(
+void main() {
+    leaveHoles();
+    color = idColor();
+}
+)");
+const char* const kHoleyIdFragmentShader = kHoleyIdFragmentText.data();
 
 const char* const kGridVertexShader = R"(
 uniform mat4 worldToView;

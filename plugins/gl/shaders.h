@@ -11,10 +11,13 @@ extern const char* const kEncodeFragmentShader;
 extern const char* const kBackgroundFragmentShader;
 extern const char* const kMeshVertexShader;
 extern const char* const kMeshFragmentShader;
+extern const char* const kTexturedMeshFragmentShader;
 /// Edges and points, unlit; goes with the mesh's vertex shader, as the mask does.
 extern const char* const kWireFragmentShader;
-/// White where there is something.
+/// White where there is something. This one, and the ids', has another of its kind that leaves out
+/// where a texture has holes: software renderers read textures even where a branch says not to.
 extern const char* const kMaskFragmentShader;
+extern const char* const kHoleyMaskFragmentShader;
 /// Comes before the source of each outline.
 extern const char* const kOutlineColorFunction;
 /// What surrounds a mask, from its picture.
@@ -31,6 +34,7 @@ extern const char* const kTexturedDraftFragmentShader;
 /// Each instance in its own colour: the bytes of its id.
 extern const char* const kIdVertexShader;
 extern const char* const kIdFragmentShader;
+extern const char* const kHoleyIdFragmentShader;
 extern const char* const kGridVertexShader;
 extern const char* const kGridFragmentShader;
 

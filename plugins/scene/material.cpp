@@ -2,6 +2,7 @@
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/FloatAttribute.h"
+#include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 
 #include <algorithm>
@@ -50,6 +51,8 @@ Material Material::fromAttributes(const VlAttribute::GroupAttribute& material) {
         result.opacity = opacity.front();
     }
     result.opacity = std::clamp(result.opacity, 0.0f, 1.0f);
+    const VlAttribute::IntAttribute doubleSided(material.getChildByName("doubleSided"));
+    result.isDoubleSided = doubleSided.getValue(1) != 0;
     return result;
 }
 

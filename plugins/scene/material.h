@@ -13,6 +13,8 @@ struct Material {
     std::array<float, 3> baseColor{0.62f, 0.62f, 0.62f};
     /// 0 (invisible) to 1.
     float opacity = 1.0f;
+    /// Whether polygons show their back sides as well.
+    bool isDoubleSided = true;
     /// A picture file in sRGB, or a name that stands for `textureData`; empty for none.
     std::string texture;
     /// The content of a picture file; null for none. Equal contents have one name.

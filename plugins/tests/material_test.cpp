@@ -55,6 +55,12 @@ TEST(Material, fourthComponentIsTheOpacity) {
               0.5f);
 }
 
+TEST(Material, hasTwoSidesUnlessToldOtherwise) {
+    EXPECT_TRUE(Material::fromAttributes({}).isDoubleSided);
+    EXPECT_TRUE(Material::fromAttributes({{"doubleSided", IntAttribute(1)}}).isDoubleSided);
+    EXPECT_FALSE(Material::fromAttributes({{"doubleSided", IntAttribute(0)}}).isDoubleSided);
+}
+
 TEST(Material, opacityIsKeptBetweenNothingAndWhole) {
     EXPECT_EQ(Material::fromAttributes({{"opacity", FloatAttribute(7.0f)}}).opacity, 1.0f);
     EXPECT_EQ(Material::fromAttributes({{"opacity", FloatAttribute(-7.0f)}}).opacity, 0.0f);

@@ -147,6 +147,29 @@ TEST_F(SceneViewGL, surfacesHaveTwoSidesUnlessCullingIsAskedFor) {
     EXPECT_EQ(draw(back), empty);
 }
 
+TEST_F(SceneViewGL, materialOfOneSideShowsFrontSidesAlone) {
+    const Pixels empty = background();
+    FakeViewport& front = addView({0, 0, 5});
+    FakeViewport& back = addView({0, 0, -5});
+    scene.addLayer(front, "MeshLayer");
+    scene.addLayer(back, "MeshLayer");
+    scene.tell("/root/a", square(paint(0.5f, 0.5f, 0.5f)));
+    const Pixels seen = draw(front);
+    EXPECT_NE(draw(back), empty);
+
+    scene.tell("/root/a", square({{"baseColor", FloatAttribute({0.5f, 0.5f, 0.5f}, 3)},
+                                  {"doubleSided", IntAttribute(0)}}));
+    EXPECT_EQ(draw(front), seen);
+    EXPECT_EQ(draw(back), empty);
+
+    // A mirror swaps the sides, and nobody may be left without.
+    Imath::M44d mirror;
+    mirror.scale(Imath::V3d(-1, 1, 1));
+    scene.tell("/root", GroupAttribute::Empty(), mirror);
+    EXPECT_NE(draw(front), empty);
+    EXPECT_NE(draw(back), empty);
+}
+
 TEST_F(SceneViewGL, edgesAreSmooth) {
     FakeViewport& viewport = addView();
     scene.addLayer(viewport, "MeshLayer");

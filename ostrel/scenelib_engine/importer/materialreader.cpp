@@ -77,15 +77,15 @@ std::optional<fs::path> findIgnoringCase(const fs::path& folder, const std::stri
 } // namespace
 
 MaterialReader::MaterialReader(const aiScene& scene, const std::filesystem::path& file,
-                               bool isLinear)
-    : source(scene), folder(file.parent_path()), hasLinearColors(isLinear) {}
+                               bool isGltfFile)
+    : source(scene), folder(file.parent_path()), isGltf(isGltfFile) {}
 
 aiTextureType MaterialReader::textureTypeOf(const aiMaterial& material) const {
     // A glTF material of the older kind has its colours under "diffuse" only, a newer one has them
     // under both names; elsewhere a base colour is the better of the two.
     constexpr std::array kDiffuseFirst = {aiTextureType_DIFFUSE, aiTextureType_BASE_COLOR};
     constexpr std::array kBaseFirst = {aiTextureType_BASE_COLOR, aiTextureType_DIFFUSE};
-    for (const aiTextureType type : hasLinearColors ? kDiffuseFirst : kBaseFirst) {
+    for (const aiTextureType type : isGltf ? kDiffuseFirst : kBaseFirst) {
         if (material.GetTextureCount(type) > 0) {
             return type;
         }
@@ -114,7 +114,7 @@ ModelData::Material MaterialReader::read(const aiMaterial& material, ModelData& 
     const bool hasTexture = !result.texture.empty() || result.embeddedTexture != ModelData::kNone;
 
     aiColor4D color;
-    bool isLinear = hasLinearColors;
+    bool isLinear = isGltf;
     bool hasColor = !isLinear && material.Get(AI_MATKEY_BASE_COLOR, color) == aiReturn_SUCCESS;
     isLinear = isLinear || hasColor;
     hasColor = hasColor || material.Get(AI_MATKEY_COLOR_DIFFUSE, color) == aiReturn_SUCCESS;
@@ -140,6 +140,11 @@ ModelData::Material MaterialReader::read(const aiMaterial& material, ModelData& 
     if (!isOpaque && material.Get(AI_MATKEY_OPACITY, opacity) == aiReturn_SUCCESS && opacity > 0 &&
         opacity < 1) {
         result.opacity = opacity;
+    }
+    // Only where the format has a word for it does the author's silence mean one side.
+    if (bool isDoubleSided = true;
+        isGltf && material.Get(AI_MATKEY_TWOSIDED, isDoubleSided) == aiReturn_SUCCESS) {
+        result.isDoubleSided = isDoubleSided;
     }
     return result;
 }

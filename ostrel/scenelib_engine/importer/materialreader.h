@@ -15,9 +15,10 @@ struct aiScene;
 /// Reads the materials of one imported scene.
 class MaterialReader {
 public:
-    /// Textures are looked for beside `file`. `isLinear`: the format's colours are linear already
-    /// (glTF); all others give them as they show on a screen.
-    MaterialReader(const aiScene& scene, const std::filesystem::path& file, bool isLinear);
+    /// Textures are looked for beside `file`. `isGltfFile`: the format's colours are linear
+    /// already, and its materials have one side unless they say so; all others give colours as they
+    /// show on a screen, and don't mean it where they tell of sides.
+    MaterialReader(const aiScene& scene, const std::filesystem::path& file, bool isGltfFile);
 
     /// Textures that are embedded are added to the model.
     [[nodiscard]] ModelData::Material read(const aiMaterial& material, ModelData& model);
@@ -35,7 +36,7 @@ private:
 
     const aiScene& source;
     std::filesystem::path folder;
-    bool hasLinearColors;
+    bool isGltf;
     std::map<const void*, std::int32_t> embedded; // by imported texture, the model's
     std::set<std::string> missing;
 };

@@ -138,8 +138,8 @@ void visit(Archive& a, Item<Archive, ModelData::Mesh>& mesh) {
 }
 template <class Archive>
 void visit(Archive& a, Item<Archive, ModelData::Material>& material) {
-    visitAll(a, material.hasColor, material.color, material.opacity, material.texture,
-             material.embeddedTexture);
+    visitAll(a, material.hasColor, material.color, material.opacity, material.isDoubleSided,
+             material.texture, material.embeddedTexture);
 }
 template <class Archive>
 void visit(Archive& a, Item<Archive, ModelData::Camera>& camera) {

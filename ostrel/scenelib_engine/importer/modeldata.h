@@ -46,6 +46,7 @@ struct ModelData {
         bool hasColor = false;
         std::array<float, 3> color = {}; ///< linear
         float opacity = 1;
+        bool isDoubleSided = true;
         std::string texture; ///< a file that is there, or empty
         std::int32_t embeddedTexture = kNone;
     };

@@ -557,4 +557,28 @@ TEST_F(ModelFileTest, anEmbeddedTextureComesWithTheMaterial) {
     EXPECT_THAT(floats(attrs, "material.baseColor"), ElementsAre(0.5F, 1, 1));
 }
 
+TEST_F(ModelFileTest, onlyOneFormatsMaterialsHaveOneSideUnlessTheySayTwo) {
+    const auto materialOf = [this](const std::string& extra) {
+        const Model model(readModelFile(write("sides.gltf", R"({
+            "asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}],
+            "nodes": [{"mesh": 0}],
+            "meshes": [{"primitives": [{"attributes": {"POSITION": 0}, "material": 0}]}],
+            "materials": [{"name": "one")" + extra + R"(}],
+            "accessors": [{"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3",
+                           "min": [0, 0, 0], "max": [1, 1, 0]}],
+            "bufferViews": [{"buffer": 0, "byteLength": 36}],
+            "buffers": [{"byteLength": 36, "uri":
+                "data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"
+            }]})")));
+        return model.getAttrs(model.getChild(0, 0), kRest);
+    };
+    EXPECT_EQ(IntAttribute(materialOf("").getChildByName("material.doubleSided")).getValue(1), 0);
+    EXPECT_FALSE(materialOf(R"(, "doubleSided": true)").getChildByName("material.doubleSided"));
+
+    write("a.mtl", "newmtl one\nKd 1 0 0\n");
+    const Model model(readModelFile(write("a.obj", kTriangle)));
+    EXPECT_FALSE(
+        model.getAttrs(model.getChild(0, 0), kRest).getChildByName("material.doubleSided"));
+}
+
 } // namespace

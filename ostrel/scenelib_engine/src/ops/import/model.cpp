@@ -7,6 +7,7 @@
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
+#include "VlAttribute/IntAttribute.h"
 
 #include <algorithm>
 #include <array>
@@ -23,6 +24,7 @@ using VlAttribute::DoubleAttribute;
 using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::GroupBuilder;
+using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
 constexpr std::size_t kRememberedPoses = 4;
@@ -34,6 +36,9 @@ GroupAttribute makeMaterial(const ModelData::Material& material, const ModelData
     }
     if (material.opacity < 1) {
         builder.set("opacity", FloatAttribute(material.opacity));
+    }
+    if (!material.isDoubleSided) {
+        builder.set("doubleSided", IntAttribute(0));
     }
     if (!material.texture.empty()) {
         builder.set("texture", StringAttribute(material.texture));
