@@ -151,7 +151,8 @@ class Script(object):
         return GroupAttribute(*[each for each in groups if self.oneIn(3)])
 
     def event(self):
-        x, y = self.pick(-5, 0, 10, 24, 30, 47, 48), self.pick(-5, 0, 10, 18, 25, 35)
+        x = self.pick(-2 ** 31, -5, 0, 10, 24, 24, 30, 47, 48, 2 ** 31 - 1)
+        y = self.pick(-2 ** 31, -5, 0, 10, 18, 18, 25, 35, 2 ** 31 - 1)
         button = self.pick("left", "left", "left", "middle", "right", "none")
         modifiers = self.pick((), (), ("shift",), ("control",), ("alt", "control"))
         return self.pick(

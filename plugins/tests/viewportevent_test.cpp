@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <optional>
+#include <utility>
 #include <vector>
 
 // The group of an interaction event, read into a struct.
@@ -124,6 +125,20 @@ TEST(ViewportEvent, refusesWhatIsNoEvent) {
     };
     for (const auto& row : rows) {
         EXPECT_FALSE(parse(row.entries)) << row.name;
+    }
+}
+
+TEST(ViewportEvent, bringsWhatComesFromFarAwayNearEnoughToReckonWith) {
+    constexpr int kFarthest = ViewportEvent::kFarthestPx;
+    for (const auto& [given, read] : {std::pair(std::numeric_limits<int>::max(), kFarthest),
+                                      {std::numeric_limits<int>::min(), -kFarthest},
+                                      {kFarthest + 1, kFarthest},
+                                      {-kFarthest, -kFarthest}}) {
+        const auto event = parse(
+            {{"type", text("mouseMove")}, {"x", IntAttribute(given)}, {"y", IntAttribute(-1)}});
+        ASSERT_TRUE(event);
+        EXPECT_EQ(event->x, read);
+        EXPECT_EQ(event->y, -1);
     }
 }
 

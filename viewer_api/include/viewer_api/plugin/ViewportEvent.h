@@ -5,6 +5,7 @@
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <string>
@@ -33,6 +34,10 @@ struct ViewportEvent {
     };
 
     Type type = Type::MouseMove;
+    /// The farthest that a place is from the window's left and top: what comes from farther away is
+    /// brought there, so that ways can be reckoned in integers.
+    static constexpr int kFarthestPx = 1 << 20;
+
     /// Pixels from the left and top of the window; negative and beyond its size while a button is
     /// held outside. Of mouse and wheel.
     int x = 0;
@@ -108,8 +113,8 @@ private:
         if (left.getNumberOfValues() == 0 || top.getNumberOfValues() == 0) {
             return false;
         }
-        x = left.getValue(0);
-        y = top.getValue(0);
+        x = std::clamp(left.getValue(0), -kFarthestPx, kFarthestPx);
+        y = std::clamp(top.getValue(0), -kFarthestPx, kFarthestPx);
         buttons = {contains(group, "buttons", "left"), contains(group, "buttons", "middle"),
                    contains(group, "buttons", "right")};
         if (type == Type::Wheel) {
