@@ -29,7 +29,7 @@ class XServer(object):
         with open(os.devnull, "w") as nowhere:
             self._process = subprocess.Popen(
                 ["Xvfb", "-displayfd", "1", "-screen", "0", "%dx%dx24" % (width, height),
-                 "-nolisten", "tcp"],
+                 "-noreset", "-nolisten", "tcp"],
                 stdout=subprocess.PIPE, stderr=nowhere, env=environment,
                 preexec_fn=_endWithParent)
         number = self._process.stdout.readline().decode().strip()

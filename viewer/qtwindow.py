@@ -150,23 +150,27 @@ class ViewWidget(QWidget):
         return bool(name) and self._send(build(name, _names(event.modifiers(), _MODIFIERS)))
 
 
-def _canReachDisplay():
+def _createApplication():
+    if os.environ.get("QT_QPA_PLATFORM", "xcb") != "xcb":
+        return QApplication(sys.argv[:1])
+    # Without a display Qt would end the process. The connection stands until Qt has its own: some
+    # servers reset when their last client leaves, and turn the next one away.
     x11 = ctypes.CDLL("libX11.so.6")
     x11.XOpenDisplay.restype = ctypes.c_void_p
     display = x11.XOpenDisplay(None)
-    if display:
+    if not display:
+        raise RuntimeError("the window can't be shown: couldn't connect to display \"%s\""
+                           % os.environ.get("DISPLAY", ""))
+    try:
+        return QApplication(sys.argv[:1])
+    finally:
         x11.XCloseDisplay(ctypes.c_void_p(display))
-    return bool(display)
 
 
 def run(session, size, title, loaded, cameraPath=None):
     """Shows the session's scene in a window until the user closes it. `loaded` is called with the
     view once the whole scene is there. Raises RuntimeError when no window can be shown."""
-    # Qt would end the process.
-    if os.environ.get("QT_QPA_PLATFORM", "xcb") == "xcb" and not _canReachDisplay():
-        raise RuntimeError("the window can't be shown: couldn't connect to display \"%s\""
-                           % os.environ.get("DISPLAY", ""))
-    application = QApplication.instance() or QApplication(sys.argv[:1])
+    application = QApplication.instance() or _createApplication()
     if application.platformName() != "xcb":
         raise RuntimeError("the window needs an X11 display, not \"%s\""
                            % application.platformName())
