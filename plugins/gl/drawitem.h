@@ -33,10 +33,10 @@ struct DrawItem {
     [[nodiscard]] const GpuTexture* getHoles() const noexcept {
         return hasHoles() ? picture : nullptr;
     }
-    /// Whether its back sides are not to be seen: as the layer has it, or the material, unless a
-    /// mirror swaps the sides.
+    /// Whether its back sides are not to be seen: as the layer has it, or the material. Never where
+    /// a mirror swaps the sides of one of the batch: both show then.
     [[nodiscard]] bool leavesOutBackSides(const Frame& frame) const noexcept {
-        return frame.cullBackFaces || (!material->isDoubleSided && !batch->isMirrored);
+        return (frame.cullBackFaces || !material->isDoubleSided) && !batch->isMirrored;
     }
     /// Whether its back sides are not to be seen, or can be left out unseen. A camera at `eye`
     /// among the instances might stand in one of them, so it does not count as outside; nor one

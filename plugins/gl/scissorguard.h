@@ -4,6 +4,7 @@
 #include "viewer_api/plugin/PickRegion.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace Bundled {
 
@@ -22,8 +23,16 @@ public:
     /// In pixels from the top left of a window of this height. A region of no size lets nothing
     /// through.
     void cutTo(const ViewerPlugin::PickRegion& region, int windowHeight) const {
-        glScissor(region.x, windowHeight - region.y - region.height, std::max(0, region.width),
-                  std::max(0, region.height));
+        // Farther than any window, and near enough for drivers to reckon with.
+        static constexpr std::int64_t kFarthest = 1 << 20;
+        const auto clamped = [](std::int64_t place) {
+            return static_cast<GLint>(std::clamp(place, -kFarthest, kFarthest));
+        };
+        const GLint left = clamped(region.x);
+        const GLint right = clamped(std::int64_t{region.x} + region.width);
+        const GLint top = clamped(std::int64_t{windowHeight} - region.y);
+        const GLint bottom = clamped(std::int64_t{windowHeight} - region.y - region.height);
+        glScissor(left, bottom, std::max(0, right - left), std::max(0, top - bottom));
     }
 
 private:

@@ -15,7 +15,8 @@ namespace Bundled {
 /// Colours go to the bound framebuffer as linear light. Every location can be picked where it is
 /// seen: as an object that is a StringAttribute of its path.
 ///
-/// Option "cullBackFaces" (int, 0): leaves out polygons seen from behind, and picks don't hit them.
+/// Option "cullBackFaces" (int, 0): leaves out polygons seen from behind, and picks don't hit them;
+/// not of mirrored locations, nor of those that share their geometry and material.
 ///
 /// Option "displayMode" (string, "shaded"): what of meshes is drawn: "shaded", "wireframe" (the
 /// edges of polygons), "wireframeOnShaded" or "points". A location may ask for a mode of its own,

@@ -46,9 +46,11 @@ void drawPickableLocations(SceneDelegate& delegate, const ViewerPlugin::Viewport
     frame.cullBackFaces = cullBackFaces;
     const auto across = [width](double x) { return 2.0 * x / width - 1.0; };
     const auto up = [height](double y) { return 1.0 - 2.0 * y / height; };
-    const Frustum part(frame.worldToClip(), across(region.x - kReachPx),
-                       across(region.x + region.width + kReachPx),
-                       up(region.y + region.height + kReachPx), up(region.y - kReachPx));
+    const double left = region.x;
+    const double top = region.y;
+    const Frustum part(frame.worldToClip(), across(left - kReachPx),
+                       across(left + region.width + kReachPx), up(top + region.height + kReachPx),
+                       up(top - kReachPx));
     std::vector<VlAttribute::StringAttribute> keep;
     const auto leftOut = pathsOf(excluded, keep);
     const SceneMirror& mirror = delegate.getMirror();

@@ -151,7 +151,7 @@ TEST_F(SceneViewGL, materialOfOneSideShowsFrontSidesAlone) {
     const Pixels empty = background();
     FakeViewport& front = addView({0, 0, 5});
     FakeViewport& back = addView({0, 0, -5});
-    scene.addLayer(front, "MeshLayer");
+    const auto layer = scene.addLayer(front, "MeshLayer");
     scene.addLayer(back, "MeshLayer");
     scene.tell("/root/a", square(paint(0.5f, 0.5f, 0.5f)));
     const Pixels seen = draw(front);
@@ -168,6 +168,9 @@ TEST_F(SceneViewGL, materialOfOneSideShowsFrontSidesAlone) {
     scene.tell("/root", GroupAttribute::Empty(), mirror);
     EXPECT_NE(draw(front), empty);
     EXPECT_NE(draw(back), empty);
+    layer.suite->setOption(layer.instance, ViewerPlugin::optionId("cullBackFaces"),
+                           IntAttribute(1).getRetainedHandle());
+    EXPECT_NE(draw(front), empty);
 }
 
 TEST_F(SceneViewGL, edgesAreSmooth) {
