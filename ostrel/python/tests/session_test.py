@@ -69,6 +69,26 @@ class SessionTest(unittest.TestCase):
         second = self.session.addOffscreenView(8, 8, name="second")
         self.assertEqual(second.viewport.getName(), "second")
 
+    def testAViewThatFailsLeavesItsName(self):
+        self.assertRaises(RuntimeError, self.session.addOffscreenView, 8, 8, cameraPlugin="Camra")
+        self.assertEqual(self.session.addOffscreenView(8, 8).readPixels()[:2], (8, 8))
+
+    def testAViewBringsAnOffscreenWindowToItsSize(self):
+        window = PyWindowSystem.createOffscreen(8, 8)
+        self.addCleanup(PyWindowSystem.destroyOffscreen, window)
+        self.assertEqual(self.session.addView(window, 30, 20).readPixels()[:2], (30, 20))
+
+    def testPicksMayReachFartherThanAnyWindow(self):
+        self.add("a", square())
+        self.session.pump(timeout=60)
+        view = self.session.addOffscreenView(64, 48)
+        view.frame()
+        far = 2 ** 31 - 1
+        for region in ((0, 0, far, far), (5, 5, far, far), (0, 5, 64, far), (5, 0, far, 48),
+                       (-far, -far, far, far), (-far - 1, -far - 1, far, far)):
+            expected = ["/root/a"] if region[0] >= 0 else []
+            self.assertEqual(view.pick(*region), expected, region)
+
     def testOpsAreMergedAndCanBeTakenOut(self):
         first, second = self.add("a", square()), self.add("b", square())
         self.session.pump(timeout=60)

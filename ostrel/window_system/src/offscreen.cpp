@@ -32,8 +32,11 @@ int createOffscreen(int width, int height) {
 }
 
 void resizeOffscreen(int id, int width, int height) {
-    findSurface(id);
+    const OffscreenSurfaces::Surface& surface = findSurface(id);
     checkSize(width, height);
+    if (surface.width == width && surface.height == height) {
+        return;
+    }
     if (!EglWindowSystem::get().resizeOffscreen(id, width, height)) {
         throw std::runtime_error("Off-screen surface " + std::to_string(id) + " can't be made " +
                                  std::to_string(width) + "x" + std::to_string(height) + " pixels");

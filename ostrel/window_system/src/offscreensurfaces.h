@@ -11,7 +11,7 @@ public:
     struct Surface {
         int width = 0;
         int height = 0;
-        Image shown; ///< empty until the first swap of this size
+        Image shown; ///< empty until the first swap of this size, or until it is asked for
     };
 
     int add(int width, int height);

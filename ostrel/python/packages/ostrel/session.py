@@ -106,19 +106,21 @@ class Session(object):
         delegate, self.delegate = self.delegate, None
         viewports = [delegate.getViewportByIndex(index)
                      for index in range(delegate.getNumberOfViewports())]
-        delegate.cleanup()
-        self._errors = self._expander = None
         windowIds, self._windowIds = self._windowIds, []
 
         def destroyWindows(reference):
             _waiting.discard(reference)
             _destroyWindows(windowIds)
 
-        if any(_isThere(viewport) for viewport in viewports):
-            # One that is being called needs its window to the end. The call holds the delegate.
-            _waiting.add(weakref.ref(delegate, destroyWindows))
-        else:
-            _destroyWindows(windowIds)
+        try:
+            delegate.cleanup()
+        finally:
+            self._errors = self._expander = None
+            if any(_isThere(viewport) for viewport in viewports):
+                # One that is being called needs its window to the end. The call holds the delegate.
+                _waiting.add(weakref.ref(delegate, destroyWindows))
+            else:
+                _destroyWindows(windowIds)
 
     # The scene.
 
@@ -357,7 +359,7 @@ class Session(object):
     def countLocationsToCome(self):
         """How many locations are still to be cooked, or wait for a file that is being read, as far
         as they are known: what a model holds is only known once it has been read. Locations that
-        are there and change don't count, nor do proxies."""
+        are there and change don't count, nor do proxies. Those of other sessions do."""
         return PyScenelib.countLocationsToCome()
 
     def getErrors(self):
@@ -383,12 +385,21 @@ class Session(object):
         session may have, is the viewport's. Raises ValueError where it is taken."""
         if self.delegate.getViewport(name) is not None:
             raise ValueError("there is a view \"%s\" already: give this one another name" % name)
-        view = View(self, windowId, width, height, name, cameraPlugin)
+        try:
+            view = View(self, windowId, width, height, name, cameraPlugin)
+        except Exception:
+            self.delegate.removeViewport(name)
+            raise
         self._views[name] = view
         return view
 
     def addOffscreenView(self, width, height, name="picture", cameraPlugin="PerspectiveCamera"):
         """A View of this size in pixels that shows on no screen, for pictures."""
         windowId = PyWindowSystem.createOffscreen(width, height)
+        try:
+            view = self.addView(windowId, width, height, name, cameraPlugin)
+        except Exception:
+            PyWindowSystem.destroyOffscreen(windowId)
+            raise
         self._windowIds.append(windowId)
-        return self.addView(windowId, width, height, name, cameraPlugin)
+        return view

@@ -49,7 +49,7 @@ class View(object):
     def resize(self, width, height):
         """The window has this size in pixels. Raises ValueError, and changes nothing, for one that
         an off-screen window can't have."""
-        if self._windowId < 0 and (width, height) != (self.width, self.height):
+        if self._windowId < 0:
             PyWindowSystem.resizeOffscreen(self._windowId, width, height)
         self.width, self.height = width, height
         self.viewport.resize(width, height)

@@ -150,7 +150,8 @@ typedef struct ScenelibRuntimeSuite {
     /* Fetches waiting events in order: fills at most `capacity` records and returns how many. Data
      * and existence are those of this moment. A call with isContinuation 0 begins a drain; further
      * calls with 1 go on with what was ready when it began, and not with what came since, until one
-     * fills less than `capacity`. `left` is set to how many more the drain may still give. */
+     * fills less than `capacity`. `left` is set to about how many more the drain gives, for who
+     * reserves room for them. */
     uint32_t (*getLocationEvents)(ScenelibClientHandle client, ScenelibLocationRecord* records,
                                   uint32_t capacity, int isContinuation, size_t* left);
 
