@@ -151,7 +151,8 @@ class ViewWidget(QWidget):
 
 
 def _createApplication():
-    if os.environ.get("QT_QPA_PLATFORM", "xcb") != "xcb":
+    platforms = (os.environ.get("QT_QPA_PLATFORM") or "xcb").split(";")
+    if "xcb" not in [platform.split(":")[0] for platform in platforms]:
         return QApplication(sys.argv[:1])
     # Without a display Qt would end the process. The connection stands until Qt has its own: some
     # servers reset when their last client leaves, and turn the next one away.

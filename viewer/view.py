@@ -79,7 +79,7 @@ def parseArguments(arguments):
                         help="show no proxies for what is closed")
     parser.add_argument("--camera", metavar="PATH", type=parseLocation,
                         help="look through this location, a camera or a light, \"/root/...\"; a "
-                        "wrong path is answered with those of cameras")
+                        "wrong path is answered with those of the cameras in what is open")
     parser.add_argument("--pick", metavar="X,Y[,W,H]", type=parseRegion,
                         help="print the locations that this pixel, or region, of the picture shows, "
                         "a line each; pixels count from the top left")

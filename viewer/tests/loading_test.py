@@ -17,15 +17,20 @@ session = ostrel.Session()
 session.importModel(model.name)
 loads = []
 
+def letGo():
+    try:
+        os.close(os.open(materials, os.O_WRONLY | os.O_NONBLOCK))
+    except OSError:
+        pass  # nobody reads it yet, or any more
+
 def run(tick, getTitle):
     titles = [getTitle()]
     while not loads:
         tick()
         if getTitle() != titles[-1]:
             titles.append(getTitle())
-        if titles[-1].endswith("1 to come") and materials:
-            open(materials, "w").close()
-            globals()["materials"] = None
+        if titles[-1].endswith("1 to come"):
+            letGo()
     print(titles[0])
     print("1 to come" if any(title.endswith(", loading, 1 to come") for title in titles) else titles)
     print(titles[-1])

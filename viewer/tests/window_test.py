@@ -105,6 +105,7 @@ class WindowTest(unittest.TestCase):
 
     def testADisplayThatCannotBeReachedIsToldInALine(self):
         self.screen.close()
+        self.screen.display = ":9999"  # its own may be another server's by now
         for command in ((VIEW,), ("-c", WITHOUT_QT, VIEW)):
             process = self.start(*command + (DUCK,))
             lines = process.communicate()[1].decode("utf-8").splitlines()
