@@ -132,8 +132,9 @@ PyMethodDef functions[] = {
      "How many locations viewers want that are not there yet, as far as they are known: they\n"
      "are to be cooked, or wait for a file that is being read. What is below them comes on\n"
      "top, so that the number grows and shrinks; 0 when nothing is left to do. Locations\n"
-     "that are there and are cooked again for an edit don't count. All viewers of the process\n"
-     "count, and a location for each of their clients that wants it."},
+     "that are there and are cooked again for an edit don't count, unless it replaced what is\n"
+     "above them. All viewers of the process count, and a location for each of their clients\n"
+     "that wants it."},
     {"getOpTypes", getOpTypes, METH_NOARGS,
      "getOpTypes() -> list of str\n\nThe names of the op types that are registered."},
     {"flushCaches", flushCaches, METH_NOARGS,

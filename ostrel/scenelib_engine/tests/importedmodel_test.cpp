@@ -534,22 +534,28 @@ TEST_F(ModelFileTest, aCloudOfPointsIsOne) {
     EXPECT_THAT(doubles(attrs, "bound"), ElementsAre(0, 1, 0, 5, 0, 0));
 }
 
-TEST_F(ModelFileTest, anEmbeddedTextureComesWithTheMaterial) {
-    // A picture file's first bytes in a data URI are enough: nobody decodes them here.
-    const Model model(readModelFile(write("embedded.gltf", R"({
+// A glTF file of one triangle in the first of these materials.
+std::string triangleWith(const std::string& materials) {
+    return R"({
         "asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}],
         "nodes": [{"mesh": 0}],
         "meshes": [{"primitives": [{"attributes": {"POSITION": 0}, "material": 0}]}],
-        "materials": [{"pbrMetallicRoughness": {"baseColorTexture": {"index": 0},
-                                                "baseColorFactor": [0.5, 1, 1, 1]}}],
-        "textures": [{"source": 0}],
-        "images": [{"uri": "data:image/png;base64,iVBORw0KGgo="}],
         "accessors": [{"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3",
                        "min": [0, 0, 0], "max": [1, 1, 0]}],
         "bufferViews": [{"buffer": 0, "byteLength": 36}],
         "buffers": [{"byteLength": 36, "uri":
             "data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"
-        }]})")));
+        }],)" +
+           materials + "}";
+}
+
+TEST_F(ModelFileTest, anEmbeddedTextureComesWithTheMaterial) {
+    // A picture file's first bytes in a data URI are enough: nobody decodes them here.
+    const Model model(readModelFile(write("embedded.gltf", triangleWith(R"(
+        "materials": [{"pbrMetallicRoughness": {"baseColorTexture": {"index": 0},
+                                                "baseColorFactor": [0.5, 1, 1, 1]}}],
+        "textures": [{"source": 0}],
+        "images": [{"uri": "data:image/png;base64,iVBORw0KGgo="}])"))));
     const GroupAttribute attrs = model.getAttrs(model.getChild(0, 0), kRest);
     EXPECT_EQ(text(attrs, "type"), "polymesh");
     EXPECT_EQ(text(attrs, "material.textureData"), "\x89PNG\r\n\x1A\n");
@@ -559,17 +565,8 @@ TEST_F(ModelFileTest, anEmbeddedTextureComesWithTheMaterial) {
 
 TEST_F(ModelFileTest, onlyOneFormatsMaterialsHaveOneSideUnlessTheySayTwo) {
     const auto materialOf = [this](const std::string& extra) {
-        const Model model(readModelFile(write("sides.gltf", R"({
-            "asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}],
-            "nodes": [{"mesh": 0}],
-            "meshes": [{"primitives": [{"attributes": {"POSITION": 0}, "material": 0}]}],
-            "materials": [{"name": "one")" + extra + R"(}],
-            "accessors": [{"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3",
-                           "min": [0, 0, 0], "max": [1, 1, 0]}],
-            "bufferViews": [{"buffer": 0, "byteLength": 36}],
-            "buffers": [{"byteLength": 36, "uri":
-                "data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"
-            }]})")));
+        const Model model(readModelFile(
+            write("sides.gltf", triangleWith(R"("materials": [{"name": "one")" + extra + "}]"))));
         return model.getAttrs(model.getChild(0, 0), kRest);
     };
     EXPECT_EQ(IntAttribute(materialOf("").getChildByName("material.doubleSided")).getValue(1), 0);
