@@ -1,15 +1,16 @@
 /* What the host offers to a ViewerDelegate plug-in, version 3. Version 2 is the same table with a
  * shorter getPartialXform: see ViewerDelegateHostSuiteV2.h.
  *
- * Paths and names are borrowed for the call. A null path is one that nothing is known of, and a null
- * name finds nothing. A list with a null in it, or a null list with a count, does nothing and
+ * Paths and names are borrowed for the call. A null path is one that nothing is known of, and a
+ * null name finds nothing. A list with a null in it, or a null list with a count, does nothing and
  * answers null; computeMergedExtent alone passes over the nulls. `sceneView` is one of VlSceneView;
  * an unknown one yields null. A returned attribute handle comes with one reference for the caller;
- * one passed in stays the caller's. Matrices are DoubleAttributes of 16 values, row vectors (world =
- * local x parent). Bounds are 6 doubles: xmin, xmax, ymin, ymax, zmin, zmax. A triple (host object,
- * plug-in instance, plug-in suite) is always written, with three nulls when the object does not
- * exist; the three places must not be null. Strings that are returned are never null and stay valid
- * while the object that bears the name does. Indices out of range give nulls, "" or no action.
+ * one passed in stays the caller's. Matrices are DoubleAttributes of 16 values, row vectors (world
+ * = local x parent). Bounds are 6 doubles: xmin, xmax, ymin, ymax, zmin, zmax. A triple (host
+ * object, plug-in instance, plug-in suite) is always written, with three nulls when the object does
+ * not exist; the three places must not be null. Strings that are returned are never null and stay
+ * valid while the object that bears the name does. Indices out of range give nulls, "" or no
+ * action.
  */
 #pragma once
 
