@@ -6,6 +6,7 @@
 #include "support/attributetext.h"
 #include "support/knownview.h"
 #include "support/plainlocationtree.h"
+#include "support/randomplaces.h"
 #include "support/treetext.h"
 #include "support/universe.h"
 
@@ -13,7 +14,6 @@
 
 #include <algorithm>
 #include <array>
-#include <random>
 #include <sstream>
 
 namespace ViewerAPI {
@@ -25,13 +25,13 @@ using VlAttribute::GroupAttribute;
 class History {
 public:
     History(const Universe& theUniverse, unsigned seed)
-        : universe(theUniverse), plain(theUniverse), random(seed) {}
+        : universe(theUniverse), plain(theUniverse), random(theUniverse, seed) {}
 
     /// Does something, and compares when that was a collection.
     void step() {
-        const int place = pickPlace();
+        const int place = random.place();
         const Universe::Place& where = universe.places[static_cast<std::size_t>(place)];
-        switch (pick(24)) {
+        switch (random.upTo(24)) {
         case 0:
         case 1:
         case 2:
@@ -42,7 +42,7 @@ public:
         case 5:
             say("cook below", place);
             for (std::size_t i = 0; i < universe.places.size(); ++i) {
-                if (isAtOrBelow(static_cast<int>(i), place)) {
+                if (universe.isAtOrBelow(static_cast<int>(i), place)) {
                     cook(static_cast<int>(i));
                 }
             }
@@ -54,7 +54,7 @@ public:
         case 7:
             say("delete with all below", place);
             for (int i = static_cast<int>(universe.places.size()) - 1; i >= 0; --i) {
-                if (isAtOrBelow(i, place)) {
+                if (universe.isAtOrBelow(i, place)) {
                     remove(i);
                 }
             }
@@ -95,14 +95,14 @@ public:
             plain.unhide(place);
             break;
         case 16:
-            if (pick(4) == 0) {
+            if (random.oneIn(4)) {
                 say("unhide all", 0);
                 tree.unhideAllLocations();
                 plain.hidden.clear();
             }
             break;
         case 17:
-            if (pick(3) == 0) {
+            if (random.oneIn(3)) {
                 plain.isWorkingSetMode = !plain.isWorkingSetMode;
                 say(plain.isWorkingSetMode ? "working-set mode" : "expansion mode", 0);
                 tree.setMode(plain.isWorkingSetMode);
@@ -142,41 +142,9 @@ public:
     std::size_t records = 0;
 
 private:
-    int pick(int bound) { return std::uniform_int_distribution<int>(0, bound - 1)(random); }
-
-    /// Mostly a place at, above or below the one in focus: changes that undo each other, or meet in
-    /// a parent and its child, happen close together.
-    int pickPlace() {
-        const int count = static_cast<int>(universe.places.size());
-        if (pick(12) == 0) {
-            focus = pick(count);
-        }
-        if (pick(4) == 0) {
-            return pick(count);
-        }
-        std::vector<int> near = {focus};
-        for (int i = 0; i < count; ++i) {
-            const int parent = universe.places[static_cast<std::size_t>(i)].parent;
-            if (parent == focus) {
-                near.push_back(i);
-            }
-            if (i == focus && parent >= 0) {
-                near.push_back(parent);
-            }
-        }
-        return near[static_cast<std::size_t>(pick(static_cast<int>(near.size())))];
-    }
-
     GroupAttribute randomAttributes() {
-        const int which = pick(6);
+        const int which = random.upTo(6);
         return which < 3 ? numbered(which) : moved(which, which == 5);
-    }
-
-    bool isAtOrBelow(int place, int ancestor) const {
-        while (place > ancestor) {
-            place = universe.places[static_cast<std::size_t>(place)].parent;
-        }
-        return place == ancestor;
     }
 
     void cook(int place) {
@@ -185,10 +153,10 @@ private:
             return; // cooks come under cooked parents
         }
         WorkingSetState workingSet;
-        if (!where.isProxy && pick(3) != 0) {
-            workingSet = {true, pick(2) == 0, pick(3) == 0};
+        if (!where.isProxy && !random.oneIn(3)) {
+            workingSet = {true, random.oneIn(2), random.oneIn(3)};
         }
-        const bool isLeaf = !where.isProxy && pick(4) == 0;
+        const bool isLeaf = !where.isProxy && random.oneIn(4);
         const GroupAttribute attributes = randomAttributes();
         say("cook", place);
         tree.cook(where.path, attributes, workingSet, where.isProxy, isLeaf);
@@ -287,8 +255,7 @@ private:
     LocationTree tree;
     PlainLocationTree plain;
     KnownView known{false};
-    std::mt19937 random;
-    int focus = 0;
+    RandomPlaces random;
     std::vector<std::string> said;
 };
 

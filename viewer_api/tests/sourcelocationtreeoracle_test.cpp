@@ -4,6 +4,7 @@
 #include "sourcelocationtree.h"
 
 #include "support/knownview.h"
+#include "support/randomplaces.h"
 #include "support/treetext.h"
 #include "support/universe.h"
 
@@ -11,7 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <set>
 
 namespace ViewerAPI {
@@ -24,12 +24,13 @@ class SourcesHistory {
 public:
     SourcesHistory(const Universe& theUniverse, unsigned seed)
         : universe(theUniverse), cooked(theUniverse.places.size()),
-          exists(theUniverse.places.size()), attributes(theUniverse.places.size()), random(seed) {}
+          exists(theUniverse.places.size()), attributes(theUniverse.places.size()),
+          random(theUniverse, seed) {}
 
     void step() {
-        const int place = pickPlace();
+        const int place = random.place();
         const std::string& path = pathOf(place);
-        switch (pick(12)) {
+        switch (random.upTo(12)) {
         case 0:
         case 1:
         case 2:
@@ -37,7 +38,7 @@ public:
             break;
         case 3:
             for (int i = place; i < static_cast<int>(universe.places.size()); ++i) {
-                if (isAtOrBelow(i, place)) {
+                if (universe.isAtOrBelow(i, place)) {
                     cook(i);
                 }
             }
@@ -47,7 +48,7 @@ public:
             break;
         case 5:
             for (int i = static_cast<int>(universe.places.size()) - 1; i >= place; --i) {
-                if (isAtOrBelow(i, place)) {
+                if (universe.isAtOrBelow(i, place)) {
                     remove(i);
                 }
             }
@@ -71,41 +72,11 @@ public:
     std::size_t records = 0;
 
 private:
-    int pick(int bound) { return std::uniform_int_distribution<int>(0, bound - 1)(random); }
-
-    /// Mostly a place at, above or below the one in focus: changes that undo each other, or meet in
-    /// a parent and its child, happen close together.
-    int pickPlace() {
-        const int count = static_cast<int>(universe.places.size());
-        if (pick(12) == 0) {
-            focus = pick(count);
-        }
-        if (pick(4) == 0) {
-            return pick(count);
-        }
-        std::vector<int> near = {focus};
-        for (int i = 0; i < count; ++i) {
-            const int parent = universe.places[static_cast<std::size_t>(i)].parent;
-            if (parent == focus) {
-                near.push_back(i);
-            }
-            if (i == focus && parent >= 0) {
-                near.push_back(parent);
-            }
-        }
-        return near[static_cast<std::size_t>(pick(static_cast<int>(near.size())))];
-    }
     const std::string& pathOf(int place) const {
         return universe.places[static_cast<std::size_t>(place)].path;
     }
     int parentOf(int place) const {
         return universe.places[static_cast<std::size_t>(place)].parent;
-    }
-    bool isAtOrBelow(int place, int ancestor) const {
-        while (place > ancestor) {
-            place = parentOf(place);
-        }
-        return place == ancestor;
     }
 
     void cook(int place) {
@@ -113,7 +84,7 @@ private:
         if (parentOf(place) >= 0 && !cooked[static_cast<std::size_t>(parentOf(place))]) {
             return; // cooks come under cooked parents
         }
-        const int which = pick(6);
+        const int which = random.upTo(6);
         attributes[index] = which < 3 ? numbered(which) : moved(which, which == 5);
         cooked[index] = true;
         tree.cook(pathOf(place), attributes[index]);
@@ -127,7 +98,7 @@ private:
     /// A pin of the place itself, above or below it.
     bool isPinned(int place) const {
         for (const int pin : pins) {
-            if (isAtOrBelow(place, pin) || isAtOrBelow(pin, place)) {
+            if (universe.isAtOrBelow(place, pin) || universe.isAtOrBelow(pin, place)) {
                 return true;
             }
         }
@@ -143,7 +114,7 @@ private:
             cooked[i] = cooked[i] && (parent < 0 || cooked[static_cast<std::size_t>(parent)]);
             bool isPinnedAtOrBelow = false;
             for (const int pin : pins) {
-                isPinnedAtOrBelow = isPinnedAtOrBelow || isAtOrBelow(pin, place);
+                isPinnedAtOrBelow = isPinnedAtOrBelow || universe.isAtOrBelow(pin, place);
             }
             exists[i] = parentExists && (cooked[i] || isPinnedAtOrBelow);
             if (cooked[i] && isPinned(place)) {
@@ -178,8 +149,8 @@ private:
         int below = 0;
         bool isInherited = false;
         for (const int pin : pins) {
-            below += pin != place && isAtOrBelow(pin, place) ? 1 : 0;
-            isInherited = isInherited || (pin != place && isAtOrBelow(place, pin));
+            below += pin != place && universe.isAtOrBelow(pin, place) ? 1 : 0;
+            isInherited = isInherited || (pin != place && universe.isAtOrBelow(place, pin));
         }
         SCOPED_TRACE(pathOf(place));
         ASSERT_EQ(node->cooked, cooked[static_cast<std::size_t>(place)]);
@@ -200,8 +171,7 @@ private:
     std::vector<bool> exists;
     std::vector<GroupAttribute> attributes;
     KnownView known{true};
-    std::mt19937 random;
-    int focus = 0;
+    RandomPlaces random;
 };
 
 TEST(SourceLocationTreeOracle, recordsOfRandomHistoriesAddUpToTheRulesEvaluatedFromScratch) {

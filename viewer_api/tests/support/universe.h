@@ -24,6 +24,14 @@ struct Universe {
         return static_cast<int>(places.size()) - 1;
     }
 
+    /// Whether a place is the other or stands somewhere below it.
+    [[nodiscard]] bool isAtOrBelow(int place, int ancestor) const {
+        while (place > ancestor) {
+            place = places[static_cast<std::size_t>(place)].parent;
+        }
+        return place == ancestor;
+    }
+
     /// Several shapes: a chain, many siblings, a binary tree, and a mixture with proxies (where
     /// `withProxies`) at every level and below each other.
     static std::vector<Universe> shapes(bool withProxies);
