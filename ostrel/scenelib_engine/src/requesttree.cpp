@@ -35,6 +35,14 @@ RequestNode* RequestNode::find(std::string_view name) const {
     return found == children.end() ? nullptr : found->second.get();
 }
 
+RequestNode& RequestNode::obtain(std::string_view name) {
+    auto found = children.find(name);
+    if (found == children.end()) {
+        found = children.emplace(std::string(name), std::make_unique<RequestNode>()).first;
+    }
+    return *found->second;
+}
+
 RequestTree::Cursor RequestTree::descend(const Cursor& parent, std::string_view name) const {
     Cursor cursor;
     cursor.request = parent.request ? parent.request->find(name) : nullptr;
@@ -67,12 +75,7 @@ bool RequestTree::setActive(std::string_view path, bool isActive) {
     }
     RequestNode* node = &top;
     for (const std::string_view name : *names) {
-        auto found = node->children.find(name);
-        if (found == node->children.end()) {
-            found =
-                node->children.emplace(std::string(name), std::make_unique<RequestNode>()).first;
-        }
-        node = found->second.get();
+        node = &node->obtain(name);
         node->activeAtOrBelow += isActive ? 1 : static_cast<std::size_t>(-1);
     }
     node->isActive = isActive;
@@ -97,12 +100,7 @@ bool RequestTree::setOpen(std::string_view path, bool isOpen) {
     }
     RequestNode* node = &top;
     for (const std::string_view name : *names) {
-        auto found = node->children.find(name);
-        if (found == node->children.end()) {
-            found =
-                node->children.emplace(std::string(name), std::make_unique<RequestNode>()).first;
-        }
-        node = found->second.get();
+        node = &node->obtain(name);
     }
     node->isOpen = isOpen;
     if (!isOpen) {

@@ -21,6 +21,8 @@ struct RequestNode {
     bool awaitsAnswer = false;
 
     [[nodiscard]] RequestNode* find(std::string_view name) const;
+    /// The child, made where there is none.
+    RequestNode& obtain(std::string_view name);
     [[nodiscard]] bool isEmpty() const noexcept { return !isActive && !isOpen && children.empty(); }
 };
 
