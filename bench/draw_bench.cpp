@@ -22,6 +22,7 @@
 #include "VlScenelibEngine/ScenelibEngine.h"
 
 #include <Imath/ImathMatrix.h>
+#include <Imath/ImathMatrixAlgo.h>
 #include <Imath/ImathVec.h>
 
 #include <cstdio>
@@ -47,11 +48,9 @@ Imath::V3d toImath(const bench::Vector& vector) {
 
 Imath::M44d viewMatrix(const bench::Viewpoint& viewpoint) {
     const Imath::V3d eye = toImath(viewpoint.eye);
-    const Imath::V3d back = (eye - toImath(viewpoint.target)).normalized();
-    const Imath::V3d right = toImath(viewpoint.up).cross(back).normalized();
-    const Imath::V3d up = back.cross(right);
-    return {right.x, up.x, back.x, 0, right.y,         up.y,         back.y,         0,
-            right.z, up.z, back.z, 0, -eye.dot(right), -eye.dot(up), -eye.dot(back), 1};
+    Imath::M44d turn;
+    Imath::alignZAxisWithTargetDir(turn, eye - toImath(viewpoint.target), toImath(viewpoint.up));
+    return Imath::M44d().setTranslation(-eye) * turn.transposed();
 }
 
 GroupAttribute translated(const bench::Vector& place) {

@@ -1,16 +1,10 @@
-#include "support/fakescene.h"
 #include "support/geometries.h"
-#include "support/offscreencontext.h"
+#include "support/gltest.h"
 
 #include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
-#include "gl/glcontext.h"
-#include "viewer_api/plugin/OptionIds.h"
-
-#include <GL/glew.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -26,9 +20,6 @@ using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
-constexpr int kSize = 128;
-constexpr int kMiddle = kSize / 2;
-
 GroupAttribute with(const GroupAttribute& location, const char* name, const Attribute& value) {
     VlAttribute::GroupBuilder builder;
     builder.update(location);
@@ -38,42 +29,26 @@ GroupAttribute with(const GroupAttribute& location, const char* name, const Attr
 
 /// A red square of edge 2 that faces +z; on its diagonals is the middle of the picture.
 GroupAttribute square(const char* fill = nullptr) {
-    const GroupAttribute red{{"baseColor", FloatAttribute({0.9f, 0.1f, 0.1f}, 3)}};
-    const GroupAttribute location =
-        meshLocation({-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0}, {{0, 1, 2, 3}}, red);
+    const GroupAttribute location = squareLocation(2.0f, paint(0.9f, 0.1f, 0.1f));
     return fill ? with(location, "viewer.default.drawOptions.fill", StringAttribute(fill))
                 : location;
 }
 
-class DisplayModesGL : public testing::Test {
+class DisplayModesGL : public SceneGLTest {
 protected:
     void SetUp() override {
-        if (!context.isValid() || !Bundled::isGLReady()) {
-            GTEST_SKIP() << "no OpenGL context on this machine";
+        SceneGLTest::SetUp();
+        if (IsSkipped()) {
+            return;
         }
         viewport = &scene.addViewport(kSize, kSize);
         scene.addCamera(*viewport, {0, 0, 5});
         layer = &scene.addLayer(*viewport, "MeshLayer");
         empty = draw();
     }
-    void TearDown() override {
-        if (context.isValid()) {
-            EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        }
-    }
 
-    void setMode(const char* name) {
-        layer->suite->setOption(layer->instance, ViewerPlugin::optionId("displayMode"),
-                                StringAttribute(name).getRetainedHandle());
-    }
-    void setDraft(bool isDraft) {
-        viewport->suite->setOption(viewport->instance, ViewerPlugin::optionId("draft"),
-                                   IntAttribute(isDraft ? 1 : 0).getRetainedHandle());
-    }
-    Pixels draw() {
-        viewport->suite->draw(viewport->instance);
-        return Pixels::read(kSize, kSize);
-    }
+    void setMode(const char* name) { setOption(*layer, "displayMode", StringAttribute(name)); }
+    Pixels draw() { return SceneGLTest::draw(*viewport); }
     static bool isRed(const Pixels& pixels, int x, int y) {
         const auto color = pixels.at(x, y);
         return color[0] > color[2] + 40;
@@ -108,8 +83,6 @@ protected:
                (isNear(kMiddle + kUnit, kMiddle + kUnit) ? "corner" : "");
     }
 
-    OffscreenContext context{kSize, kSize};
-    FakeScene scene;
     FakeViewport* viewport = nullptr;
     FakeLayer* layer = nullptr;
     Pixels empty;
@@ -125,7 +98,7 @@ TEST_F(DisplayModesGL, eachModeShowsItsPartsOfAMesh) {
                  {"points", "corner"}};
     scene.tell("/root/a", square());
     for (const bool isDraft : {false, true}) {
-        setDraft(isDraft);
+        setDraft(*viewport, isDraft);
         for (const auto& row : kRows) {
             setMode(row.mode);
             EXPECT_EQ(shown(), row.parts) << row.mode << (isDraft ? ", draft" : "");

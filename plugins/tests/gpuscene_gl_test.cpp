@@ -1,13 +1,11 @@
 #include "gl/gpuscene.h"
 
 #include "support/geometries.h"
-#include "support/offscreencontext.h"
+#include "support/gltest.h"
 #include "support/replacedentry.h"
 
 #include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/StringAttribute.h"
-
-#include <gtest/gtest.h>
 
 #include <string>
 
@@ -19,21 +17,19 @@ using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::StringAttribute;
 
-class GpuSceneGL : public testing::Test {
+class GpuSceneGL : public GLTest {
 protected:
+    GpuSceneGL() : GLTest(64, 64) {}
+
     void SetUp() override {
-        if (!context.isValid() || !isGLReady()) {
-            GTEST_SKIP() << "no OpenGL context on this machine";
+        GLTest::SetUp();
+        if (IsSkipped()) {
+            return;
         }
         // Sees 200 units each way from the origin, along -z.
         frame.viewToClip.setValue(Imath::M44f());
         frame.viewToClip[0][0] = frame.viewToClip[1][1] = 0.005f;
         frame.viewToClip[2][2] = -0.001f;
-    }
-    void TearDown() override {
-        if (context.isValid()) {
-            EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        }
     }
 
     void tell(const std::string& path, const GroupAttribute& attributes,
@@ -42,7 +38,6 @@ protected:
                       kVlLocationEventAttributesChanged | kVlLocationEventXformChanged});
     }
 
-    OffscreenContext context{64, 64};
     SceneMirror mirror;
     Frame frame;
 };

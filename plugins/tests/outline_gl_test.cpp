@@ -1,15 +1,8 @@
-#include "support/fakescene.h"
 #include "support/geometries.h"
-#include "support/offscreencontext.h"
+#include "support/gltest.h"
 
-#include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
-#include "gl/glcontext.h"
-#include "viewer_api/plugin/OptionIds.h"
-
-#include <GL/glew.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -19,51 +12,28 @@
 // How a selection shows. Needs an OpenGL context; skipped where none can be made.
 namespace {
 
-using VlAttribute::FloatAttribute;
-using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
-constexpr int kSize = 128;
-constexpr int kMiddle = kSize / 2;
-
-GroupAttribute paint(float r, float g, float b) {
-    return {{"baseColor", FloatAttribute({r, g, b}, 3)}};
-}
-
-/// A square around the origin of the xy plane, that faces +z.
-GroupAttribute square(float half, const GroupAttribute& material) {
-    return meshLocation({-half, -half, 0, half, -half, 0, half, half, 0, -half, half, 0},
-                        {{0, 1, 2, 3}}, material);
-}
-
 /// Both pictures: fine, and draft.
-class OutlineGL : public testing::TestWithParam<bool> {
+class OutlineGL : public SceneGLTest, public testing::WithParamInterface<bool> {
 protected:
     void SetUp() override {
-        if (!context.isValid() || !Bundled::isGLReady()) {
-            GTEST_SKIP() << "no OpenGL context on this machine";
+        SceneGLTest::SetUp();
+        if (IsSkipped()) {
+            return;
         }
         viewport = &scene.addViewport(kSize, kSize);
         scene.addCamera(*viewport, {0, 0, 5});
         scene.addLayer(*viewport, "MeshLayer");
-        viewport->suite->setOption(viewport->instance, ViewerPlugin::optionId("draft"),
-                                   IntAttribute(GetParam() ? 1 : 0).getRetainedHandle());
-    }
-    void TearDown() override {
-        if (context.isValid()) {
-            EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        }
+        setDraft(*viewport, GetParam());
     }
 
     void select(std::vector<const char*> paths) {
         scene.delegate.suite->locationsSelected(scene.delegate.instance, paths.data(),
                                                 static_cast<std::uint32_t>(paths.size()));
     }
-    Pixels draw() {
-        viewport->suite->draw(viewport->instance);
-        return Pixels::read(kSize, kSize);
-    }
+    Pixels draw() { return SceneGLTest::draw(*viewport); }
     /// The strongest orange on the way from the middle of the picture to its right edge.
     static int strongestOrange(const Pixels& pixels) {
         int strongest = 0;
@@ -81,13 +51,11 @@ protected:
         return colors;
     }
 
-    OffscreenContext context{kSize, kSize};
-    FakeScene scene;
     FakeViewport* viewport = nullptr;
 };
 
 TEST_P(OutlineGL, comesAndGoesWithTheSelection) {
-    scene.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)));
+    scene.tell("/root/a", squareLocation(1.0f, paint(0.3f, 0.3f, 0.3f)));
     const Pixels plain = draw();
     EXPECT_LT(strongestOrange(plain), 20);
     select({"/root/a"});
@@ -100,31 +68,27 @@ TEST_P(OutlineGL, comesAndGoesWithTheSelection) {
 }
 
 TEST_P(OutlineGL, surroundsWhatIsBelowASelectedLocation) {
-    scene.tell("/root/a/b", square(0.5f, paint(0.3f, 0.3f, 0.3f)));
+    scene.tell("/root/a/b", squareLocation(1.0f, paint(0.3f, 0.3f, 0.3f)));
     select({"/root"});
     EXPECT_GT(strongestOrange(draw()), 60);
 }
 
 TEST_P(OutlineGL, leavesOutWhatIsSeenFromBehindWithTheLayerButForWires) {
     const auto& layer = *viewport->layers.front();
-    const auto set = [&layer](const char* option, const VlAttribute::Attribute& value) {
-        layer.suite->setOption(layer.instance, ViewerPlugin::optionId(option),
-                               value.getRetainedHandle());
-    };
-    set("cullBackFaces", IntAttribute(1));
+    setOption(layer, "cullBackFaces", IntAttribute(1));
     scene.tell("/root/back",
                meshLocation({-0.5f, -0.5f, 0, 0.5f, -0.5f, 0, 0.5f, 0.5f, 0, -0.5f, 0.5f, 0},
                             {{0, 3, 2, 1}}, paint(0.3f, 0.3f, 0.3f)));
     select({"/root/back"});
     EXPECT_LT(strongestOrange(draw()), 20);
     for (const char* mode : {"wireframe", "wireframeOnShaded"}) {
-        set("displayMode", StringAttribute(mode));
+        setOption(layer, "displayMode", StringAttribute(mode));
         EXPECT_GT(strongestOrange(draw()), 60) << mode;
     }
 }
 
 TEST_P(OutlineGL, keepsTheColourOfWhatItSurrounds) {
-    scene.tell("/root/a", square(0.5f, paint(0.1f, 0.3f, 0.6f)));
+    scene.tell("/root/a", squareLocation(1.0f, paint(0.1f, 0.3f, 0.6f)));
     const auto plain = draw().at(kMiddle, kMiddle);
     select({"/root/a"});
     const auto selected = draw().at(kMiddle, kMiddle);
@@ -137,9 +101,10 @@ TEST_P(OutlineGL, isSeenAroundAnyColourAndBeforeAnyBackground) {
     const float colors[][3] = {{0, 0, 0}, {1, 1, 1}, {1, 0.5f, 0.06f}, {0.2f, 0.2f, 0.2f}};
     for (const auto& inside : colors) {
         for (const auto& outside : colors) {
-            scene.tell("/root/a", square(0.5f, paint(inside[0], inside[1], inside[2])),
+            scene.tell("/root/a", squareLocation(1.0f, paint(inside[0], inside[1], inside[2])),
                        translation(0, 0, 0.1));
-            scene.tell("/root/wall", square(4.0f, paint(outside[0], outside[1], outside[2])));
+            scene.tell("/root/wall",
+                       squareLocation(8.0f, paint(outside[0], outside[1], outside[2])));
             select({});
             const auto plain = row(draw());
             select({"/root/a"});
@@ -159,10 +124,10 @@ TEST_P(OutlineGL, isSeenAroundAnyColourAndBeforeAnyBackground) {
 }
 
 TEST_P(OutlineGL, isFainterWhereItIsHiddenAndStillSeen) {
-    scene.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)));
+    scene.tell("/root/a", squareLocation(1.0f, paint(0.3f, 0.3f, 0.3f)));
     select({"/root/a"});
     const int seen = strongestOrange(draw());
-    scene.tell("/root/wall", square(4.0f, paint(0.2f, 0.2f, 0.2f)), translation(0, 0, 1));
+    scene.tell("/root/wall", squareLocation(8.0f, paint(0.2f, 0.2f, 0.2f)), translation(0, 0, 1));
     const int hidden = strongestOrange(draw());
     EXPECT_GT(hidden, 20);
     EXPECT_LT(hidden, seen - 20);
@@ -170,10 +135,10 @@ TEST_P(OutlineGL, isFainterWhereItIsHiddenAndStillSeen) {
 
 TEST_P(OutlineGL, closedSurfaceDoesNotHideItself) {
     scene.tell("/root/a", cubeLocation(1.0f, paint(0.3f, 0.3f, 0.3f)));
-    scene.tell("/root/b", square(0.5f, paint(0.3f, 0.3f, 0.3f)), translation(0, 9, 0));
+    scene.tell("/root/b", squareLocation(1.0f, paint(0.3f, 0.3f, 0.3f)), translation(0, 9, 0));
     select({"/root/a"});
     const int cube = strongestOrange(draw());
-    scene.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)));
+    scene.tell("/root/a", squareLocation(1.0f, paint(0.3f, 0.3f, 0.3f)));
     EXPECT_NEAR(cube, strongestOrange(draw()), 30);
 }
 
@@ -192,7 +157,7 @@ TEST_P(OutlineGL, holeThatShowsTheInsideHasNone) {
 
 TEST_P(OutlineGL, selectedAmongManyEqualOnesIsTheOneOutlined) {
     for (int i = 0; i < 600; ++i) {
-        scene.tell("/root/c" + std::to_string(i), square(0.2f, paint(0.3f, 0.3f, 0.3f)),
+        scene.tell("/root/c" + std::to_string(i), squareLocation(0.4f, paint(0.3f, 0.3f, 0.3f)),
                    translation(i == 300 ? 0 : -50, 0, 0));
     }
     select({"/root/c299", "/root/c301"});
@@ -218,7 +183,7 @@ TEST_P(OutlineGL, ofWhatReachesBehindTheCameraIsSeen) {
 }
 
 TEST_P(OutlineGL, followsANewSizeAndOtherViewports) {
-    scene.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)));
+    scene.tell("/root/a", squareLocation(1.0f, paint(0.3f, 0.3f, 0.3f)));
     select({"/root/a"});
     const Pixels before = draw();
     FakeViewport& other = scene.addViewport(64, 32);
@@ -233,28 +198,28 @@ TEST_P(OutlineGL, followsANewSizeAndOtherViewports) {
 }
 
 TEST_P(OutlineGL, ofSomethingThatMovesLeavesNoTrace) {
-    scene.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)));
+    scene.tell("/root/a", squareLocation(1.0f, paint(0.3f, 0.3f, 0.3f)));
     select({"/root/a"});
     draw();
     // By less than its size, and by more than the outline reaches.
-    scene.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)), translation(-0.5, -0.4, 0));
+    scene.tell("/root/a", squareLocation(1.0f, paint(0.3f, 0.3f, 0.3f)),
+               translation(-0.5, -0.4, 0));
     const Pixels moved = draw();
 
     FakeScene fresh;
     FakeViewport& view = fresh.addViewport(kSize, kSize);
     fresh.addCamera(view, {0, 0, 5});
     fresh.addLayer(view, "MeshLayer");
-    view.suite->setOption(view.instance, ViewerPlugin::optionId("draft"),
-                          IntAttribute(GetParam() ? 1 : 0).getRetainedHandle());
-    fresh.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)), translation(-0.5, -0.4, 0));
+    setDraft(view, GetParam());
+    fresh.tell("/root/a", squareLocation(1.0f, paint(0.3f, 0.3f, 0.3f)),
+               translation(-0.5, -0.4, 0));
     const char* path = "/root/a";
     fresh.delegate.suite->locationsSelected(fresh.delegate.instance, &path, 1);
-    view.suite->draw(view.instance);
-    EXPECT_EQ(Pixels::read(kSize, kSize), moved);
+    EXPECT_EQ(SceneGLTest::draw(view), moved);
 }
 
 TEST_P(OutlineGL, leavesStateAsItWas) {
-    scene.tell("/root/a", square(0.5f, paint(0.3f, 0.3f, 0.3f)));
+    scene.tell("/root/a", squareLocation(1.0f, paint(0.3f, 0.3f, 0.3f)));
     select({"/root/a"});
     glScissor(1, 2, 100, 101);
     glClearColor(0.25f, 0.5f, 0.75f, 1.0f);

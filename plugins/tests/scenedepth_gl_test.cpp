@@ -1,16 +1,9 @@
-#include "support/fakescene.h"
 #include "support/geometries.h"
-#include "support/offscreencontext.h"
+#include "support/gltest.h"
 
-#include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
-#include "gl/glcontext.h"
 #include "gl/renderer.h"
-#include "viewer_api/plugin/OptionIds.h"
-
-#include <GL/glew.h>
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <utility>
@@ -21,40 +14,18 @@ namespace {
 
 using VlAttribute::Attribute;
 using VlAttribute::DoubleAttribute;
-using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
-constexpr int kSize = 128;
-constexpr int kMiddle = kSize / 2;
-
-GroupAttribute paint(float r, float g, float b) {
-    return {{"baseColor", FloatAttribute({r, g, b}, 3)}};
-}
-
-class SceneDepthGL : public testing::Test {
+class SceneDepthGL : public SceneGLTest {
 protected:
-    void SetUp() override {
-        if (!context.isValid() || !Bundled::isGLReady()) {
-            GTEST_SKIP() << "no OpenGL context on this machine";
-        }
-    }
-    void TearDown() override {
-        if (context.isValid()) {
-            EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        }
-    }
     FakeViewport& addView(const Imath::V3d& eye) {
         FakeViewport& viewport = scene.addViewport(kSize, kSize);
         FakeCamera& camera = scene.addCamera(viewport, eye);
         camera.centerOfInterest = eye.length();
         scene.addLayer(viewport, "MeshLayer");
         return viewport;
-    }
-    static Pixels draw(const FakeViewport& viewport) {
-        viewport.suite->draw(viewport.instance);
-        return Pixels::read(kSize, kSize);
     }
     /// Two cubes, the red one in front of the green one, and above, by a thousandth of its size.
     void tellCubes(double scale) {
@@ -63,9 +34,6 @@ protected:
         scene.tell("/root/green", cubeLocation(edge, paint(0, 1, 0)),
                    translation(0.5 * scale, -0.002 * scale, -0.002 * scale));
     }
-
-    OffscreenContext context{kSize, kSize};
-    FakeScene scene;
 };
 
 TEST_F(SceneDepthGL, picturesOfAllSizesAgree) {

@@ -1,21 +1,13 @@
-#include "support/fakescene.h"
 #include "support/geometries.h"
-#include "support/offscreencontext.h"
+#include "support/gltest.h"
 
 #include "VlAttribute/FloatAttribute.h"
-#include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
-#include "gl/glcontext.h"
-#include "viewer_api/plugin/OptionIds.h"
-
-#include <GL/glew.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <stdexcept>
-#include <string>
 
 // Drafts: the quick pictures of something that moves. Needs an OpenGL context; skipped where none
 // can be made.
@@ -23,39 +15,19 @@ namespace {
 
 using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
-using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
-constexpr int kSize = 128;
-constexpr int kMiddle = kSize / 2;
-
-class SceneDraftGL : public testing::Test {
+class SceneDraftGL : public SceneGLTest {
 protected:
-    void SetUp() override {
-        if (!context.isValid() || !Bundled::isGLReady()) {
-            GTEST_SKIP() << "no OpenGL context on this machine";
-        }
-    }
-    void TearDown() override {
-        if (context.isValid()) {
-            EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        }
-    }
-
     FakeViewport& addView(const Imath::V3d& eye) {
         FakeViewport& viewport = scene.addViewport(kSize, kSize);
         scene.addCamera(viewport, eye);
         scene.addLayer(viewport, "MeshLayer");
         return viewport;
     }
-    static void setDraft(const FakeViewport& viewport, bool isDraft) {
-        viewport.suite->setOption(viewport.instance, ViewerPlugin::optionId("draft"),
-                                  IntAttribute(isDraft ? 1 : 0).getRetainedHandle());
-    }
     static Pixels draw(const FakeViewport& viewport, bool isDraft) {
         setDraft(viewport, isDraft);
-        viewport.suite->draw(viewport.instance);
-        return Pixels::read(kSize, kSize);
+        return SceneGLTest::draw(viewport);
     }
     /// Pixels that differ clearly, without those beside an edge, which one of them smooths.
     static int countDifferences(const Pixels& a, const Pixels& b) {
@@ -83,9 +55,6 @@ protected:
         EXPECT_LT(countDifferences(draw(viewport, true), draw(viewport, false)),
                   kSize * kSize / 200);
     }
-
-    OffscreenContext context{kSize, kSize};
-    FakeScene scene;
 };
 
 const GroupAttribute kClay{{"baseColor", FloatAttribute({0.6f, 0.3f, 0.2f}, 3)}};

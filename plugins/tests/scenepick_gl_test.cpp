@@ -1,12 +1,7 @@
-#include "support/fakescene.h"
-#include "support/offscreencontext.h"
+#include "support/gltest.h"
 
 #include "VlAttribute/GroupAttribute.h"
-#include "gl/glcontext.h"
 #include "gl/glname.h"
-
-#include <GL/glew.h>
-#include <gtest/gtest.h>
 
 #include <array>
 
@@ -20,7 +15,7 @@ constexpr int kWidth = 64;
 constexpr int kHeight = 48;
 constexpr std::array<GLint, 4> kBox = {1, 2, 30, 40};
 
-class ScenePickGL : public testing::Test {
+class ScenePickGL : public GLTest {
 public:
     void begin(int x, int y, int width, int height, bool isDeep = false) {
         VlAttributeStruct* picked = nullptr;
@@ -30,17 +25,15 @@ public:
     }
 
 protected:
+    ScenePickGL() : GLTest(kWidth, kHeight) {}
+
     void SetUp() override {
-        if (!context.isValid() || !Bundled::isGLReady()) {
-            GTEST_SKIP() << "no OpenGL context on this machine";
+        GLTest::SetUp();
+        if (IsSkipped()) {
+            return;
         }
         viewport = &scene.addViewport(kWidth, kHeight);
         glScissor(kBox[0], kBox[1], kBox[2], kBox[3]);
-    }
-    void TearDown() override {
-        if (context.isValid()) {
-            EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        }
     }
 
     void drawIds() {
@@ -54,7 +47,6 @@ protected:
         return values;
     }
 
-    OffscreenContext context{kWidth, kHeight};
     FakeScene scene;
     FakeViewport* viewport = nullptr;
 };

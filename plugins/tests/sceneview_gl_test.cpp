@@ -1,17 +1,11 @@
-#include "support/fakescene.h"
 #include "support/geometries.h"
-#include "support/offscreencontext.h"
+#include "support/gltest.h"
 
 #include "VlAttribute/FloatAttribute.h"
-#include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
-#include "gl/glcontext.h"
-#include "viewer_api/plugin/OptionIds.h"
 
-#include <GL/glew.h>
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <string>
@@ -24,48 +18,14 @@ using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 
-constexpr int kSize = 128;
-constexpr int kMiddle = kSize / 2;
-
-GroupAttribute paint(float r, float g, float b) {
-    return {{"baseColor", FloatAttribute({r, g, b}, 3)}};
-}
-
-/// A square of edge 2 in the xy plane, facing +z, its texture upright.
-GroupAttribute square(const GroupAttribute& material) {
-    VlAttribute::GroupBuilder builder;
-    builder.update(
-        meshLocation({-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0}, {{0, 1, 2, 3}}, material));
-    builder.set("geometry.point.st", FloatAttribute({0, 0, 1, 0, 1, 1, 0, 1}, 2));
-    return builder.build();
-}
-
-class SceneViewGL : public testing::Test {
+class SceneViewGL : public SceneGLTest {
 protected:
-    void SetUp() override {
-        if (!context.isValid() || !Bundled::isGLReady()) {
-            GTEST_SKIP() << "no OpenGL context on this machine";
-        }
-    }
-    void TearDown() override {
-        if (context.isValid()) {
-            EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        }
-    }
-
     FakeViewport& addView(const Imath::V3d& eye = {0, 0, 5}) {
         FakeViewport& viewport = scene.addViewport(kSize, kSize);
         scene.addCamera(viewport, eye);
         return viewport;
     }
-    static Pixels draw(const FakeViewport& viewport) {
-        viewport.suite->draw(viewport.instance);
-        return Pixels::read(kSize, kSize);
-    }
     Pixels background() { return draw(addView()); }
-
-    OffscreenContext context{kSize, kSize};
-    FakeScene scene;
 };
 
 TEST_F(SceneViewGL, withoutLayersShowsAGradientThatIsBrighterAbove) {
@@ -79,7 +39,7 @@ TEST_F(SceneViewGL, withoutLayersShowsAGradientThatIsBrighterAbove) {
 TEST_F(SceneViewGL, drawsBeforeSetupAndAfterCleanup) {
     FakeViewport& viewport = addView();
     const FakeLayer& layer = scene.addLayer(viewport, "MeshLayer");
-    scene.tell("/root/a", square(paint(1, 0, 0)));
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)));
     const Pixels first = draw(viewport);
     layer.suite->cleanup(layer.instance);
     viewport.suite->cleanup(viewport.instance);
@@ -92,17 +52,17 @@ TEST_F(SceneViewGL, meshLayerShowsWhatIsVisibleAndNothingElse) {
     scene.addLayer(viewport, "MeshLayer");
     EXPECT_EQ(draw(viewport), empty);
 
-    scene.tell("/root/a", square(paint(1, 0, 0)));
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)));
     const Pixels shown = draw(viewport);
     const auto middle = shown.at(kMiddle, kMiddle);
     EXPECT_GT(middle[0], 3 * middle[1]);
     EXPECT_GT(middle[0], 3 * middle[2]);
     EXPECT_EQ(shown.at(2, 2), empty.at(2, 2));
 
-    scene.tell("/root/a", square(paint(1, 0, 0)), {},
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)), {},
                kVlLocationEventHidden | kVlLocationEventHiddenChanged);
     EXPECT_EQ(draw(viewport), empty);
-    scene.tell("/root/a", square(paint(1, 0, 0)), {}, kVlLocationEventHiddenChanged);
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)), {}, kVlLocationEventHiddenChanged);
     EXPECT_EQ(draw(viewport), shown);
     scene.remove("/root/a");
     EXPECT_EQ(draw(viewport), empty);
@@ -112,7 +72,7 @@ TEST_F(SceneViewGL, movingALocationMovesItsPicture) {
     FakeViewport& viewport = addView();
     scene.addLayer(viewport, "MeshLayer");
     scene.tell("/root", GroupAttribute::Empty());
-    scene.tell("/root/a", square(paint(1, 0, 0)));
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)));
     const Pixels before = draw(viewport);
     scene.tell("/root", GroupAttribute::Empty(), translation(1.5, 0, 0));
     const Pixels after = draw(viewport);
@@ -124,8 +84,8 @@ TEST_F(SceneViewGL, movingALocationMovesItsPicture) {
 TEST_F(SceneViewGL, nearerSurfacesHideFartherOnes) {
     FakeViewport& viewport = addView();
     scene.addLayer(viewport, "MeshLayer");
-    scene.tell("/root/near", square(paint(0, 1, 0)), translation(0, 0, 1));
-    scene.tell("/root/far", square(paint(1, 0, 0)));
+    scene.tell("/root/near", squareLocation(2.0f, paint(0, 1, 0)), translation(0, 0, 1));
+    scene.tell("/root/far", squareLocation(2.0f, paint(1, 0, 0)));
     const auto middle = draw(viewport).at(kMiddle, kMiddle);
     EXPECT_GT(middle[1], 3 * middle[0]);
 }
@@ -136,14 +96,13 @@ TEST_F(SceneViewGL, surfacesHaveTwoSidesUnlessCullingIsAskedFor) {
     FakeViewport& back = addView({0, 0, -5});
     scene.addLayer(front, "MeshLayer");
     const FakeLayer& layer = scene.addLayer(back, "MeshLayer");
-    scene.tell("/root/a", square(paint(0.5f, 0.5f, 0.5f)));
+    scene.tell("/root/a", squareLocation(2.0f, paint(0.5f, 0.5f, 0.5f)));
     const auto seen = draw(front).at(kMiddle, kMiddle);
     const auto fromBehind = draw(back).at(kMiddle, kMiddle);
     for (std::size_t i = 0; i < 3; ++i) {
         EXPECT_NEAR(fromBehind[i], seen[i], 2);
     }
-    layer.suite->setOption(layer.instance, ViewerPlugin::optionId("cullBackFaces"),
-                           IntAttribute(1).getRetainedHandle());
+    setOption(layer, "cullBackFaces", IntAttribute(1));
     EXPECT_EQ(draw(back), empty);
 }
 
@@ -153,12 +112,13 @@ TEST_F(SceneViewGL, materialOfOneSideShowsFrontSidesAlone) {
     FakeViewport& back = addView({0, 0, -5});
     const auto layer = scene.addLayer(front, "MeshLayer");
     scene.addLayer(back, "MeshLayer");
-    scene.tell("/root/a", square(paint(0.5f, 0.5f, 0.5f)));
+    scene.tell("/root/a", squareLocation(2.0f, paint(0.5f, 0.5f, 0.5f)));
     const Pixels seen = draw(front);
     EXPECT_NE(draw(back), empty);
 
-    scene.tell("/root/a", square({{"baseColor", FloatAttribute({0.5f, 0.5f, 0.5f}, 3)},
-                                  {"doubleSided", IntAttribute(0)}}));
+    scene.tell("/root/a",
+               squareLocation(2.0f, {{"baseColor", FloatAttribute({0.5f, 0.5f, 0.5f}, 3)},
+                                     {"doubleSided", IntAttribute(0)}}));
     EXPECT_EQ(draw(front), seen);
     EXPECT_EQ(draw(back), empty);
 
@@ -168,8 +128,7 @@ TEST_F(SceneViewGL, materialOfOneSideShowsFrontSidesAlone) {
     scene.tell("/root", GroupAttribute::Empty(), mirror);
     EXPECT_NE(draw(front), empty);
     EXPECT_NE(draw(back), empty);
-    layer.suite->setOption(layer.instance, ViewerPlugin::optionId("cullBackFaces"),
-                           IntAttribute(1).getRetainedHandle());
+    setOption(layer, "cullBackFaces", IntAttribute(1));
     EXPECT_NE(draw(front), empty);
 }
 
@@ -178,7 +137,7 @@ TEST_F(SceneViewGL, edgesAreSmooth) {
     scene.addLayer(viewport, "MeshLayer");
     Imath::M44d turned;
     turned.rotate(Imath::V3d(0, 0, 0.2));
-    scene.tell("/root/a", square(paint(1, 1, 1)), turned);
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 1, 1)), turned);
     const Pixels pixels = draw(viewport);
     // Along a row there are pixels between the square and the background in brightness.
     int between = 0;
@@ -216,7 +175,7 @@ TEST_F(SceneViewGL, textureStandsUprightWithItsOriginAtTheBottomLeft) {
         << std::string("\xff\x00\x00\x00\xff\x00\x00\x00\xff\xff\xff\xff", 12);
     FakeViewport& viewport = addView();
     scene.addLayer(viewport, "MeshLayer");
-    scene.tell("/root/a", square({{"texture", StringAttribute(file)}}));
+    scene.tell("/root/a", squareLocation(2.0f, {{"texture", StringAttribute(file)}}));
     const Pixels pixels = draw(viewport);
     // The middles of the texture's pixels.
     const int offset = 15;
@@ -233,8 +192,8 @@ TEST_F(SceneViewGL, opacityLetsThroughWhatIsBehind) {
     scene.addLayer(viewport, "MeshLayer");
     const GroupAttribute glass{{"baseColor", FloatAttribute({0, 1, 0}, 3)},
                                {"opacity", FloatAttribute(0.5f)}};
-    scene.tell("/root/glass", square(glass), translation(0, 0, 1));
-    scene.tell("/root/wall", square(paint(1, 0, 0)));
+    scene.tell("/root/glass", squareLocation(2.0f, glass), translation(0, 0, 1));
+    scene.tell("/root/wall", squareLocation(2.0f, paint(1, 0, 0)));
     const auto middle = draw(viewport).at(kMiddle, kMiddle);
     EXPECT_GT(middle[0], 80);
     EXPECT_GT(middle[1], 80);
@@ -244,14 +203,13 @@ TEST_F(SceneViewGL, holesShowTheInside) {
     FakeViewport& viewport = addView();
     scene.addLayer(viewport, "MeshLayer");
     scene.tell("/root/a", cubeWithHoleLocation());
-    for (const int isDraft : {0, 1}) {
-        viewport.suite->setOption(viewport.instance, ViewerPlugin::optionId("draft"),
-                                  IntAttribute(isDraft).getRetainedHandle());
+    for (const bool isDraft : {false, true}) {
+        setDraft(viewport, isDraft);
         const Pixels pixels = draw(viewport);
         // The far side, and beside it the inner one of a near side.
         for (const int x : {kMiddle, kMiddle - 15}) {
             const auto color = pixels.at(x, kMiddle);
-            EXPECT_GT(color[0], 2 * color[2] + 20) << x << (isDraft != 0 ? " draft" : " fine");
+            EXPECT_GT(color[0], 2 * color[2] + 20) << x << (isDraft ? " draft" : " fine");
         }
     }
 }
@@ -261,24 +219,24 @@ TEST_F(SceneViewGL, viewportsShareTheSceneAndOutliveEachOther) {
     FakeViewport& second = addView();
     const FakeLayer& firstLayer = scene.addLayer(first, "MeshLayer");
     scene.addLayer(second, "MeshLayer");
-    scene.tell("/root/a", square(paint(1, 0, 0)));
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)));
     const Pixels picture = draw(first);
     EXPECT_EQ(draw(second), picture);
     firstLayer.suite->cleanup(firstLayer.instance);
     first.suite->cleanup(first.instance);
     EXPECT_EQ(draw(second), picture);
-    scene.tell("/root/a", square(paint(1, 0, 0)), translation(0.5, 0, 0));
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)), translation(0.5, 0, 0));
     EXPECT_EQ(draw(second), draw(first));
 }
 
 TEST_F(SceneViewGL, aNewPictureIsAskedForOnceForEachThatWasDrawn) {
     FakeViewport& viewport = addView();
     scene.addLayer(viewport, "MeshLayer");
-    scene.tell("/root/a", square(paint(1, 0, 0)));
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)));
     EXPECT_TRUE(viewport.dirty);
     draw(viewport);
     viewport.dirty = false;
-    scene.tell("/root/b", square(paint(1, 0, 0)));
+    scene.tell("/root/b", squareLocation(2.0f, paint(1, 0, 0)));
     EXPECT_TRUE(viewport.dirty);
 }
 
@@ -286,7 +244,7 @@ TEST_F(SceneViewGL, gridIsSeenFromAboveAndFadesOut) {
     const Pixels empty = draw(addView({0, 4, 6}));
     FakeViewport& viewport = addView({0, 4, 6});
     scene.addLayer(viewport, "GridLayer");
-    scene.tell("/root/a", square(paint(1, 0, 0)));
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)));
     const Pixels grid = draw(viewport);
     int different = 0;
     for (int y = 0; y < kSize; ++y) {
@@ -316,7 +274,7 @@ TEST_F(SceneViewGL, leavesFramebufferAndStateAsTheyWere) {
     FakeViewport& viewport = addView();
     scene.addLayer(viewport, "GridLayer");
     scene.addLayer(viewport, "MeshLayer");
-    scene.tell("/root/a", square(paint(1, 0, 0)));
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)));
     draw(viewport);
     GLint value = -1;
     glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &value);
@@ -348,7 +306,7 @@ TEST_F(SceneViewGL, framebufferIsBoundAgainWhenALayerThrows) {
 TEST_F(SceneViewGL, followsANewSize) {
     FakeViewport& viewport = addView();
     scene.addLayer(viewport, "MeshLayer");
-    scene.tell("/root/a", square(paint(1, 0, 0)));
+    scene.tell("/root/a", squareLocation(2.0f, paint(1, 0, 0)));
     draw(viewport);
     viewport.width = 64;
     viewport.height = 32;

@@ -17,6 +17,7 @@
 #include "VlWindowSystem/Offscreen.h"
 
 #include <GL/glew.h>
+#include <Imath/ImathMatrixAlgo.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -74,25 +75,9 @@ GroupAttribute literalOf(const std::vector<Box>& boxes) {
 }
 
 Imath::M44d viewMatrix(const PickCamera& camera) {
-    const Imath::V3d back = (camera.eye - camera.target).normalized();
-    const Imath::V3d right = Imath::V3d(0, 1, 0).cross(back).normalized();
-    const Imath::V3d up = back.cross(right);
-    return {right.x,
-            up.x,
-            back.x,
-            0,
-            right.y,
-            up.y,
-            back.y,
-            0,
-            right.z,
-            up.z,
-            back.z,
-            0,
-            -camera.eye.dot(right),
-            -camera.eye.dot(up),
-            -camera.eye.dot(back),
-            1};
+    Imath::M44d turn;
+    Imath::alignZAxisWithTargetDir(turn, camera.eye - camera.target, {0, 1, 0});
+    return Imath::M44d().setTranslation(-camera.eye) * turn.transposed();
 }
 
 PickScene::Paths pathsOf(const GroupAttribute& picked) {

@@ -3,6 +3,8 @@
 #include "support/geometries.h"
 #include "viewer_api/plugin/HostSuites.h"
 
+#include <Imath/ImathMatrixAlgo.h>
+
 FakeScene::FakeScene() : sceneView("SceneView"), cameras("Cameras") {
     ViewerPlugin::pluginHost() = fakePluginHost();
     delegate.suite = static_cast<const ViewerDelegatePluginSuite*>(
@@ -55,11 +57,9 @@ FakeCamera& FakeScene::addCamera(FakeViewport& viewport, const Imath::V3d& eye) 
     camera.instance = camera.suite->create(&camera);
     const Imath::V3d back = eye.normalized();
     const Imath::V3d upish = std::abs(back.y) > 0.99 ? Imath::V3d(0, 0, -1) : Imath::V3d(0, 1, 0);
-    const Imath::V3d right = upish.cross(back).normalized();
-    const Imath::V3d up = back.cross(right);
-    camera.view = Imath::M44d(right.x, right.y, right.z, 0, up.x, up.y, up.z, 0, back.x, back.y,
-                              back.z, 0, eye.x, eye.y, eye.z, 1)
-                      .inverse();
+    Imath::M44d turn;
+    Imath::alignZAxisWithTargetDir(turn, back, upish);
+    camera.view = Imath::M44d().setTranslation(-eye) * turn.transposed();
     viewport.activeCamera = &camera;
     return camera;
 }

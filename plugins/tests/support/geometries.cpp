@@ -28,6 +28,19 @@ GroupAttribute meshLocation(const std::vector<float>& points,
     return builder.build();
 }
 
+GroupAttribute paint(float r, float g, float b) {
+    return {{"baseColor", FloatAttribute({r, g, b}, 3)}};
+}
+
+GroupAttribute squareLocation(float edge, const GroupAttribute& material) {
+    const float half = edge / 2.0f;
+    return GroupBuilder()
+        .update(meshLocation({-half, -half, 0, half, -half, 0, half, half, 0, -half, half, 0},
+                             {{0, 1, 2, 3}}, material))
+        .set("geometry.point.st", FloatAttribute({0, 0, 1, 0, 1, 1, 0, 1}, 2))
+        .build();
+}
+
 GroupAttribute cubeLocation(float edge, const GroupAttribute& material) {
     std::vector<float> points;
     for (int corner = 0; corner < 8; ++corner) {

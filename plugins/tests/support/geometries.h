@@ -13,6 +13,13 @@ VlAttribute::GroupAttribute meshLocation(const std::vector<float>& points,
                                          const std::vector<std::vector<std::int32_t>>& polygons,
                                          const VlAttribute::GroupAttribute& material = {});
 
+/// A material of this linear colour.
+VlAttribute::GroupAttribute paint(float r, float g, float b);
+
+/// A square around the origin of the xy plane that faces +z, its texture upright.
+VlAttribute::GroupAttribute squareLocation(float edge = 2.0f,
+                                           const VlAttribute::GroupAttribute& material = {});
+
 /// An axis-aligned cube around the origin, of 8 points and 6 quads without normals.
 VlAttribute::GroupAttribute cubeLocation(float edge = 1.0f,
                                          const VlAttribute::GroupAttribute& material = {});
