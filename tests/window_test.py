@@ -2,23 +2,13 @@
 import os
 import shutil
 import tempfile
-import time
 import unittest
 
-try:
-    import tkinter
-except ImportError:
-    try:
-        import Tkinter as tkinter
-    except ImportError:
-        tkinter = None
-
 import PyVlAttribute
-import PyVlLogging
 
 import ostrel
 from ostrel import events
-from xserver import WindowReader, XServer
+from tkwindows import DEADLINE, TkWindowTest
 
 CUBE = """mtllib cube.mtl
 v -1 0 -1\nv 1 0 -1\nv 1 2 -1\nv -1 2 -1
@@ -30,27 +20,8 @@ MATERIALS = """newmtl red\nKd 0.8 0.02 0.02
 newmtl green\nKd 0.02 0.8 0.02
 """
 
-# What a pump, or a picture on its way through the server, may take on a loaded machine.
-DEADLINE = 60.0
-
 # The grid's red axis is in the pictures too: a line of pixels.
 AXIS_SHARE = 0.01
-
-server = None
-serverProblem = None
-
-
-def setUpModule():
-    global server, serverProblem
-    try:
-        server = XServer()
-    except (OSError, RuntimeError) as error:
-        serverProblem = "no X server: %s" % error
-
-
-def tearDownModule():
-    if server:
-        server.stop()
 
 
 def isRed(pixel):
@@ -77,31 +48,19 @@ def corners(picture):
             for row in (0, picture.height - 1) for column in (0, last)]
 
 
-class WindowTest(unittest.TestCase):
-
-    @classmethod
-    def setUpClass(cls):
-        if serverProblem:
-            raise unittest.SkipTest(serverProblem)
-        if tkinter is None:
-            raise unittest.SkipTest("this interpreter has no Tk")
+class WindowTest(TkWindowTest):
 
     def setUp(self):
+        super(WindowTest, self).setUp()
         self.folder = tempfile.mkdtemp()
         with open(os.path.join(self.folder, "cube.mtl"), "w") as materials:
             materials.write(MATERIALS)
-        self.log = []
-        PyVlLogging.setSink(lambda *line: self.log.append(line))
-        self.root = tkinter.Tk()
-        self.reader = WindowReader()
         self.session = ostrel.Session()
 
     def tearDown(self):
         self.session.close()
-        self.reader.close()
-        self.root.destroy()
-        PyVlLogging.setSink(None)
         shutil.rmtree(self.folder)
+        super(WindowTest, self).tearDown()
 
     def importCube(self, colour):
         path = os.path.join(self.folder, colour + ".obj")
@@ -113,11 +72,7 @@ class WindowTest(unittest.TestCase):
         return op
 
     def addFrame(self, width=200, height=150, **options):
-        """A Tk frame on the screen that leaves its pixels alone."""
-        frame = tkinter.Frame(self.root, width=width, height=height, background="", **options)
-        frame.pack()
-        self.root.update()
-        return frame
+        return super(WindowTest, self).addFrame(width, height, **options)
 
     def addView(self, frame, name):
         view = self.session.addView(frame.winfo_id(), frame.winfo_width(), frame.winfo_height(),
@@ -127,14 +82,8 @@ class WindowTest(unittest.TestCase):
 
     def see(self, frame, predicate, view=None):
         """The picture in the frame once its centre is as expected."""
-        deadline = time.time() + DEADLINE
-        while True:
-            if view:
-                view.draw()
-            picture = self.reader.read(frame.winfo_id(), frame.winfo_width(),
-                                       frame.winfo_height())
-            if predicate(centre(picture)) or time.time() > deadline:
-                break
+        picture = self.waitForPicture(frame, lambda seen: predicate(centre(seen)),
+                                      view.draw if view else lambda: None)
         self.assertTrue(predicate(centre(picture)),
                         "%r in the middle" % (centre(picture),))
         return picture
@@ -240,9 +189,9 @@ class WindowTest(unittest.TestCase):
         self.assertTrue(selected.startswith("/root/red_obj"), selected)
         self.assertTrue(view.viewport.isDirty())
         view.draw()
-        deadline = time.time() + DEADLINE
-        while self.see(frame, isRed).pixels == plain:
-            self.assertLess(time.time(), deadline, "the selection is not seen")
+        picture = self.waitForPicture(frame, lambda seen: seen.pixels != plain)
+        self.assertTrue(isRed(centre(picture)) and picture.pixels != plain,
+                        "the selection is not seen")
 
     def test_wheel_in_the_window_fills_it_with_what_is_under_the_cursor(self):
         self.importCube("red")
@@ -291,10 +240,7 @@ class WindowTest(unittest.TestCase):
         frame = self.addFrame()
         view = self.addView(frame, "main")
         view.draw()
-        try:
-            other = self.addFrame(visual=("truecolor", 32), colormap="new")
-        except tkinter.TclError as error:
-            self.skipTest("the server has no other visual: %s" % error)
+        other = self.addFrameOfAnotherVisual(200, 150)
         self.assertRefused(other.winfo_id(), "Failed to set pixel format.", 834)
         view.draw()
         self.assertShowsCube(self.see(frame, isRed), isRed)

@@ -1,48 +1,22 @@
 """Two viewports of one delegate in two windows of a screen: their pictures and their picks."""
 import os
-import time
 import unittest
 
-try:
-    import tkinter
-except ImportError:
-    try:
-        import Tkinter as tkinter
-    except ImportError:
-        tkinter = None
-
 import PyScenelib  # offers the scene runtime
-import PyVlLogging
 import PyVlPluginSystem
 from PyVlAttribute import GroupAttribute, IntAttribute
 
 import ViewerAPI
-from xserver import WindowReader, XServer
+from tkwindows import TkWindowTest
 
 RED, GREEN, BLACK = (255, 0, 0), (0, 255, 0), (0, 0, 0)
 
-# What a picture on its way through the server may take on a loaded machine.
-DEADLINE = 60.0
-
-server = None
-serverProblem = None
-
 
 def setUpModule():
-    global server, serverProblem
-    try:
-        server = XServer()
-    except (OSError, RuntimeError) as error:
-        serverProblem = "no X server: %s" % error
     PyVlPluginSystem.loadLibrary(os.path.join(os.environ["OSTREL_TEST_PLUGINS"],
                                               "PickingPlugins.so"))
     PyVlPluginSystem.loadLibrary(os.path.join(os.environ["OSTREL_TEST_PLUGINS"],
                                               "ProbePlugins.so"))
-
-
-def tearDownModule():
-    if server:
-        server.stop()
 
 
 class View(object):
@@ -99,47 +73,27 @@ class View(object):
     def assertShows(self):
         """Both tiles are in the window, and black around them."""
         width, height = self.size()
-        deadline = time.time() + DEADLINE
-        while True:
-            self.viewport.draw()
-            picture = self.test.reader.read(self.frame.winfo_id(), width, height)
-            seen = [picture.pixels[y * width + x] for x, y in (
+        expected = [self.color, self.color, self.color, BLACK, BLACK]
+
+        def see(picture):
+            return [picture.pixels[y * width + x] for x, y in (
                 (width // 2, height // 2), (0, 0), (5, 5), (6, 6), (width - 1, height - 1))]
-            expected = [self.color, self.color, self.color, BLACK, BLACK]
-            if seen == expected or time.time() > deadline:
-                break
-        self.test.assertEqual(expected, seen, self.name)
+
+        picture = self.test.waitForPicture(self.frame, lambda shown: see(shown) == expected,
+                                           self.viewport.draw)
+        self.test.assertEqual(expected, see(picture), self.name)
 
 
-class WindowPickingTest(unittest.TestCase):
-
-    @classmethod
-    def setUpClass(cls):
-        if serverProblem:
-            raise unittest.SkipTest(serverProblem)
-        if tkinter is None:
-            raise unittest.SkipTest("this interpreter has no Tk")
+class WindowPickingTest(TkWindowTest):
 
     def setUp(self):
-        self.log = []
-        PyVlLogging.setSink(lambda *line: self.log.append(line))
-        self.root = tkinter.Tk()
-        self.reader = WindowReader()
+        super(WindowPickingTest, self).setUp()
         self.delegate = ViewerAPI.CreateViewerDelegate("ProbeDelegate")
 
     def tearDown(self):
         self.delegate.cleanup()
         self.delegate = None
-        self.reader.close()
-        self.root.destroy()
-        PyVlLogging.setSink(None)
-
-    def addFrame(self, width, height, **options):
-        """A Tk frame on the screen that leaves its pixels alone."""
-        frame = tkinter.Frame(self.root, width=width, height=height, background="", **options)
-        frame.pack()
-        self.root.update()
-        return frame
+        super(WindowPickingTest, self).tearDown()
 
     def addTwo(self):
         return [View(self, "first", 120, 90, RED), View(self, "second", 200, 150, GREEN)]
@@ -220,10 +174,7 @@ class WindowPickingTest(unittest.TestCase):
     def test_window_of_another_visual_is_logged_and_picks_nothing(self):
         first, second = views = self.addTwo()
         self.assertAllRight(views)
-        try:
-            other = self.addFrame(60, 60, visual=("truecolor", 32), colormap="new")
-        except tkinter.TclError as error:
-            self.skipTest("the server has no other visual: %s" % error)
+        other = self.addFrameOfAnotherVisual(60, 60)
         viewport = self.delegate.addViewport("TileViewport", "refused")
         viewport.resize(60, 60)
         viewport.setup(other.winfo_id())
