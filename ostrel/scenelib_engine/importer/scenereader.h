@@ -7,9 +7,9 @@
 struct aiScene;
 
 /// Makes a model of an imported scene. `path` is the file that it was read from; textures are
-/// looked for beside it. `isLinear`: the format's colours are linear already. Throws
+/// looked for beside it. `isGltf`: the file is of glTF, which has conventions of its own. Throws
 /// std::runtime_error when there is nothing in the scene.
-[[nodiscard]] ModelData readScene(const aiScene& scene, const std::string& path, bool isLinear);
+[[nodiscard]] ModelData readScene(const aiScene& scene, const std::string& path, bool isGltf);
 
 /// Reads a model file. Throws std::runtime_error with the reason, one line without the path, when
 /// it can't be read. A damaged file may crash the import library or keep it busy for ever: call

@@ -13,9 +13,9 @@ public:
     BootstrapContext(const BootstrapContext&) = delete;
     BootstrapContext& operator=(const BootstrapContext&) = delete;
 
-    /// Makes a context on the display, or when that is null on one for off-screen work, and binds
+    /// Makes a context on that display, or when it is null on one for off-screen work, and binds
     /// it. Does nothing when it can't.
-    void bind(const EglDisplay* display);
+    void bind(const EglDisplay* preferred);
 
 private:
     std::unique_ptr<EglDisplay> own;

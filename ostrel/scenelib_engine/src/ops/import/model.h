@@ -44,7 +44,7 @@ public:
     [[nodiscard]] bool isAnimated(std::size_t location) const {
         return locations.at(location).isAnimated;
     }
-    [[nodiscard]] VlAttribute::GroupAttribute getAttrs(std::size_t location,
+    [[nodiscard]] VlAttribute::GroupAttribute getAttrs(std::size_t index,
                                                        const Moment& moment) const;
     /// Null when it has none.
     [[nodiscard]] const VlAttribute::StringAttribute& getChildNames(std::size_t location) const {
