@@ -2,6 +2,7 @@
 
 #include "enginescene.h"
 #include "testops.h"
+#include "until.h"
 
 #include "VlScenelibEngine/OpType.h"
 
@@ -87,13 +88,6 @@ protected:
         op = scene.createOp("Test.Receiver");
     }
 
-    static void until(const std::function<bool()>& condition) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-        while (!condition()) {
-            ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-            std::this_thread::yield();
-        }
-    }
     void untilTried(int triesBefore = 0) {
         until([&] { return receiver->numberOfTries > triesBefore; });
     }

@@ -3,6 +3,7 @@
 #include "VlScenelibEngine/ScenelibEngine.h"
 #include "engine.h"
 #include "runtimesuite.h"
+#include "until.h"
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/FloatAttribute.h"
@@ -26,7 +27,6 @@
 #include <fstream>
 #include <map>
 #include <memory>
-#include <thread>
 #include <utility>
 
 namespace {
@@ -88,11 +88,14 @@ protected:
         return write("moving.gltf", kMoving);
     }
 
-    // Shows the arguments; the locations that were told of, with their attributes.
-    std::map<std::string, GroupAttribute> show(const GroupAttribute& args) {
+    void setArgs(const GroupAttribute& args) {
         const auto transaction = runtime->createTransaction();
         transaction->setOpArgs(op, "Geometry.Import", args);
         runtime->commit(transaction);
+    }
+    // Shows the arguments; the locations that were told of, with their attributes.
+    std::map<std::string, GroupAttribute> show(const GroupAttribute& args) {
+        setArgs(args);
         return fetch();
     }
     std::map<std::string, GroupAttribute> fetch() {
@@ -288,6 +291,12 @@ private:
     int descriptor = -1;
 };
 
+// Whether a program of this process's reads a model.
+bool isReading() {
+    siginfo_t info{};
+    return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) == 0; // there is a child
+}
+
 TEST_F(ImportOpTest, otherLocationsAreToldWhileAFileIsRead) {
     HeldModel model(folder);
     const auto transaction = runtime->createTransaction();
@@ -300,9 +309,10 @@ TEST_F(ImportOpTest, otherLocationsAreToldWhileAFileIsRead) {
     runtime->commit(transaction);
     other->setLocationsActive(StringAttribute("/root"));
     std::vector<VlScenelib::LocationEvent> events;
-    while (events.empty()) {
+    until([&] {
         other->getLocationEvents(events, -1);
-    }
+        return !events.empty();
+    });
     EXPECT_TRUE(runtime->isProcessing());
     std::vector<VlScenelib::LocationEvent> early;
     client->getLocationEvents(early, -1);
@@ -340,11 +350,11 @@ TEST_F(ImportOpTest, opsThatShowOneFileShareItsMeshes) {
 
 TEST_F(ImportOpTest, whatNobodyWantsAnyMoreIsNotReadToItsEnd) {
     HeldModel model(folder);
-    const auto transaction = runtime->createTransaction();
-    transaction->setOpArgs(op, "Geometry.Import", argsOf(model.path));
-    runtime->commit(transaction);
+    setArgs(argsOf(model.path));
+    until(isReading);
     client->setLocationsInactive(StringAttribute("/root"));
     EXPECT_TRUE(engine->waitUntilIdle(std::chrono::minutes(1)));
+    until([] { return !isReading(); });
     model.letGo();
     client->setLocationsActive(StringAttribute("/root"));
     EXPECT_TRUE(fetch().contains("/root/held_obj/one"));
@@ -353,15 +363,8 @@ TEST_F(ImportOpTest, whatNobodyWantsAnyMoreIsNotReadToItsEnd) {
 // What its threads were doing goes on in the process that they were started in.
 TEST_F(ImportOpTest, aForkedProcessEndsAndLeavesAloneWhatIsRead) {
     HeldModel model(folder);
-    const auto transaction = runtime->createTransaction();
-    transaction->setOpArgs(op, "Geometry.Import", argsOf(model.path));
-    runtime->commit(transaction);
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-    siginfo_t info{};
-    while (waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) != 0) { // none is reading yet
-        ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-        std::this_thread::yield();
-    }
+    setArgs(argsOf(model.path));
+    until(isReading);
     constexpr unsigned kDeadlineSeconds = 30; // or a signal ends it
     // With whatever status: to a leak checker all that the threads knew is lost there.
     EXPECT_EXIT((alarm(kDeadlineSeconds), std::exit(0)),
@@ -372,17 +375,13 @@ TEST_F(ImportOpTest, aForkedProcessEndsAndLeavesAloneWhatIsRead) {
 
 TEST_F(ImportOpTest, anEngineEndsWhileAFileIsRead) {
     HeldModel model(folder);
-    const auto transaction = runtime->createTransaction();
-    transaction->setOpArgs(op, "Geometry.Import", argsOf(model.path));
-    runtime->commit(transaction);
-    std::vector<VlScenelib::LocationEvent> events;
-    while (events.empty()) {
-        client->getLocationEvents(events, -1);
-    }
+    setArgs(argsOf(model.path));
+    until(isReading);
     client.reset();
     op.reset();
     runtime.reset();
     engine.reset();
+    until([] { return !isReading(); });
 }
 
 } // namespace
