@@ -167,7 +167,9 @@ class LayerTest(ManipulatorTest):
         self.assertEqual(axes(), "local")
         self.view.manipulate("TranslateManipulator")
         self.assertEqual((self.view.getManipulatorAxes(), axes()), ("local", "local"))
-        self.assertRaises(ValueError, self.view.setManipulatorAxes, "sideways")
+        with self.assertRaises(ValueError) as context:
+            self.view.setManipulatorAxes("sideways")
+        self.assertEqual(str(context.exception), "\"sideways\" are no axes: \"world\" or \"local\"")
         self.assertEqual((self.view.getManipulatorAxes(), axes()), ("local", "local"))
 
     def testToolsFitLocationsOfTheSceneAndNoErrors(self):

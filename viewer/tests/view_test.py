@@ -245,15 +245,32 @@ class ViewTest(unittest.TestCase):
         self.checkShowsSomething(Picture(self.output))
 
     def testArgumentsAreChecked(self):
-        for arguments in (["--size", "0x5"], ["--size", "20"], ["--size", "99999x1"],
-                          ["--frame", "x"], ["--unknown"], ["--output"], ["--pick", "1"],
-                          ["--pick", "1,2,3"], ["--pick", "1,2,0,3"], ["--pick", "-1,2"],
-                          ["--pick", "1280,0"], ["--pick", "1270,0,11,1"], ["--deep"], ["--proxy"],
-                          ["--camera", "camera1"], ["--camera", "/root/"],
-                          ["--output", "picture.jpg"]):
+        size = "argument --size: \"%s\" is not WIDTHxHEIGHT, 1x1 to 16384x16384"
+        pick = "argument --pick: \"%s\" is not X,Y or X,Y,WIDTH,HEIGHT"
+        beyond = "--pick %s reaches beyond the picture of 1280x720"
+        camera = "argument --camera: \"%s\" is not the path of a location, \"/root/...\""
+        for arguments, problem in (
+                (["--size", "0x5"], size % "0x5"),
+                (["--size", "20"], size % "20"),
+                (["--size", "16385x1"], size % "16385x1"),
+                (["--frame", "x"], "argument --frame: invalid float value: 'x'"),
+                (["--unknown"], "unrecognized arguments: --unknown"),
+                (["--output"], "argument --output: expected"),
+                (["--output", "picture.jpg"], "argument --output: pictures are PNG files: "
+                 "\"picture.jpg\" should end in .png"),
+                (["--pick", "1"], pick % "1"),
+                (["--pick", "1,2,3"], pick % "1,2,3"),
+                (["--pick", "1,2,0,3"], pick % "1,2,0,3"),
+                (["--pick=-1,2"], pick % "-1,2"),
+                (["--pick", "1280,0"], beyond % "1280,0,1,1"),
+                (["--pick", "1270,0,11,1"], beyond % "1270,0,11,1"),
+                (["--deep"], "--deep goes with --pick"),
+                (["--proxy"], "argument --proxy: expected"),
+                (["--camera", "camera1"], camera % "camera1"),
+                (["--camera", "/root/"], camera % "/root/")):
             status, lines = self.view(DUCK, *arguments)
             self.assertEqual(status, 2, arguments)
-            self.assertTrue(lines[-1].startswith("view: error: "), lines)
+            self.assertTrue(lines[-1].startswith("view: error: " + problem), lines)
         status, lines = self.view("--proxy", DUCK)
         self.assertEqual((status, lines[-1]), (2, "view: error: --proxy goes with a SCENE"))
 

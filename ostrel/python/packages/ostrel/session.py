@@ -308,6 +308,7 @@ class Session(object):
         self._expander.setOptionByName("collapsed", IntAttribute(1 if isCollapsed else 0))
 
     def isCollapsed(self):
+        """What setCollapsed() was told last."""
         return self._expander.getOptionByName("collapsed").getValue() == 1
 
     def setBoxesShown(self, areShown):
@@ -317,6 +318,7 @@ class Session(object):
         self.delegate.setBoundingBoxesEnabled(self._areBoxesShown)
 
     def areBoxesShown(self):
+        """What setBoxesShown() was told last."""
         return self._areBoxesShown
 
     def setProxiesShown(self, areShown):
@@ -326,6 +328,7 @@ class Session(object):
         self.delegate.setProxyGeometryEnabled(self._areProxiesShown)
 
     def areProxiesShown(self):
+        """What setProxiesShown() was told last."""
         return self._areProxiesShown
 
     def pump(self, progress=None, timeout=None):
