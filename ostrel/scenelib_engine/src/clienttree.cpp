@@ -63,6 +63,7 @@ void ClientTree::align(ClientNode& node, const ChildList::Ptr& list,
     if (before && list && before->getNames() == list->getNames()) {
         return;
     }
+    node.clear(ClientNode::kSynced);
     std::vector<ClientNode*> nodes(list ? list->size() : 0);
     std::vector<std::pair<std::string, ClientNode*>> gone;
     for (ClientNode* kid : kids.nodes) {

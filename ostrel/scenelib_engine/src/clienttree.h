@@ -25,8 +25,11 @@ struct ClientNode {
     static constexpr std::uint16_t kDeparted = 0x80; ///< not in the child list any more
     static constexpr std::uint16_t kExpanded = 0x100;
     static constexpr std::uint16_t kBelowActive = 0x200;
-    static constexpr std::uint16_t kResync = 0x800; ///< its children are to be gone through again
-                                                    ///< when the work under way is done
+    static constexpr std::uint16_t kResync = 0x800;  ///< its children are to be gone through again
+                                                     ///< when the work under way is done
+    static constexpr std::uint16_t kSynced = 0x1000; ///< its children have been gone through since
+                                                     ///< their names changed; what has happened to
+                                                     ///< one of them since was seen to there
 
     ClientNode* parent = nullptr;
     /// The parent's child in the cook tree, perhaps an alias. Null unless live.

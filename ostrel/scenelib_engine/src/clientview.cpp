@@ -42,6 +42,7 @@ void ClientView::setActive(const std::string& path, bool isActive) {
     }
     visits.insert(path);
     if (isActive) {
+        events.noteNews();
         awaitReturn(path);
     } else {
         events.forgetMissing(path);
@@ -152,7 +153,9 @@ void ClientView::setOp(GraphOp* viewedOp) {
         return;
     }
     op->views.push_back(this);
+    events.noteNews();
     top.set(ClientNode::kLive);
+    top.clear(ClientNode::kSynced);
     syncKids(top, requests.begin(), *op->top);
 }
 
@@ -308,9 +311,12 @@ void ClientView::syncKids(ClientNode& node, const RequestTree::Cursor& cursor, C
     node.set(static_cast<std::uint16_t>((cursor.isExpanded ? ClientNode::kExpanded : 0) |
                                         (cursor.isBelowActive ? ClientNode::kBelowActive : 0)));
     noteMissingKids(node, cursor, data.children.get());
-    if (!data.children) {
+    // Of a node that knows no children it isn't known either which names these had.
+    const bool isDone = isAskedAsBefore && node.kids && node.has(ClientNode::kSynced);
+    if (!data.children || isDone) {
         return;
     }
+    node.set(ClientNode::kSynced);
     if (cursor.isExpanded) {
         syncExpanded(node, cursor, data, isAskedAsBefore);
     } else {
@@ -419,7 +425,7 @@ void ClientView::adopt(ClientNode& parent, CookNode& data, std::size_t index,
 
 void ClientView::markLeft(ClientNode& node) {
     node.clear(ClientNode::kLive | ClientNode::kPending | ClientNode::kExpanded |
-               ClientNode::kForced);
+               ClientNode::kForced | ClientNode::kSynced);
     node.source = nullptr;
     if (group->views.size() > 1) {
         // Until it comes back the viewer may hear of it from another client, other data or that it
@@ -430,7 +436,7 @@ void ClientView::markLeft(ClientNode& node) {
 }
 
 void ClientView::markPending(ClientNode& node) {
-    node.clear(ClientNode::kLive | ClientNode::kExpanded);
+    node.clear(ClientNode::kLive | ClientNode::kExpanded | ClientNode::kSynced);
     node.set(ClientNode::kPending);
     node.source = nullptr;
     if (node.kids) {
@@ -504,6 +510,9 @@ void ClientView::endWork(ClientNode& parent) {
     }
     const bool needsResync = parent.has(ClientNode::kResync);
     parent.clear(ClientNode::kResync);
+    if (needsResync) {
+        parent.clear(ClientNode::kSynced);
+    }
     CookNode* data = parent.has(ClientNode::kLive) ? getData(parent) : nullptr;
     if (needsResync && data) {
         syncKids(parent, getCursor(parent), *data);
@@ -521,12 +530,16 @@ std::size_t ClientView::skipUnwanted(ClientWork& piece) const {
     const auto isKidWanted = [&](std::size_t i) {
         return requests.descend(cursor, piece.data->children->getName(i)).isWanted;
     };
+    const std::size_t from = piece.from;
     while (piece.from < piece.to && !isKidWanted(piece.from)) {
         ++piece.from;
     }
     std::size_t end = piece.from;
     while (end < piece.to && isKidWanted(end)) {
         ++end;
+    }
+    if (piece.from > from) {
+        piece.parent->clear(ClientNode::kSynced);
     }
     return end;
 }
@@ -583,6 +596,8 @@ void ClientView::finishWork(const ClientWork& piece, const WaitingChildren& wait
         const RequestTree::Cursor kidCursor = requests.descend(cursor, data.children->getName(i));
         if (kidCursor.isWanted) {
             adopt(parent, data, i, kidCursor);
+        } else {
+            parent.clear(ClientNode::kSynced);
         }
     }
     endWork(parent);

@@ -292,7 +292,7 @@ Inbox::Activity Engine::step() {
     return isAnyWaiting ? Inbox::Activity::Waiting : Inbox::Activity::Idle;
 }
 
-void Engine::recook(std::unique_lock<std::mutex>& lock) {
+void Engine::recook(std::unique_lock<AdaptiveMutex>& lock) {
     Recooking::Slice slice = recooking.takeSlice(batchSize);
     if (slice.nodes.empty()) {
         return;
@@ -308,7 +308,7 @@ void Engine::recook(std::unique_lock<std::mutex>& lock) {
     recooking.storeSlice(slice);
 }
 
-bool Engine::cookWanted(std::unique_lock<std::mutex>& lock) {
+bool Engine::cookWanted(std::unique_lock<AdaptiveMutex>& lock) {
     // Pieces small enough that all threads get some.
     const std::size_t pieceSize =
         std::max<std::size_t>(1, batchSize / (4 * workers.getNumberOfWorkers()));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "adaptivemutex.h"
 #include "clientview.h"
 #include "cooker.h"
 #include "graphedit.h"
@@ -102,8 +103,8 @@ private:
     [[nodiscard]] GraphOp& ensureOp(const OpRecord& record);
     /// One batch of work.
     Inbox::Activity step();
-    void recook(std::unique_lock<std::mutex>& lock);
-    bool cookWanted(std::unique_lock<std::mutex>& lock);
+    void recook(std::unique_lock<AdaptiveMutex>& lock);
+    bool cookWanted(std::unique_lock<AdaptiveMutex>& lock);
     void cookPiece(Piece& piece);
     /// Once all is cooked but for what waits. Whether there was any.
     bool dropUnwantedWaiting();
@@ -121,7 +122,7 @@ private:
     std::unordered_map<int, std::weak_ptr<OpRecord>> records;
 
     /// Guards everything below.
-    std::mutex stateMutex;
+    AdaptiveMutex stateMutex;
     Cooker cooker{[box = inbox] { box->postArrival(); }};
     Recooking recooking{cooker};
     std::unordered_map<int, std::unique_ptr<GraphOp>> ops;

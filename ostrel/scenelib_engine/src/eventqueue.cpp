@@ -12,6 +12,7 @@ void EventQueue::add(ClientNode& node) {
     if (!node.has(ClientNode::kQueued)) {
         node.set(ClientNode::kQueued);
         queue.push_back(&node);
+        noteNews();
     }
 }
 
@@ -28,7 +29,11 @@ bool EventQueue::next(std::string& paths, LocationReport& report) {
         tell(*node, paths, report);
         return true;
     }
-    return tellMissing(paths, report);
+    if (tellMissing(paths, report)) {
+        return true;
+    }
+    noteWhatIsLeft();
+    return false;
 }
 
 bool EventQueue::hasNext() {
@@ -36,10 +41,20 @@ bool EventQueue::hasNext() {
     if (findNext()) {
         return true;
     }
-    return std::any_of(missing.begin(), missing.end(),
-                       [&](const std::string& path) { return isStillMissing(path); }) ||
-           (view.getOp() && std::any_of(requests.malformed.begin(), requests.malformed.end(),
-                                        [](const auto& entry) { return entry.second; }));
+    if (std::any_of(missing.begin(), missing.end(),
+                    [&](const std::string& path) { return isStillMissing(path); }) ||
+        (view.getOp() && std::any_of(requests.malformed.begin(), requests.malformed.end(),
+                                     [](const auto& entry) { return entry.second; }))) {
+        return true;
+    }
+    noteWhatIsLeft();
+    return false;
+}
+
+// What came up while the drain went on lies behind its end.
+void EventQueue::noteWhatIsLeft() noexcept {
+    mayHaveNews.store(!queue.empty() || !staged.empty() || !missing.empty(),
+                      std::memory_order_relaxed);
 }
 
 bool EventQueue::hasNews(const ClientNode& node) const {

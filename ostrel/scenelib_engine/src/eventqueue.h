@@ -6,6 +6,7 @@
 #include "VlAttribute/GroupAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <set>
@@ -41,7 +42,17 @@ public:
     /// Something about the node may be to be told.
     void add(ClientNode& node);
     /// The path is active, and known not to exist.
-    void addMissing(std::string path) { missing.insert(std::move(path)); }
+    void addMissing(std::string path) {
+        missing.insert(std::move(path));
+        noteNews();
+    }
+    /// Something else may be to be told.
+    void noteNews() noexcept { mayHaveNews.store(true, std::memory_order_release); }
+    /// True unless nothing has come up since a drain left nothing. Needs no lock, so that who often
+    /// looks for news and finds none doesn't meet the coordinator. [any-thread]
+    [[nodiscard]] bool isWorthDraining() const noexcept {
+        return mayHaveNews.load(std::memory_order_acquire);
+    }
 
     /// Begins a drain: next() then gives only what is in the queue now.
     void beginDrain();
@@ -76,6 +87,7 @@ private:
 
     /// The node of which the next report tells, null when there is none.
     ClientNode* findNext();
+    void noteWhatIsLeft() noexcept;
     [[nodiscard]] bool hasNews(const ClientNode& node) const;
     [[nodiscard]] static bool hasToldKid(const ClientNode& node);
     /// Decides for the node and all below it what is to be told gone.
@@ -113,6 +125,7 @@ private:
     std::string prefix;
     bool isCaching = false;
     std::unordered_map<std::string, LocationReport> cache;
+    std::atomic<bool> mayHaveNews{false};
 };
 
 } // namespace VlScenelibEngine

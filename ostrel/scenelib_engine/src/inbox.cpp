@@ -21,10 +21,13 @@ bool replaces(const GraphCommit& commit, const GraphCommit& before) {
 
 template <typename Change>
 void Inbox::post(Change&& change) {
-    const std::lock_guard lock(mutex);
-    change();
-    idle = false;
-    waiting.store(true, std::memory_order_release);
+    {
+        const std::lock_guard lock(mutex);
+        change();
+        idle = false;
+        waiting.store(true, std::memory_order_release);
+    }
+    // Not with the lock held, for which the coordinator would have to sleep again.
     arrived.notify_one();
 }
 

@@ -229,6 +229,10 @@ std::uint32_t getLocationEvents(ScenelibClientHandle client, ScenelibLocationRec
                                 std::uint32_t capacity, int isContinuation, std::size_t* left) {
     std::string& paths = client->paths;
     paths.clear();
+    *left = 0;
+    if (!client->view->getEvents().isWorthDraining()) {
+        return 0;
+    }
     const std::uint32_t count = client->engine->query(*client->view, [&](ClientView& view) {
         EventQueue& events = view.getEvents();
         events.beginBatch();
@@ -256,8 +260,11 @@ std::uint32_t getLocationEvents(ScenelibClientHandle client, ScenelibLocationRec
 }
 
 int hasLocationEvents(ScenelibClientHandle client) {
-    return client->engine->query(
-        *client->view, [](ClientView& view) { return view.getEvents().hasNext() ? 1 : 0; });
+    return client->view->getEvents().isWorthDraining() &&
+                   client->engine->query(
+                       *client->view, [](ClientView& view) { return view.getEvents().hasNext(); })
+               ? 1
+               : 0;
 }
 
 } // namespace
