@@ -338,6 +338,7 @@ class Session(object):
         timeout is in seconds. Returns whether everything is done.
         """
         begin = time.time()
+        isCooked = False
         while True:
             self.delegate.processLocationEvents()
             if not self.delegate.isProcessing():
@@ -347,8 +348,9 @@ class Session(object):
                 return False
             if timeout is not None and elapsed >= timeout:
                 return False
-            if PyScenelib.waitUntilIdle(_PUMP_PERIOD):
+            if isCooked:
                 time.sleep(_PROXY_PERIOD)
+            isCooked = PyScenelib.waitUntilIdle(_PUMP_PERIOD)
 
     def getLocations(self):
         """The paths of all locations that the viewer knows, in order: parents before children. Those
