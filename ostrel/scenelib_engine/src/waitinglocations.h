@@ -4,11 +4,12 @@
 
 #include <cstddef>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace VlScenelibEngine {
@@ -26,15 +27,22 @@ public:
 
     /// Each takes some, to be cooked. What they have waited for is kept until letGo().
     [[nodiscard]] std::set<std::string> takeArrived() {
-        return take([](const std::string&, const Awaited& awaited) { return awaited.isThere(); });
+        return take([](const Awaited& awaited) { return awaited.isThere(); });
     }
     [[nodiscard]] std::set<std::string> takeAll() {
-        return take([](const std::string&, const Awaited&) { return true; });
+        return take([](const Awaited&) { return true; });
     }
-    [[nodiscard]] std::set<std::string> takeAtOrBelow(std::string_view top) {
-        return take([top](const std::string& path, const Awaited&) {
-            return path.starts_with(top) && (path.size() == top.size() || path[top.size()] == '/');
-        });
+    [[nodiscard]] std::set<std::string> takeAtOrBelow(const std::string& top) {
+        std::set<std::string> paths;
+        if (const auto place = waiting.find(top); place != waiting.end()) {
+            takeAt(place, paths);
+        }
+        const std::string prefix = top + '/';
+        for (auto place = waiting.lower_bound(prefix);
+             place != waiting.end() && place->first.starts_with(prefix);) {
+            place = takeAt(place, paths);
+        }
+        return paths;
     }
     /// To be called when all those taken have been cooked.
     void letGo() noexcept { taken.clear(); }
@@ -47,22 +55,26 @@ public:
     }
 
 private:
+    using Waiting = std::map<std::string, std::shared_ptr<Awaited>>;
+
     template <typename Which>
     std::set<std::string> take(Which&& which) {
         std::set<std::string> paths;
-        std::erase_if(waiting, [&](const auto& entry) {
-            const auto& [path, awaited] = entry;
-            if (!which(path, *awaited)) {
-                return false;
-            }
-            paths.insert(path);
-            taken.push_back(awaited);
-            return true;
-        });
+        for (auto place = waiting.begin(); place != waiting.end();) {
+            place = which(*place->second) ? takeAt(place, paths) : std::next(place);
+        }
         return paths;
     }
+    /// Returns the place behind.
+    Waiting::iterator takeAt(Waiting::iterator place, std::set<std::string>& paths) {
+        const auto behind = std::next(place);
+        auto node = waiting.extract(place);
+        taken.push_back(std::move(node.mapped()));
+        paths.insert(std::move(node.key()));
+        return behind;
+    }
 
-    std::map<std::string, std::shared_ptr<Awaited>> waiting;
+    Waiting waiting;
     std::vector<std::shared_ptr<Awaited>> taken;
 };
 
