@@ -1,5 +1,6 @@
 #include "manipulatorregistry.h"
 
+#include "pluginentries.h"
 #include "plugininstance.h"
 
 #include "VlAttribute/GroupBuilder.h"
@@ -25,7 +26,8 @@ GroupAttribute collectTags(const Predicate& isListed) {
     GroupBuilder info;
     for (const std::string& name : names) {
         const ManipulatorPluginSuite* const suite = loadManipulatorSuite(name);
-        if (suite && isListed(*suite))
+        // One that no instance can be made of must not keep the others from being listed.
+        if (suite && getMissingEntries(PluginKind::Manipulator, suite).empty() && isListed(*suite))
             info.set(name, GroupAttribute(Attribute::CreateAndSteal(suite->getTags())));
     }
     return info.build();

@@ -1,5 +1,7 @@
 #include "plugininstance.h"
 
+#include "pluginentries.h"
+
 #include "VlLogging/VlLoggerGlue.h"
 #include "VlPluginSystem/PluginManager.h"
 
@@ -66,8 +68,11 @@ const void* loadPluginSuite(PluginKind kind, std::string_view pluginName) {
 
 const void* findPluginSuite(PluginKind kind, std::string_view pluginName) {
     const void* const suite = loadPluginSuite(kind, pluginName);
+    const char* const prefix = pluginKindInfo(kind).noSuitePrefix;
     if (!suite)
-        throwText(pluginKindInfo(kind).noSuitePrefix, pluginName, kQuoteStop);
+        throwText(prefix, pluginName, kQuoteStop);
+    if (const std::string missing = getMissingEntries(kind, suite); !missing.empty())
+        throwText(prefix, pluginName, ("': it lacks the functions " + missing + ".").c_str());
     return suite;
 }
 

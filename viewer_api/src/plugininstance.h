@@ -38,7 +38,8 @@ struct PluginKindInfo {
 /// there. [ui-thread]
 [[nodiscard]] const void* loadPluginSuite(PluginKind kind, std::string_view pluginName);
 
-/// The same, where having no suite is an error too, with the kind's text.
+/// The same, where having no suite, or one with an entry missing, is an error too: with the kind's
+/// text, and the names of what is missing.
 [[nodiscard]] const void* findPluginSuite(PluginKind kind, std::string_view pluginName);
 
 /// Throws the kind's text for a create entry that answered null.

@@ -91,6 +91,17 @@ TEST_F(ManipulatorRegistry, theTagsReferenceIsTakenOver) {
     EXPECT_EQ(handle->refCount, 2U) << "the plug-in's and the answer's";
 }
 
+TEST_F(ManipulatorRegistry, oneWithGapsInItsTableIsPassedOverAndTheOthersAreListed) {
+    ManipulatorPluginSuite table = *loadManipulatorSuite("Move");
+    table.getTags = nullptr;
+    const VlPluginRecord gaps = {VL_MANIPULATOR_PLUGIN_TYPE, "Gaps",
+                                 VL_MANIPULATOR_PLUGIN_API_VERSION, &table};
+    ASSERT_TRUE(VlPluginSystem::registerPlugin(gaps));
+    EXPECT_FALSE(getRegisteredManipulatorsInfo().getChildByName("Gaps").isValid());
+    EXPECT_TRUE(getRegisteredManipulatorsInfo().getChildByName("Aim").isValid());
+    VlPluginSystem::unregisterPlugin(gaps.typeName, gaps.name, gaps.apiVersion);
+}
+
 // ---- Loading
 
 TEST_F(ManipulatorRegistry, anUnknownManipulatorIsAnErrorThatNamesIt) {

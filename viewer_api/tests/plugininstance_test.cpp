@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -14,21 +15,28 @@
 namespace ViewerAPI {
 namespace {
 
-/// The two entries that every kind's table begins with.
-struct FirstEntries {
+/// The two entries that every kind's table begins with, and more than any kind has behind them.
+struct Table {
     void* (*create)(void* host);
     void (*destroy)(void* instance);
+    std::array<void (*)(), 20> others = makeOthers();
+
+    static constexpr std::array<void (*)(), 20> makeOthers() {
+        std::array<void (*)(), 20> others{};
+        others.fill([] {});
+        return others;
+    }
 };
 
 int anInstance = 0;
 int numberOfDestroys = 0;
 
-constexpr FirstEntries kWorking{[](void*) -> void* { return &anInstance; },
-                                [](void*) { ++numberOfDestroys; }};
-constexpr FirstEntries kRefusing{[](void*) -> void* { return nullptr; },
-                                 [](void*) { ++numberOfDestroys; }};
-constexpr FirstEntries kThrowing{[](void*) -> void* { throw std::runtime_error("no memory"); },
-                                 [](void*) { throw std::runtime_error("in destroy"); }};
+constexpr Table kWorking{[](void*) -> void* { return &anInstance; },
+                         [](void*) { ++numberOfDestroys; }};
+constexpr Table kRefusing{[](void*) -> void* { return nullptr; },
+                          [](void*) { ++numberOfDestroys; }};
+constexpr Table kThrowing{[](void*) -> void* { throw std::runtime_error("no memory"); },
+                          [](void*) { throw std::runtime_error("in destroy"); }};
 
 struct Registration {
     Registration(PluginKind kind, const void* suite)
@@ -97,7 +105,7 @@ protected:
             [&] { createPluginInstance(GetParam().kind, "Plug", &host, suite, instance); });
     }
     int host = 0;
-    const FirstEntries* suite = nullptr;
+    const Table* suite = nullptr;
     void* instance = nullptr;
 };
 
@@ -121,6 +129,14 @@ TEST_P(PluginInstance, failsWithTheFirstTextWhenTheVersionIsAnother) {
 TEST_P(PluginInstance, failsWithTheSecondTextWhenThePluginHasNoSuite) {
     const Registration registration(GetParam().kind, nullptr);
     EXPECT_EQ(create(), GetParam().noSuite);
+}
+
+TEST_P(PluginInstance, failsWithTheSecondTextAndWhatIsMissingWhenTheTableHasGaps) {
+    static constexpr Table kWithoutCreate{nullptr, kWorking.destroy};
+    const Registration registration(GetParam().kind, &kWithoutCreate);
+    const std::string noSuite = GetParam().noSuite;
+    EXPECT_EQ(create(), noSuite.substr(0, noSuite.size() - 1) + ": it lacks the functions create.");
+    EXPECT_EQ(suite, nullptr);
 }
 
 TEST_P(PluginInstance, failsWithTheThirdTextWhenCreateAnswersNullAndKeepsTheSuite) {
@@ -155,7 +171,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, PluginInstance, testing::ValuesIn(kKinds),
 
 TEST(PluginInstanceKinds, aKnownNameUnderAnotherKindIsNotThere) {
     const Registration registration(PluginKind::ViewportLayer, &kWorking);
-    const FirstEntries* suite = nullptr;
+    const Table* suite = nullptr;
     void* instance = nullptr;
     EXPECT_EQ(failureOf([&] {
                   createPluginInstance(PluginKind::ViewerDelegateComponent, "Plug", nullptr, suite,
@@ -165,13 +181,13 @@ TEST(PluginInstanceKinds, aKnownNameUnderAnotherKindIsNotThere) {
 }
 
 TEST(PluginInstanceSuite, isStoredBeforeCreateRuns) {
-    static const FirstEntries* seen = nullptr;
-    static const FirstEntries* stored = nullptr;
-    static constexpr FirstEntries kLooking{[](void*) -> void* {
-                                               seen = stored;
-                                               return &anInstance;
-                                           },
-                                           [](void*) {}};
+    static const Table* seen = nullptr;
+    static const Table* stored = nullptr;
+    static constexpr Table kLooking{[](void*) -> void* {
+                                        seen = stored;
+                                        return &anInstance;
+                                    },
+                                    [](void*) {}};
     const Registration registration(PluginKind::Viewport, &kLooking);
     void* instance = nullptr;
     createPluginInstance(PluginKind::Viewport, "Plug", nullptr, stored, instance);
@@ -179,7 +195,7 @@ TEST(PluginInstanceSuite, isStoredBeforeCreateRuns) {
 }
 
 TEST(PluginInstanceDestroy, endsAnExceptionWithALoggedLine) {
-    static constexpr FirstEntries kThrowingAnything{nullptr, [](void*) { throw 1; }};
+    static constexpr Table kThrowingAnything{nullptr, [](void*) { throw 1; }};
     for (const auto& [suite, text] :
          {std::pair{&kThrowing, "A plug-in threw from its destroy entry: in destroy"},
           {&kThrowingAnything, "A plug-in threw from its destroy entry: unknown C++ exception"}}) {

@@ -38,7 +38,8 @@ typedef struct VlPluginRecord {
     uint32_t apiVersion;
 
     /* The kind's table of function pointers. Null is taken, but makes every attempt to create an
-     * instance fail. */
+     * instance fail, and so does a table with a null entry, unless its header says that the entry
+     * is never called. */
     const void* suite;
 } VlPluginRecord;
 
