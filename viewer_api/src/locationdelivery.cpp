@@ -29,7 +29,7 @@ void LocationDelivery::flush(bool notifyFactories) {
                 batch.factories = Factories::PassedOver;
         }
     }
-    if (pauses_ > 0) {
+    if (isKeptStill()) {
         isFlushWanted_ = true;
         return;
     }
@@ -54,11 +54,6 @@ void LocationDelivery::flush(bool notifyFactories) {
         if (hadChanges && !delegate_.isFrozenDueToManipulation())
             delegate_.callPythonCallback("__SELECTED_ENABLED_LOCATIONS_CHANGED", {});
     }
-}
-
-void LocationDelivery::resume() {
-    if (pauses_ == 0 && isFlushWanted_)
-        flush(true);
 }
 
 void LocationDelivery::deliver(Batch& batch) {

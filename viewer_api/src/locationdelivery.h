@@ -1,5 +1,6 @@
 #pragma once
 
+#include "callboth.h"
 #include "componentlist.h"
 #include "locationchange.h"
 
@@ -27,8 +28,8 @@ public:
     /// and then to the delegate, record by record, and as a whole to the factories; then what
     /// changed in the sources tree to the delegate alone. If the primary tree had changes and no
     /// manipulation holds events back, the user interface hears
-    /// "__SELECTED_ENABLED_LOCATIONS_CHANGED". Does nothing but remember the wish while a Pause
-    /// stands.
+    /// "__SELECTED_ENABLED_LOCATIONS_CHANGED". Does nothing but remember the wish while the trees
+    /// are kept still.
     ///
     /// Without `notifyFactories` the factories are told neither of this nor of what is under way,
     /// and drop all that they hold when plug-ins have heard of it: that is how a scene is taken
@@ -38,27 +39,20 @@ public:
     /// Whether everything that was to be flushed has been delivered.
     [[nodiscard]] bool isIdle() const noexcept { return batches_.empty() && !isFlushWanted_; }
 
-    /// Whether a scene is to be taken down as soon as no Pause stands. What comes back until then
-    /// would hide that it ever went.
-    [[nodiscard]] bool isTakingDown() const noexcept { return isTakeDownWanted_; }
+    /// Keeps the trees' nodes in place while `walk` walks them and calls plug-ins on the way: no
+    /// collection happens until the outermost such walk is over. The flush that it puts off is done
+    /// then, also when the walk throws.
+    template <class Walk>
+    void keepStill(const Walk& walk) {
+        ++walks_;
+        callBoth(walk, [this] {
+            if (--walks_ == 0 && isFlushWanted_)
+                flush(true);
+        });
+    }
 
-    /// Keeps the trees' nodes in place while one walks them and calls plug-ins on the way: no
-    /// collection happens as long as it stands. The owner of the last one calls resume() after it.
-    class Pause {
-    public:
-        explicit Pause(LocationDelivery& delivery) noexcept : delivery_(delivery) {
-            ++delivery_.pauses_;
-        }
-        ~Pause() { --delivery_.pauses_; }
-        Pause(const Pause&) = delete;
-        Pause& operator=(const Pause&) = delete;
-
-    private:
-        LocationDelivery& delivery_;
-    };
-
-    /// Does the flush that a pause put off, if there was one.
-    void resume();
+    /// Whether such a walk is under way.
+    [[nodiscard]] bool isKeptStill() const noexcept { return walks_ > 0; }
 
 private:
     enum class Factories { Told, PassedOver, Emptied };
@@ -80,7 +74,7 @@ private:
     VlViewerDelegateHostStruct& delegate_;
     std::deque<Batch> batches_;
     bool isDelivering_ = false;
-    int pauses_ = 0;
+    int walks_ = 0;
     bool isFlushWanted_ = false;
     bool isTakeDownWanted_ = false;
 };

@@ -122,8 +122,10 @@ void VlViewerDelegateHostStruct::processLocationEvents() {
     const HostCall call(*this);
     manipulationFreeze.update(*bridge);
     // The bridge may pump again while events are being handled. What the outer pump holds is older
-    // than what waits in the clients, and must come first.
-    if (!manipulationFreeze.isFrozen() && !isHandlingEvents_ && !delivery_.isTakingDown())
+    // than what waits in the clients, and must come first. And no plug-in is told of anything while
+    // the tree is kept still: if the scene were taken down then, what this pump brings would hide
+    // that it ever went.
+    if (!manipulationFreeze.isFrozen() && !isHandlingEvents_ && !delivery_.isKeptStill())
         fetchAndHandleEvents();
     flushLocationChanges(true);
     // What plug-ins change while they are told, such as a location that one opens on hearing of it,
@@ -400,11 +402,8 @@ DoubleAttribute VlViewerDelegateHostStruct::computeMergedExtent(const char* cons
                                                                 const std::string& excludePath) {
     const HostCall call(*this);
     DoubleAttribute extent;
-    {
-        const LocationDelivery::Pause pause(delivery_);
-        extent = SceneBounds(*this).computeMergedExtent(paths, count, excludePath);
-    }
-    delivery_.resume();
+    delivery_.keepStill(
+        [&] { extent = SceneBounds(*this).computeMergedExtent(paths, count, excludePath); });
     return extent;
 }
 

@@ -356,6 +356,21 @@ TEST_F(FlushedLocations, haveTheirBoxesWhenTheTreeIsWalkedMeanwhile) {
     expectBoxesThatTheFactoriesKnow();
 }
 
+TEST_F(FlushedLocations, haveTheirBoxesWhenAPumpWithinAWalkIsWhatTakesThemDown) {
+    showTwoBoxes();
+    bridge.onCall = [this, isDone = false](const std::string& call) mutable {
+        if (call == "cleanupLiveAttributes /root" && !std::exchange(isDone, true))
+            delegate->flushCaches();
+    };
+    plugin.onCall = [this, isDone = false](std::string_view entry, std::string_view) mutable {
+        if (entry == "getBounds" && !std::exchange(isDone, true))
+            bringBack();
+    };
+    const char* const path = "/root";
+    static_cast<void>(delegate->computeMergedExtent(&path, 1, ""));
+    expectBoxesThatTheFactoriesKnow();
+}
+
 // ---- On and off
 
 TEST_F(GeneratedLocations, boxesAreOnAtFirstAndCanBeSwitched) {
