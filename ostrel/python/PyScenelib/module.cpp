@@ -1,4 +1,4 @@
-#include "pythoncompat.h"
+#include "pythonmodule.h"
 
 #include "PyVlAttribute/PyVlAttribute.h"
 #include "VlScenelibEngine/OpType.h"

@@ -2,6 +2,7 @@
 
 #include "boundary.h"
 #include "graphargs.h"
+#include "pythonmodule.h"
 
 #include <memory>
 #include <string>

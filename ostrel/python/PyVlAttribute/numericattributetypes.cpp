@@ -1,5 +1,6 @@
 #include "attributeobject.h"
 #include "boundary.h"
+#include "pythonmodule.h"
 #include "samplearguments.h"
 
 #include <cmath>

@@ -2,6 +2,7 @@
 
 #include "VlLogging/VlLoggerGlue.h"
 #include "boundary.h"
+#include "pythonmodule.h"
 #include "pythonsink.h"
 
 #include <optional>

@@ -3,6 +3,7 @@
 #include "VlPluginSystem/PluginManager.h"
 #include "VlPluginSystem/VlPluginSystem.h"
 #include "boundary.h"
+#include "pythonmodule.h"
 
 #include <cstdint>
 #include <limits>

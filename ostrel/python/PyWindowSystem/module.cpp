@@ -2,6 +2,7 @@
 
 #include "VlWindowSystem/Offscreen.h"
 #include "boundary.h"
+#include "pythonmodule.h"
 
 #include <stdexcept>
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pyreference.h"
+#include "pythonmodule.h"
 
 #include "hostobject.h"
 

@@ -40,6 +40,8 @@ PyObject* activateManipulator(PyViewportObject& self, PyObject* args) {
     TextArgument pluginName;
     PyObject* list = nullptr; // borrowed
     int signal = 0;
+    // What is no list gets the parser's own error here, unlike in the methods of delegates: scripts
+    // know it so.
     if (!parseArguments(args, "sO!i", pluginName, &PyList_Type, &list, &signal)) {
         return nullptr;
     }

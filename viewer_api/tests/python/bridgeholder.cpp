@@ -1,4 +1,5 @@
 #include "pymanipulatorbridge.h"
+#include "pythonmodule.h"
 #include "textargument.h"
 
 #include "PyVlAttribute/PyVlAttribute.h"

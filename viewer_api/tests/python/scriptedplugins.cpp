@@ -1,3 +1,4 @@
+#include "pythonmodule.h"
 #include "textargument.h"
 
 #include "PyVlAttribute/PyVlAttribute.h"
