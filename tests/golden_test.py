@@ -72,7 +72,8 @@ class Shown(object):
             layer.setOptionByName(name, value)
         view.viewport.setOptionByName("draft", IntAttribute(1 if self.golden.draft else 0))
         view.orbit.yaw, view.orbit.pitch = self.golden.look
-        view.frame()
+        # By what locations tell, not by what shows: that stands in the same place open and closed.
+        view.frame(self.session.delegate.computeMergedExtent(["/root"]))
         if self.golden.move:
             self.golden.move(view.orbit)
             view.updateCamera()

@@ -10,6 +10,8 @@ namespace {
 /// How far around the scene the ground is seen, by the scene's radius.
 constexpr double kGround = 20.0;
 constexpr double kLargestRatio = 1e5;
+/// Of the reach.
+constexpr double kSmallestInterest = 1e-18;
 
 bool isPerspective(const Imath::M44d& projection) {
     return projection[2][3] == -1.0 && projection[3][3] == 0.0;
@@ -43,8 +45,12 @@ DepthRange DepthRange::around(const Imath::Box3d& bounds, const Imath::M44d& wor
     const double reach = std::max(farPlane, radius);
     // The ground in front of the scene is seen as well, hence not all of the free distance.
     const double free = (distance - halfDepth) / 2.0;
-    const double among = std::min(centerOfInterest / 20.0, reach / 1000.0);
-    return {std::max({free, among, reach / kLargestRatio}), reach};
+    // One that can't be meant says nothing.
+    const double interest = centerOfInterest > kSmallestInterest * reach ? centerOfInterest : reach;
+    const double among = std::min(interest / 20.0, reach / 1000.0);
+    // A location that strayed far off must not take away what the camera looks at.
+    const double bounded = std::min(interest / 2.0, reach / kLargestRatio);
+    return {std::max({free, among, bounded}), reach};
 }
 
 Imath::M44d withDepthRange(const Imath::M44d& projection, const DepthRange& range) {

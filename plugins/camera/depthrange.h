@@ -16,8 +16,9 @@ struct DepthRange {
     ///
     /// Of a perspective, near is positive and far at most 100,000 times as far, so that a depth
     /// buffer of 24 bits tells surfaces apart: what is nearer than a twentieth of the centre of
-    /// interest may be cut off where the camera stands among things. Otherwise the range reaches
-    /// behind the camera too.
+    /// interest may be cut off where the camera stands among things. But near is never farther than
+    /// half that centre, unless nothing is there: in a scene that reaches too far for both, far
+    /// surfaces are told apart less well. Otherwise the range reaches behind the camera too.
     static DepthRange around(const Imath::Box3d& bounds, const Imath::M44d& worldToView,
                              bool isPerspective, double centerOfInterest);
 };

@@ -1,5 +1,6 @@
 #include "delegate/scenedelegate.h"
 
+#include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 #include "viewer_api/plugin/ViewportHost.h"
 
@@ -23,8 +24,20 @@ void SceneDelegate::locationsSelected(std::span<const char* const> paths) {
 }
 
 VlAttribute::Attribute SceneDelegate::getOption(std::uint64_t optionId) {
-    return optionId == locationsId ? VlAttribute::StringAttribute(mirror.getLocationPaths())
-                                   : Attribute();
+    if (optionId == locationsId) {
+        return VlAttribute::StringAttribute(mirror.getLocationPaths());
+    }
+    return optionId == boundsId ? getDrawnBounds() : Attribute();
+}
+
+VlAttribute::DoubleAttribute SceneDelegate::getDrawnBounds() {
+    mirror.update();
+    const Imath::Box3d box = mirror.getBounds();
+    if (box.isEmpty()) {
+        return {};
+    }
+    return VlAttribute::DoubleAttribute(
+        {box.min.x, box.max.x, box.min.y, box.max.y, box.min.z, box.max.z});
 }
 
 std::shared_ptr<GpuScene> SceneDelegate::shareGpuScene() {

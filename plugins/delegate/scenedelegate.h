@@ -13,8 +13,10 @@ namespace Bundled {
 /// "SceneDelegate": mirrors what it is told for the layers of this library to draw. It opens no
 /// location by itself, and knows no bounds that the host could not compute.
 ///
-/// Option "locations" (strings, read only): the paths of all that it was told of, parents before
-/// children.
+/// Options, read only. "locations" (strings): the paths of all that it was told of, parents before
+/// children. "bounds" (6 doubles): the box in world space around all that is there to be drawn;
+/// null when nothing is. Unlike the host's extents it goes by geometry alone, and follows every
+/// move of it, also below locations whose `bound` does not.
 ///
 /// Layers find it through their viewport's delegate (`pluginCast<SceneDelegate>`), from the second
 /// of their calls on: while a viewport is made, its delegate may not be there yet.
@@ -37,7 +39,10 @@ public:
 private:
     void askForPictures();
 
+    VlAttribute::DoubleAttribute getDrawnBounds();
+
     const std::uint64_t locationsId = ViewerPlugin::optionId("locations");
+    const std::uint64_t boundsId = ViewerPlugin::optionId("bounds");
     SceneMirror mirror;
     std::weak_ptr<GpuScene> gpuScene;
     bool pictureIsCurrent = true;

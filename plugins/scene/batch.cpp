@@ -4,6 +4,14 @@
 
 namespace Bundled {
 
+namespace {
+
+/// Lengths are squared in single precision as they are drawn: what is farther away than this shows
+/// nothing.
+constexpr double kFarthest = 1e15;
+
+} // namespace
+
 void Batch::setInstance(std::size_t position, const Instance& instance) {
     instances[position] = instance;
     noteBoundsChange(position);
@@ -62,6 +70,9 @@ Imath::Box3d Batch::getInstanceBounds(std::size_t position) const {
                               center.z * rows[2][axis] + rows[3][axis];
         const double reach = half.x * std::abs(rows[0][axis]) + half.y * std::abs(rows[1][axis]) +
                              half.z * std::abs(rows[2][axis]);
+        if (!(std::abs(middle) + reach < kFarthest)) {
+            return {};
+        }
         box.min[axis] = middle - reach;
         box.max[axis] = middle + reach;
     }

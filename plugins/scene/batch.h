@@ -49,6 +49,7 @@ struct Batch {
 
     /// Brings `bounds` and `isMirrored` up to date.
     void updateBounds();
+    /// Empty where a place in it is farther than 1e15 from the origin, or no number.
     [[nodiscard]] Imath::Box3d getInstanceBounds(std::size_t position) const;
     /// Appends the instances that a frustum in world space can see, but for a few more near its
     /// edges.

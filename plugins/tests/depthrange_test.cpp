@@ -50,7 +50,8 @@ TEST(DepthRange, ofAPerspectiveIsPositiveAndBounded) {
                 const auto range = DepthRange::around(box, viewFrom(distance), true, center);
                 EXPECT_GT(range.nearPlane, 0.0);
                 EXPECT_GT(range.farPlane, range.nearPlane);
-                EXPECT_LE(range.farPlane / range.nearPlane, 1e5 * 1.001);
+                EXPECT_LE(range.farPlane / range.nearPlane,
+                          std::max(1e5, 2.0 * range.farPlane / center) * 1.001);
             }
         }
     }
@@ -60,6 +61,27 @@ TEST(DepthRange, cutsNothingOffAtTheCentreOfInterestOfACameraAmongThings) {
     // As near as the bounded ratio lets it.
     for (const double center : {0.01, 0.1, 1.0}) {
         EXPECT_LT(DepthRange::around(kCube, viewFrom(0.2), true, center).nearPlane, center / 10);
+    }
+}
+
+TEST(DepthRange, holdsWhatTheCameraLooksAtAlsoWhenALocationStrayedFarOff) {
+    for (const double stray : {1e3, 1e6, 1e9, 1e15}) {
+        for (const V3d& direction : {V3d(1, 0, 0), V3d(0, 0, -1), V3d(0, 0, 1)}) {
+            Box3d box = kCube;
+            box.extendBy(direction * stray);
+            const auto range = DepthRange::around(box, viewFrom(4), true, 4);
+            EXPECT_GT(range.nearPlane, 0.0) << stray;
+            EXPECT_LT(range.nearPlane, 3.0) << stray;
+            EXPECT_GT(range.farPlane, 5.0) << stray;
+        }
+    }
+}
+
+TEST(DepthRange, passesOverACentreOfInterestThatCannotBeMeant) {
+    for (const double center : {0.0, -1.0, 5e-324, std::nan("")}) {
+        const auto range = DepthRange::around(kCube, viewFrom(0.2), true, center);
+        EXPECT_GT(range.nearPlane, 1e-6) << center;
+        EXPECT_GT(range.farPlane, range.nearPlane) << center;
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -269,6 +270,19 @@ TEST(SceneMirror, boundsCoverWhatIsVisible) {
     mirror.apply({"/root/a", {}, matrixAttribute(translation(20, 0, 0)), kXform});
     mirror.update();
     EXPECT_EQ(mirror.getBounds(), Imath::Box3d({19, -1, -1}, {21, 1, 1}));
+}
+
+TEST(SceneMirror, boundsPassOverWhatIsTooFarToBeDrawn) {
+    SceneMirror mirror;
+    tell(mirror, "/root/a", cubeLocation(2.0f));
+    tell(mirror, "/root/far", cubeLocation(2.0f), translation(1e30, 0, 0));
+    tell(mirror, "/root/endless", cubeLocation(2.0f), translation(HUGE_VAL, 0, 0));
+    tell(mirror, "/root/nowhere", cubeLocation(2.0f), translation(std::nan(""), 0, 0));
+    mirror.update();
+    EXPECT_EQ(mirror.getBounds(), Imath::Box3d({-1, -1, -1}, {1, 1, 1}));
+    tell(mirror, "/root/far", cubeLocation(2.0f), translation(1e12, 0, 0));
+    mirror.update();
+    EXPECT_GT(mirror.getBounds().max.x, 9e11);
 }
 
 TEST(SceneMirror, boundsFollowSingleLocationsOfALargeBatch) {

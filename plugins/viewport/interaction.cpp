@@ -1,5 +1,6 @@
 #include "viewport/interaction.h"
 
+#include "delegate/scenedelegate.h"
 #include "viewer_api/plugin/ViewerDelegateHost.h"
 
 #include <algorithm>
@@ -160,11 +161,20 @@ void Interaction::frame() const {
         paths.emplace_back(path);
     }
     Imath::Box3d box = paths.empty() ? Imath::Box3d() : boxOf(delegate.computeMergedExtent(paths));
-    if (box.isEmpty()) {
-        paths = {"/root"};
-        box = boxOf(delegate.computeMergedExtent(paths));
+    camera.frame(box.isEmpty() ? getSceneBounds() : box);
+}
+
+Imath::Box3d Interaction::getSceneBounds() const {
+    const ViewerPlugin::Triple delegate = host.getViewerDelegate();
+    Imath::Box3d box;
+    if (auto* scene = ViewerPlugin::pluginCast<SceneDelegate>(delegate)) {
+        scene->getMirror().update();
+        box = scene->getMirror().getBounds();
     }
-    camera.frame(box);
+    const std::vector<std::string> root{"/root"};
+    return box.isEmpty()
+               ? boxOf(ViewerPlugin::ViewerDelegateHost(delegate.host).computeMergedExtent(root))
+               : box;
 }
 
 } // namespace Bundled

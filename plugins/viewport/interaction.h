@@ -44,6 +44,8 @@ private:
     void move(const Event& event);
     bool release(const Event& event);
     void frame() const;
+    /// Around what is drawn, or else around what locations tell of themselves.
+    [[nodiscard]] Imath::Box3d getSceneBounds() const;
 
     const ViewerPlugin::ViewportHost host;
     const CameraController camera;

@@ -31,15 +31,16 @@ def radius(bounds):
 class FakeCamera(object):
     """Records what an orbit sets."""
 
-    def __init__(self, cameraType):
+    def __init__(self, cameraType, fov=60.0):
         self.cameraType = cameraType
+        self.fov = fov
         self.set = {}
 
     def getCameraTypeID(self):
         return self.cameraType
 
     def getFOV(self):
-        return 60.0
+        return self.fov
 
     def getCenterOfInterest(self):
         return self.set["setCenterOfInterest"][0]
@@ -106,7 +107,8 @@ class OrbitTest(unittest.TestCase):
     def testUnusableBoundsBecomeABoxAroundTheOrigin(self):
         inf, nan = float("inf"), float("nan")
         for bounds in (None, (), (1, -1, 0, 0, 0, 0), (0, inf, 0, 1, 0, 1), (nan,) * 6,
-                       (1e308, 2.2e-308) * 3):
+                       (1e308, 2.2e-308) * 3,
+                       (0, 1e200) * 3):
             self.assertEqual(usableBounds(bounds), (-1, 1, -1, 1, -1, 1))
         self.assertEqual(usableBounds((0, 0, 1, 2, 3, 3)), (0, 0, 1, 2, 3, 3))
 
@@ -138,6 +140,24 @@ class OrbitTest(unittest.TestCase):
             for value, expected in zip((other.distance, other.yaw, other.pitch) + other.target,
                                        (7.0, yaw, pitch, 3, -4, 5)):
                 self.assertAlmostEqual(value, expected)
+
+    def testAnglesThatNoPictureHasAreBroughtIntoRange(self):
+        usual, orbit = Orbit(), Orbit()
+        usual.frame(BOXES["cube"], 45.0)
+        for fov in (0.0, -10.0, 180.0, 360.0, 1e300, float("inf"), float("nan")):
+            orbit.frame(BOXES["cube"], fov)
+            self.assertTrue(0 < orbit.distance < 1e6, (fov, orbit.distance))
+            camera = FakeCamera(2, fov)
+            orbit.apply(camera)
+            self.assertTrue(0 < camera.set["setOrthographicWidth"][0] < 1e9, fov)
+        self.assertEqual(orbit.distance, usual.distance)
+
+    def testACameraThatIsNowhereIsNotFollowed(self):
+        camera = FakeCamera(1)
+        Orbit(target=(float("nan"), 0, 0)).apply(camera)
+        orbit = Orbit(distance=3.0)
+        orbit.follow(camera)
+        self.assertEqual((orbit.target, orbit.distance, orbit.yaw), ((0, 0, 0), 3.0, 35.0))
 
 
 if __name__ == "__main__":

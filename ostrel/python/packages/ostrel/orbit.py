@@ -14,14 +14,26 @@ def _dot(a, b):
 def usableBounds(bounds):
     """Six finite numbers (xmin, xmax, ymin, ymax, zmin, zmax) with min <= max on each axis.
 
-    What is None, inverted or not finite becomes a box of size 2 around the origin.
+    What is None, inverted or not finite, or beyond 1e100, becomes a box of size 2 around the
+    origin.
     """
     if bounds is None:
         return _UNIT_BOX
     bounds = tuple(float(value) for value in bounds)
-    isUsable = len(bounds) == 6 and all(abs(value) < 1e300 for value in bounds) and all(
+    isUsable = len(bounds) == 6 and all(abs(value) < 1e100 for value in bounds) and all(
         bounds[axis] <= bounds[axis + 1] for axis in (0, 2, 4))
     return bounds if isUsable else _UNIT_BOX
+
+
+def _slopeOf(fov):
+    """Half the height of a picture at distance 1. The angle, in degrees, is kept within the range
+    that the bundled cameras keep theirs in; what is no number is their 45."""
+    fov = 45.0 if math.isnan(fov) else min(179.9, max(0.01, fov))
+    return math.tan(math.radians(fov) / 2)
+
+
+def _areFinite(*values):
+    return not any(math.isnan(value) or math.isinf(value) for value in values)
 
 
 class Orbit(object):
@@ -79,7 +91,7 @@ class Orbit(object):
             radius = max(1e-3, 1e-3 * max(abs(value) for value in self.target))
             halves = [radius] * 3
         right, up, back = self.axes()
-        slope = math.tan(math.radians(fov) / 2) * self.FILL
+        slope = _slopeOf(fov) * self.FILL
         # Each side of the picture is a plane through the camera that no corner may cross. Opposite
         # sides together give the smallest distance, and where between them the camera stands. It
         # keeps clear of the nearest corner, which a wide angle would let it touch.
@@ -105,17 +117,20 @@ class Orbit(object):
         camera.setViewMatrix(self.viewMatrix())
         camera.setCenterOfInterest(self.distance)
         if camera.getCameraTypeID() != _PERSPECTIVE:
-            height = 2 * self.distance * math.tan(math.radians(camera.getFOV()) / 2)
+            height = 2 * self.distance * _slopeOf(camera.getFOV())
             camera.setOrthographicWidth(height * aspect)
 
     def follow(self, camera, aspect=1.0):
-        """Stands where a ViewportCamera is, but for what an orbit can't do: lean to a side."""
+        """Stands where a ViewportCamera is, but for what an orbit can't do: lean to a side. One that
+        is nowhere, by numbers that are none, is not followed."""
+        interest, origin = camera.getCenterOfInterest(), camera.getOrigin()
         back = [-value for value in camera.getDirection()]
-        self.distance = camera.getCenterOfInterest()
+        distance = interest
         if camera.getCameraTypeID() != _PERSPECTIVE:
-            slope = math.tan(math.radians(camera.getFOV()) / 2)
-            self.distance = camera.getOrthographicWidth() / (2 * slope * aspect)
-        self.target = tuple(value - camera.getCenterOfInterest() * back[i]
-                            for i, value in enumerate(camera.getOrigin()))
+            distance = camera.getOrthographicWidth() / (2 * _slopeOf(camera.getFOV()) * aspect)
+        if not _areFinite(interest, distance, *(list(origin) + back)):
+            return
+        self.distance = distance
+        self.target = tuple(value - interest * back[i] for i, value in enumerate(origin))
         self.yaw = math.degrees(math.atan2(back[0], back[2])) % 360.0
         self.pitch = min(89.0, max(-89.0, math.degrees(math.asin(min(1.0, max(-1.0, back[1]))))))
