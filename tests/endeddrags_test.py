@@ -127,8 +127,7 @@ class EndedDragTest(InterruptedDragTest):
     def letGo(self):
         """Of everything, without a word to the viewer."""
         ViewerAPI.setEditor(self.session._edit, None)
-        self.view = self.other = self.delegate = self.session.delegate = None
-        self.session._errors = None
+        self.view = self.other = self.delegate = self.session._delegate = None
         gc.collect()
 
     def escape(self):
@@ -193,7 +192,7 @@ class EndedDragTest(InterruptedDragTest):
 
     def assertAllIsWell(self, message):
         """The viewer is up with the scene, and a drag works as ever."""
-        if self.session.delegate is None:
+        if self.session._delegate is None:
             return
         self.assertTrue(self.session.pump(timeout=10), message)
         self.delegate.openLocations(["/root/set"])

@@ -117,6 +117,35 @@ class SessionTest(unittest.TestCase):
         self.session.pump(timeout=60)
         self.assertEqual(self.session.getBounds(), (-1, 11, -1, 1, 0, 0))
 
+    def testBoundsFollowEditsBelowAGroupWithBounds(self):
+        self.session.createOp("Scene.Literal", GroupAttribute(
+            ("staticScene.c.group.a.bound", DoubleAttribute([-1, 1, -1, 1, 0, 0])),
+            ("staticScene.c.group.c.a.a", square())))
+        self.session.setAttribute("/root/group/a", "xform.placed.translate",
+                                  DoubleAttribute([10, 0, 0], 3))
+        self.session.pump(timeout=60)
+        self.assertEqual(self.session.getBounds(), (9, 11, -1, 1, 0, 0))
+
+    def testBoundsOfLocationsWithoutGeometryAreThoseThatTheyTell(self):
+        self.session.setBoxesShown(False)
+        self.add("empty", GroupAttribute(("bound", DoubleAttribute([0, 1, 0, 2, 0, 3]))))
+        self.session.pump(timeout=60)
+        self.assertEqual(self.session.getBounds(), (0, 1, 0, 2, 0, 3))
+
+    def testOneLocationFarOffSpoilsNoPicture(self):
+        self.add("a", square())
+        for exponent in (9, 15, 30, 38, 300):
+            self.add("far%d" % exponent,
+                     square(("xform.placed.translate", DoubleAttribute([10.0 ** exponent, 0, 0], 3))))
+        self.session.pump(timeout=60)
+        view = self.session.addOffscreenView(64, 48)
+        view.frame((-1, 1, -1, 1, 0, 0))
+        self.assertEqual(view.pick(32, 24), ["/root/a"])
+        width, height, pixels = view.readPixels()
+        pixels = bytearray(pixels)
+        middle = 4 * (height // 2 * width + width // 2)
+        self.assertNotEqual(pixels[middle:middle + 3], pixels[0:3])
+
     def testErrorsAreCollectedWhileTheyAreInTheScene(self):
         self.assertEqual(self.session.getErrors(), [])
         self.add("fine", square())
@@ -186,7 +215,7 @@ class SessionTest(unittest.TestCase):
             session.addOffscreenView(8, 8).draw()
             windowId, = session._windowIds
             self.assertEqual(PyWindowSystem.readPixels(windowId)[:2], (8, 8))
-        self.assertTrue(session.delegate is None)
+        self.assertRaises(RuntimeError, session.pump)
         self.assertRaises(ValueError, PyWindowSystem.readPixels, windowId)
 
     def testWhatStandsForClosedLocationsIsShownAtFirst(self):
@@ -211,10 +240,42 @@ class SessionTest(unittest.TestCase):
         self.assertEqual(self.session.countLocationsToCome(), 0)
         self.assertEqual(self.session.getErrors(), [])
 
+    def testWhatIsClosedSaysSo(self):
+        op = self.add("a", square())
+        self.session.setAttribute("/root/a", "x", IntAttribute(1))
+        self.session.undo()
+        view = self.session.addOffscreenView(8, 8)
+        self.session.close()
+        for call in (
+                lambda: self.session.delegate, self.session.pump, self.session.getLocations,
+                self.session.getErrors, self.session.getBounds, self.session.getExtent,
+                self.session.undo, self.session.redo, self.session.isCollapsed, view.frame,
+                lambda: self.session.importModel("a.obj"), lambda: self.session.removeOp(op),
+                lambda: self.session.addOp(op), lambda: self.session.createOp("Scene.Merge"),
+                lambda: self.session.setTime(2), lambda: self.session.select(["/root/a"]),
+                lambda: self.session.setAttribute("/root/a", "x", IntAttribute(2)),
+                lambda: self.session.commitEdits([]),
+                lambda: self.session.isLocationEditable("/root/a"),
+                lambda: self.session.setCollapsed(True), lambda: self.session.setBoxesShown(False),
+                lambda: self.session.setProxiesShown(False),
+                lambda: self.session.addOffscreenView(8, 8), lambda: view.lookThrough("/root/a")):
+            with self.assertRaises(RuntimeError) as context:
+                call()
+            self.assertEqual(str(context.exception), "the session is closed")
+        self.assertEqual(
+            (self.session.getTime(), self.session.getSelection(), self.session.areBoxesShown(),
+             self.session.areProxiesShown()), (0, [], True, True))
+        self.assertEqual(
+            (self.session.canUndo(), self.session.getEditedValue("/root/a", "x")), (False, None))
+
+    def testASessionThatCannotBeMadeSaysWhy(self):
+        with self.assertRaises(RuntimeError) as context:
+            ostrel.Session("NoDelegate")
+        self.assertTrue("'NoDelegate'" in str(context.exception), context.exception)
+
     def testClosingTwiceIsHarmless(self):
         self.session.close()
         self.session.close()
-        self.assertTrue(self.session.delegate is None)
 
     def testPicturesShowTheSceneInTheMiddle(self):
         self.add("a", square(("material.baseColor", FloatAttribute([1, 0, 0], 3))))

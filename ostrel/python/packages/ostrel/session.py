@@ -48,9 +48,9 @@ class Session(object):
     setAttribute(). Each step can be undone.
 
     Everything cooks in the background: pump() waits for it and passes it to the viewer. A session
-    is used from one thread, and ends with close() or at the end of a "with" block.
+    is used from one thread, and ends with close() or at the end of a "with" block: what needs the
+    viewer or the scene raises RuntimeError from then on.
 
-    delegate     the ViewerAPI.ViewerDelegate; set up, viewing the scene, with all locations open
     lockedNodes  a set of node names: what the viewer sets on locations that one of them owns, by
                  their "attributeEditor.exclusiveTo", is not taken. See also isNodeEditable()
 
@@ -76,11 +76,11 @@ class Session(object):
         self._windowIds = []
         self._views = weakref.WeakValueDictionary()
         self._selection = []
+        self._delegate = ViewerAPI.CreateViewerDelegate(delegatePlugin)
         ViewerAPI.setEditor(self._edit, self)
-        self.delegate = ViewerAPI.CreateViewerDelegate(delegatePlugin)
         self.delegate.setup()
-        self._expander = self.delegate.addComponent("LocationExpander", "expander")
-        self._errors = self.delegate.addComponent("ErrorCollector", "errors")
+        self.delegate.addComponent("LocationExpander", "expander")
+        self.delegate.addComponent("ErrorCollector", "errors")
         self.delegate.registerCallback(LOADER_CHANNEL, proxyLoaderOp)
         self.delegate.setSystemArgs(self._systemArgs())
         self.delegate.setViewOp(self._edit)
@@ -88,6 +88,16 @@ class Session(object):
             lambda paths: self.select(paths.getNearestSample(0.0)),
             lambda _: StringAttribute(self._selection))
         lookthrough.register(self.delegate, self._views.get)
+
+    @property
+    def delegate(self):
+        """The ViewerAPI.ViewerDelegate; set up, viewing the scene, with all locations open."""
+        self._requireOpen()
+        return self._delegate
+
+    def _requireOpen(self):
+        if self._delegate is None:
+            raise RuntimeError("the session is closed")
 
     def __enter__(self):
         return self
@@ -100,10 +110,10 @@ class Session(object):
 
         From within a call of the viewer, what is being called lasts until that returns.
         """
-        if self.delegate is None:
+        if self._delegate is None:
             return
         ViewerAPI.setEditor(self._edit, None)
-        delegate, self.delegate = self.delegate, None
+        delegate, self._delegate = self._delegate, None
         viewports = [delegate.getViewportByIndex(index)
                      for index in range(delegate.getNumberOfViewports())]
         windowIds, self._windowIds = self._windowIds, []
@@ -115,7 +125,6 @@ class Session(object):
         try:
             delegate.cleanup()
         finally:
-            self._errors = self._expander = None
             if any(_isThere(viewport) for viewport in viewports):
                 # One that is being called needs its window to the end. The call holds the delegate.
                 _waiting.add(weakref.ref(delegate, destroyWindows))
@@ -160,17 +169,20 @@ class Session(object):
 
     def addOp(self, op):
         """Merges an op of PyScenelib into the scene."""
+        self._requireOpen()
         self._inputs.append(op)
         PyScenelib.setOpInputs(self._merge, self._inputs)
 
     def removeOp(self, op):
         """Takes an op, or a model by the id that importModel gave, out of the scene."""
+        self._requireOpen()
         self._inputs.remove(op)
         self._imports = [(each, args) for each, args in self._imports if each != op]
         PyScenelib.setOpInputs(self._merge, self._inputs)
 
     def setTime(self, frame):
         """Shows the models, and proxies, at this frame."""
+        self._requireOpen()
         self._time = float(frame)
         self.delegate.setSystemArgs(self._systemArgs())
         transaction = PyScenelib.Transaction()
@@ -211,6 +223,7 @@ class Session(object):
         that one's step, if it is still the last. Raises ValueError for impossible paths and names,
         TypeError for what is no attribute, and changes nothing then.
         """
+        self._requireOpen()
         isSameStep = lastCommit is not None and lastCommit == self._stepCommit
         changes = [edit for edit in edits if not self._isBack(*edit)]
         isStep = self._history.apply(changes, isSameStep) or isSameStep
@@ -232,11 +245,13 @@ class Session(object):
 
     def undo(self):
         """Takes the last step back. Returns False when there is none."""
+        self._requireOpen()
         return self.canUndo() and self._step(self._history.undo())
 
     def redo(self):
         """Makes the step again that was taken back last. Returns False when there is none: a new
         edit leaves nothing to be made again."""
+        self._requireOpen()
         return self.canRedo() and self._step(self._history.redo())
 
     def canUndo(self):
@@ -289,6 +304,7 @@ class Session(object):
     def select(self, locationPaths):
         """Selects these locations and no others; they need not exist. Clicks in a view do so as
         well."""
+        self._requireOpen()
         locationPaths = list(locationPaths)
         StringAttribute(locationPaths)  # raises TypeError, before anything has changed
         self._selection = locationPaths
@@ -305,15 +321,17 @@ class Session(object):
     def setCollapsed(self, isCollapsed):
         """Whether all that stands right below "/root", such as models, is closed: it shows as its
         box, or its proxy, in place of what it holds. Not at first. Takes effect in a pump()."""
-        self._expander.setOptionByName("collapsed", IntAttribute(1 if isCollapsed else 0))
+        self.delegate.getComponent("expander").setOptionByName(
+            "collapsed", IntAttribute(1 if isCollapsed else 0))
 
     def isCollapsed(self):
         """What setCollapsed() was told last."""
-        return self._expander.getOptionByName("collapsed").getValue() == 1
+        return self.delegate.getComponent("expander").getOptionByName("collapsed").getValue() == 1
 
     def setBoxesShown(self, areShown):
         """Whether locations that show nothing of their own have boxes; at first they do. Takes
         effect in a pump()."""
+        self._requireOpen()
         self._areBoxesShown = bool(areShown)
         self.delegate.setBoundingBoxesEnabled(self._areBoxesShown)
 
@@ -324,6 +342,7 @@ class Session(object):
     def setProxiesShown(self, areShown):
         """Whether locations that show nothing of what they hold have their proxies; at first they
         do. Takes effect in a pump()."""
+        self._requireOpen()
         self._areProxiesShown = bool(areShown)
         self.delegate.setProxyGeometryEnabled(self._areProxiesShown)
 
@@ -369,19 +388,26 @@ class Session(object):
 
     def getErrors(self):
         """What failed: a list of (location path, message)."""
-        flat = list(self._errors.getOptionByName("errors"))
+        flat = list(self.delegate.getComponent("errors").getOptionByName("errors"))
         return list(zip(flat[::2], flat[1::2]))
 
     def getBounds(self):
-        """The extent of all that the viewer knows, in world space: (xmin, xmax, ymin, ymax, zmin,
-        zmax), or None without any."""
-        bounds = self.delegate.computeMergedExtent(["/root"])
+        """The box around all that the viewer shows, in world space: (xmin, xmax, ymin, ymax, zmin,
+        zmax), or None without any.
+
+        Where it shows nothing, or has another delegate plug-in that tells no "bounds", these are
+        what the "bound" attributes of locations come to. Those of groups do not follow edits below
+        them.
+        """
+        bounds = self.delegate.getOptionByName("bounds")
+        if bounds is None:
+            bounds = self.delegate.computeMergedExtent(["/root"])
         if bounds is None or len(bounds) != 6:
             return None
         return usableBounds(bounds)
 
     def getExtent(self):
-        """The length of the diagonal of all that the viewer knows; of a box of size 2 without any."""
+        """The length of the diagonal of getBounds(), or of a box of size 2."""
         bounds = usableBounds(self.getBounds())
         return math.sqrt(sum((bounds[i + 1] - bounds[i]) ** 2 for i in (0, 2, 4))) or 1.0
 
