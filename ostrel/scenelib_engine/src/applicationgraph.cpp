@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <mutex>
 #include <stdexcept>
+#include <unistd.h>
 #include <utility>
 
 namespace VlScenelibEngine {
@@ -12,6 +13,7 @@ namespace VlScenelibEngine {
 namespace {
 
 struct Application {
+    const pid_t owner = getpid();
     std::shared_ptr<Engine> engine = std::make_shared<Engine>();
     /// The application's ops live as long as the process.
     std::mutex mutex;
@@ -23,7 +25,12 @@ Application& application() {
     // libraries that they run in are taken down.
     static Application& theApplication = []() -> Application& {
         auto* made = new Application;
-        std::atexit([] { getApplicationEngine()->stop(); });
+        std::atexit([] {
+            // A process that was forked off has no such threads, and may have their locks locked.
+            if (getpid() == application().owner) {
+                application().engine->stop();
+            }
+        });
         return *made;
     }();
     return theApplication;
