@@ -1,6 +1,5 @@
 #include "VlScenelibEngine/ChildList.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -31,35 +30,6 @@ std::vector<std::size_t> ChildContexts::findChanged(const ChildContexts& other,
 bool AttributeContexts::isSame(std::size_t index, const ChildContexts& other,
                                std::size_t otherIndex) const {
     return get(index) == static_cast<const AttributeContexts&>(other).get(otherIndex);
-}
-
-SparseContexts::SparseContexts(std::vector<Entry> perNamedChild)
-    : entries(std::move(perNamedChild)) {
-    std::ranges::sort(entries, {}, &Entry::first);
-}
-
-const VlAttribute::Attribute& SparseContexts::get(std::size_t index) const {
-    static const VlAttribute::Attribute none;
-    const auto found = std::ranges::lower_bound(entries, index, {}, &Entry::first);
-    return found != entries.end() && found->first == index ? found->second : none;
-}
-
-bool SparseContexts::isSame(std::size_t index, const ChildContexts& other,
-                            std::size_t otherIndex) const {
-    return get(index) == static_cast<const SparseContexts&>(other).get(otherIndex);
-}
-
-std::vector<std::size_t> SparseContexts::findChanged(const ChildContexts& other,
-                                                     std::size_t /*count*/) const {
-    std::vector<std::size_t> changed;
-    for (const auto* side : {this, &static_cast<const SparseContexts&>(other)}) {
-        for (const auto& [index, attribute] : side->entries) {
-            if (!isSame(index, other, index)) {
-                changed.push_back(index);
-            }
-        }
-    }
-    return changed;
 }
 
 ChildList::Ptr ChildList::create(VlAttribute::StringAttribute names,

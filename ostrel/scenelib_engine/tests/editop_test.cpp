@@ -260,6 +260,31 @@ TEST_F(EditOp, findsNamesWithDots) {
     EXPECT_EQ(valueAt("/root/mesh.a", "a"), 1);
 }
 
+TEST_F(EditOp, aChangedEditOfANameWithDotsLeavesTheOthersAlone) {
+    VlScenelibEngine::registerOpType("Test.Dotted", std::make_shared<Dotted>());
+    const auto op = scene.createOp("Scene.Edit",
+                                   edits({{"c.mesh.a.a", IntAttribute(2)},
+                                          {"c.mesh.v1.2.a.value", IntAttribute(3)},
+                                          {"c.v1.2.a.value", IntAttribute(4)}}),
+                                   {scene.createOp("Test.Dotted")});
+    show(op);
+    EXPECT_THAT(setEdits(op, edits({{"c.mesh.a.a", IntAttribute(2)},
+                                    {"c.mesh.v1.2.a.value", IntAttribute(5)},
+                                    {"c.v1.2.a.value", IntAttribute(4)}})),
+                UnorderedElementsAre("+/root", "+/root/mesh", "+/root/mesh.v1.2"));
+    EXPECT_EQ(valueAt("/root/mesh.v1.2"), 5);
+    // One goes, and those behind it stand elsewhere.
+    EXPECT_THAT(setEdits(op, edits({{"c.mesh.v1.2.a.value", IntAttribute(5)},
+                                    {"c.v1.2.a.value", IntAttribute(4)}})),
+                UnorderedElementsAre("+/root", "+/root/mesh"));
+    EXPECT_EQ(valueAt("/root/mesh", "a"), 1);
+    // One comes back, before them; another goes.
+    EXPECT_THAT(
+        setEdits(op, edits({{"c.mesh.a.a", IntAttribute(6)}, {"c.v1.2.a.value", IntAttribute(4)}})),
+        UnorderedElementsAre("+/root", "+/root/mesh", "+/root/mesh.v1.2"));
+    EXPECT_EQ(valueAt("/root/mesh", "a"), 6);
+}
+
 // ---- random edits against plain evaluation
 
 class RandomEdits : public EditOp {

@@ -10,21 +10,21 @@
 
 #include <gmock/gmock.h>
 
-#include <set>
 #include <stdexcept>
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using VlAttribute::Attribute;
 using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
 using VlAttribute::StringAttribute;
 using VlScenelibEngine::ArgSets;
+using VlScenelibEngine::AttributeContexts;
 using VlScenelibEngine::ChildList;
 using VlScenelibEngine::CookNode;
 using VlScenelibEngine::RequestTree;
-using VlScenelibEngine::SparseContexts;
 
 RequestTree::Cursor walk(const RequestTree& requests, std::string_view path) {
     RequestTree::Cursor cursor = requests.begin();
@@ -148,31 +148,13 @@ TEST(ChildList, sharesItsNamesWithOtherContexts) {
         names.push_back("n" + std::to_string(i));
     }
     ChildList::Ptr list = ChildList::create(StringAttribute(names));
-    const auto contexts = std::make_shared<SparseContexts>(std::vector<SparseContexts::Entry>());
+    const auto contexts = std::make_shared<AttributeContexts>(std::vector<Attribute>(100));
     const ChildList::Ptr with = list->withContexts(contexts);
     EXPECT_EQ(with->getNames().getHandle(), list->getNames().getHandle());
     EXPECT_EQ(with->getContexts(), contexts);
     EXPECT_EQ(list->getContexts(), nullptr);
     list = nullptr;
     EXPECT_EQ(with->find("n57"), 57U);
-}
-
-TEST(SparseContexts, compareChildByChild) {
-    const StringAttribute a("a");
-    const StringAttribute b("b");
-    const SparseContexts some({{7, a}, {2, b}});
-    const SparseContexts moved({{3, b}, {7, b}});
-    EXPECT_EQ(some.get(7), a);
-    EXPECT_EQ(some.get(2), b);
-    EXPECT_FALSE(some.get(3).isValid());
-    EXPECT_FALSE(some.get(8).isValid());
-    EXPECT_TRUE(some.isSame(2, moved, 3));
-    EXPECT_FALSE(some.isSame(7, moved, 7));
-    EXPECT_TRUE(some.isSame(0, moved, 100));
-    EXPECT_FALSE(some.isSame(2, moved, 2));
-    const std::vector<std::size_t> changed = some.findChanged(moved, 10);
-    EXPECT_EQ(std::set(changed.begin(), changed.end()), (std::set<std::size_t>{2, 3, 7}));
-    EXPECT_THAT(some.findChanged(SparseContexts({{2, b}, {7, a}}), 10), IsEmpty());
 }
 
 } // namespace

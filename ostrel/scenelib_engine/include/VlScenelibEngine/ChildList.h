@@ -55,25 +55,6 @@ private:
     std::vector<VlAttribute::Attribute> attributes;
 };
 
-/// Contexts that are one attribute for a few of many children, and null for the others.
-class SparseContexts final : public ChildContexts {
-public:
-    using Entry = std::pair<std::size_t, VlAttribute::Attribute>;
-
-    /// Each child's index at most once, in any order.
-    explicit SparseContexts(std::vector<Entry> perNamedChild);
-
-    [[nodiscard]] const VlAttribute::Attribute& get(std::size_t index) const;
-    [[nodiscard]] bool isSame(std::size_t index, const ChildContexts& other,
-                              std::size_t otherIndex) const override;
-    [[nodiscard]] std::vector<std::size_t> findChanged(const ChildContexts& other,
-                                                       std::size_t count) const override;
-
-private:
-    /// By index.
-    std::vector<Entry> entries;
-};
-
 /// The children of a location: their names in order, and what their cooks are given. Shared: alike
 /// locations, in one op or in several, best share one list.
 ///
