@@ -51,5 +51,5 @@ pkg_check_modules(xxhash REQUIRED IMPORTED_TARGET libxxhash)
 # Imath's own CMake package asks for files of another Debian package.
 pkg_check_modules(Imath REQUIRED IMPORTED_TARGET Imath>=3)
 pkg_check_modules(assimp REQUIRED IMPORTED_TARGET assimp)
-pkg_check_modules(libdeflate REQUIRED IMPORTED_TARGET libdeflate)
+pkg_check_modules(libisal REQUIRED IMPORTED_TARGET libisal)
 include(GoogleTest)

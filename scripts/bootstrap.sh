@@ -8,7 +8,7 @@ packages=(
     g++ cmake ninja-build ccache pkg-config git
     # libraries (docs/dependencies.md says what each is for)
     libimath-dev libboost-dev libboost-chrono-dev libglew-dev libegl-dev libgl-dev libx11-dev
-    libtbb-dev libxxhash-dev libassimp-dev libspdlog-dev libdeflate-dev libpng-dev
+    libtbb-dev libxxhash-dev libassimp-dev libspdlog-dev libisal-dev libpng-dev
     libstb-dev
     libgtest-dev libgmock-dev
     # software OpenGL, a virtual display for the tests, models to look at

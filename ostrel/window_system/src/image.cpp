@@ -1,21 +1,25 @@
 #include "VlWindowSystem/Image.h"
 
-#include <libdeflate.h>
+#include <isa-l.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <initializer_list>
+#include <future>
 #include <memory>
-#include <new>
 #include <span>
 #include <stdexcept>
 #include <string_view>
+#include <thread>
+#include <utility>
 
 namespace {
+
+using Bytes = std::vector<unsigned char>;
 
 [[noreturn]] void fail(const std::string& path, const std::string& reason) {
     throw std::runtime_error("Can't write '" + path + "': " + reason);
@@ -39,76 +43,171 @@ std::array<unsigned char, 4> bigEndian(std::size_t value) {
             static_cast<unsigned char>(value >> 8), static_cast<unsigned char>(value)};
 }
 
-// The pixels of a file, unpacked: each row behind a byte that names its filter, 1 for differences
-// to the neighbour on the left.
-std::vector<unsigned char> filtered(const Image& image, std::size_t channels) {
-    const auto width = static_cast<std::size_t>(image.width);
-    const auto height = static_cast<std::size_t>(image.height);
-    std::vector<unsigned char> rows(height * (1 + width * channels));
-    unsigned char* to = rows.data();
-    for (std::size_t y = 0; y < height; ++y) {
-        const std::uint8_t* from = image.rgba.data() + y * width * 4;
-        *to++ = 1;
-        to = std::copy_n(from, channels, to);
-        for (std::size_t x = 1; x < width; ++x, from += 4) {
-            for (std::size_t channel = 0; channel < channels; ++channel) {
-                *to++ = static_cast<unsigned char>(from[channel + 4] - from[channel]);
-            }
-        }
-    }
-    return rows;
-}
-
-class PngFile {
+// A part of a file, with its length, its type of four letters, and a check sum.
+class Chunk {
 public:
-    // Made in memory first: what can't be encoded leaves no file behind.
-    PngFile(const Image& image, bool hasAlpha) {
-        append({0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'});
-        const std::size_t header = beginChunk("IHDR");
-        append(bigEndian(static_cast<std::size_t>(image.width)));
-        append(bigEndian(static_cast<std::size_t>(image.height)));
-        constexpr unsigned char kRgb = 2;
-        constexpr unsigned char kRgba = 6;
-        append({8, hasAlpha ? kRgba : kRgb, 0, 0, 0});
-        endChunk(header);
-        const std::size_t data = beginChunk("IDAT");
-        appendCompressed(filtered(image, hasAlpha ? 4 : 3));
-        endChunk(data);
-        endChunk(beginChunk("IEND"));
+    explicit Chunk(std::string_view type) : bytes(8) {
+        std::ranges::copy(type, &bytes[4]);
     }
 
-    const std::vector<unsigned char>& get() const { return bytes; }
-
-private:
     void append(std::span<const unsigned char> more) {
         bytes.insert(bytes.end(), more.begin(), more.end());
     }
-    void append(std::initializer_list<unsigned char> more) { bytes.insert(bytes.end(), more); }
-    std::size_t beginChunk(std::string_view type) {
+
+    // As a piece of a deflate stream; the pieces before the last end at a byte, and refer to
+    // nothing before them.
+    void appendPacked(std::span<unsigned char> content, bool isLast) {
         const std::size_t start = bytes.size();
-        append(bigEndian(0));
-        bytes.insert(bytes.end(), type.begin(), type.end());
-        return start;
-    }
-    void endChunk(std::size_t start) {
-        std::ranges::copy(bigEndian(bytes.size() - start - 8), bytes.data() + start);
-        append(bigEndian(libdeflate_crc32(0, &bytes[start + 4], bytes.size() - start - 4)));
-    }
-    void appendCompressed(const std::vector<unsigned char>& content) {
+        // What can't be made smaller is stored, in blocks of less than 64 kB.
+        bytes.resize(start + content.size() + content.size() / 1000 + 1000);
         // Quick rather than small.
-        const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)>
-            compressor(libdeflate_alloc_compressor(1), libdeflate_free_compressor);
-        if (!compressor) {
-            throw std::bad_alloc();
+        std::array<unsigned char, ISAL_DEF_LVL1_DEFAULT> memory;
+        isal_zstream stream;
+        isal_deflate_stateless_init(&stream);
+        stream.level = 1;
+        stream.level_buf = memory.data();
+        stream.level_buf_size = memory.size();
+        stream.flush = FULL_FLUSH;
+        stream.end_of_stream = isLast ? 1 : 0;
+        stream.next_in = content.data();
+        stream.avail_in = static_cast<std::uint32_t>(content.size());
+        stream.next_out = bytes.data() + start;
+        stream.avail_out = static_cast<std::uint32_t>(bytes.size() - start);
+        if (isal_deflate_stateless(&stream) != COMP_OK) {
+            throw std::logic_error("a band of a picture is larger packed than it may be");
         }
-        const std::size_t most = libdeflate_zlib_compress_bound(compressor.get(), content.size());
-        const std::unique_ptr<unsigned char[]> compressed(new unsigned char[most]);
-        append(
-            {compressed.get(), libdeflate_zlib_compress(compressor.get(), content.data(),
-                                                        content.size(), compressed.get(), most)});
+        bytes.resize(start + stream.total_out);
     }
 
-    std::vector<unsigned char> bytes;
+    // Puts the chunk behind what is there.
+    void endIn(Bytes& file) {
+        std::ranges::copy(bigEndian(bytes.size() - 8), bytes.begin());
+        append(bigEndian(crc32_gzip_refl(0, &bytes[4], bytes.size() - 4)));
+        if (file.empty()) {
+            file = std::move(bytes);
+        } else {
+            file.insert(file.end(), bytes.begin(), bytes.end());
+        }
+    }
+
+private:
+    Bytes bytes;
+};
+
+// Adler-32 over several parts, each with its own sum.
+class CheckSum {
+public:
+    void append(std::uint32_t sum, std::size_t size) {
+        const std::uint64_t first = sum & 0xFFFF;
+        const std::uint64_t second = sum >> 16;
+        high = (high + second + size % kModulus * (low + kModulus - 1)) % kModulus;
+        low = (low + first + kModulus - 1) % kModulus;
+    }
+    std::size_t get() const { return high << 16 | low; }
+
+private:
+    static constexpr std::uint64_t kModulus = 65521;
+    std::uint64_t low = 1;
+    std::uint64_t high = 0;
+};
+
+// Bands of rows are packed apart from each other, by several threads, and stand one behind the
+// other in the file.
+class PngPacker {
+public:
+    PngPacker(const Image& packed, bool hasAlpha)
+        : image(packed), channels(hasAlpha ? 4 : 3),
+          rowSize(1 + static_cast<std::size_t>(image.width) * channels),
+          rowsOfBand(std::max<std::size_t>(1, kBandSize / rowSize)),
+          bands((static_cast<std::size_t>(image.height) + rowsOfBand - 1) / rowsOfBand) {}
+
+    // The whole file. Made in memory first: what can't be encoded leaves no file behind.
+    Bytes pack() {
+        packBands();
+        Bytes file = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+        Chunk header("IHDR");
+        header.append(bigEndian(static_cast<std::size_t>(image.width)));
+        header.append(bigEndian(static_cast<std::size_t>(image.height)));
+        constexpr unsigned char kRgb = 2;
+        constexpr unsigned char kRgba = 6;
+        header.append({{8, channels == 4 ? kRgba : kRgb, 0, 0, 0}});
+        header.endIn(file);
+        // A zlib stream has two bytes before what is packed, and the check sum behind it.
+        Chunk start("IDAT");
+        start.append({{0x78, 0x01}});
+        start.endIn(file);
+        CheckSum sum;
+        for (Band& band : bands) {
+            file.insert(file.end(), band.chunk.begin(), band.chunk.end());
+            band.chunk = {};
+            sum.append(band.sum, band.size);
+        }
+        Chunk end("IDAT");
+        end.append(bigEndian(sum.get()));
+        end.endIn(file);
+        Chunk("IEND").endIn(file);
+        return file;
+    }
+
+private:
+    static constexpr std::size_t kBandSize = 1 << 18;
+
+    struct Band {
+        Bytes chunk;
+        std::size_t size = 0; // unpacked
+        std::uint32_t sum = 0;
+    };
+
+    void packBands() {
+        std::atomic<std::size_t> next = 0;
+        const auto work = [&] {
+            Bytes rows(rowsOfBand * rowSize);
+            for (std::size_t i = next++; i < bands.size(); i = next++) {
+                packBand(i, rows);
+            }
+        };
+        const std::size_t most = std::max(1u, std::thread::hardware_concurrency());
+        std::vector<std::future<void>> others(std::min(most, bands.size()) - 1);
+        std::ranges::generate(others, [&] { return std::async(std::launch::async, work); });
+        work();
+        std::ranges::for_each(others, &std::future<void>::get);
+    }
+
+    // Each row stands behind a byte that names its filter, 1 for differences to the neighbour on
+    // the left.
+    std::span<unsigned char> filter(std::size_t firstRow, Bytes& rows) const {
+        const auto width = static_cast<std::size_t>(image.width);
+        const std::size_t end =
+            std::min(firstRow + rowsOfBand, static_cast<std::size_t>(image.height));
+        unsigned char* to = rows.data();
+        for (std::size_t y = firstRow; y < end; ++y) {
+            const std::uint8_t* from = image.rgba.data() + y * width * 4;
+            *to++ = 1;
+            to = std::copy_n(from, channels, to);
+            for (std::size_t x = 1; x < width; ++x, from += 4) {
+                for (std::size_t channel = 0; channel < channels; ++channel) {
+                    *to++ = static_cast<unsigned char>(from[channel + 4] - from[channel]);
+                }
+            }
+        }
+        return {rows.data(), to};
+    }
+
+    void packBand(std::size_t index, Bytes& rows) {
+        const std::span<unsigned char> filtered = filter(index * rowsOfBand, rows);
+        Band& band = bands[index];
+        band.size = filtered.size();
+        band.sum = isal_adler32(1, filtered.data(), filtered.size());
+        Chunk chunk("IDAT");
+        chunk.appendPacked(filtered, index + 1 == bands.size());
+        chunk.endIn(band.chunk);
+    }
+
+    const Image& image;
+    const std::size_t channels;
+    const std::size_t rowSize;
+    const std::size_t rowsOfBand;
+    std::vector<Band> bands;
 };
 
 } // namespace
@@ -121,8 +220,7 @@ void writePng(const std::string& path, const Image& image) {
         static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height) * 4) {
         fail(path, "the image isn't as long as its size says");
     }
-    const PngFile png(image, !isOpaque(image));
-    const std::vector<unsigned char>& bytes = png.get();
+    const Bytes bytes = PngPacker(image, !isOpaque(image)).pack();
 
     const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "wb"));
     if (!file) {

@@ -4,8 +4,12 @@
 #include <png.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <random>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -51,6 +55,23 @@ TEST_F(WritePngTest, whatIsWrittenIsReadBackBitByBit) {
     }
     writePng((folder / "large.png").string(), large);
     EXPECT_EQ(read(folder / "large.png"), large);
+}
+
+TEST_F(WritePngTest, whatIsPackedInPartsIsReadBackBitByBit) {
+    // The upper rows can't be made smaller, the lower ones can.
+    Image image{1021, 701, std::vector<std::uint8_t>(1021u * 701u * 4u, 200)};
+    std::mt19937 noise(1);
+    std::generate_n(image.rgba.begin(), image.rgba.size() / 2,
+                    [&noise] { return static_cast<std::uint8_t>(noise()); });
+    const fs::path path = folder / "parts.png";
+    writePng(path.string(), image);
+    EXPECT_EQ(read(path), image);
+    EXPECT_LT(fs::file_size(path), image.rgba.size() * 6 / 10);
+    for (std::size_t i = 3; i < image.rgba.size(); i += 4) {
+        image.rgba[i] = 255;
+    }
+    writePng(path.string(), image);
+    EXPECT_EQ(read(path), image);
 }
 
 TEST_F(WritePngTest, anImageWithoutHolesHasNoAlphaInTheFile) {
