@@ -10,6 +10,8 @@
 namespace Bundled {
 
 void GpuScene::draw(SceneMirror& mirror, const Frame& frame) {
+    // What stands there already is drawn while this prepares what comes.
+    glFlush();
     update(mirror);
     const Frustum frustum(frame.worldToClip());
     const auto visible = collect(mirror, frustum, frame.displayMode);

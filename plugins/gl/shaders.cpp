@@ -145,9 +145,8 @@ vec4 idColor() {
 } // namespace
 
 const char* const kFullscreenVertexShader = R"(
-out vec2 place;
 void main() {
-    place = vec2((gl_VertexID << 1) & 2, gl_VertexID & 2);
+    vec2 place = vec2((gl_VertexID << 1) & 2, gl_VertexID & 2);
     gl_Position = vec4(place * 2.0 - 1.0, 1.0, 1.0);
 }
 )";
@@ -175,9 +174,10 @@ void main() {
 )";
 
 const char* const kBackgroundFragmentShader = R"(
-in vec2 place;
+uniform vec2 pixelSize;
 out vec4 color;
 void main() {
+    vec2 place = gl_FragCoord.xy * pixelSize;
     const vec3 top = vec3(0.205, 0.235, 0.275);
     const vec3 bottom = vec3(0.040, 0.045, 0.053);
     float height = smoothstep(-0.1, 1.1, place.y);

@@ -2,7 +2,7 @@
 
 namespace Bundled {
 
-/// A triangle that covers the picture, from no buffers; passes `place`, 0 to 1 from bottom left.
+/// A triangle that covers the picture, from no buffers.
 extern const char* const kFullscreenVertexShader;
 /// Encodes linear light as sRGB, the mean of a pixel's samples. Goes behind a line that defines the
 /// integer constant `samples`.

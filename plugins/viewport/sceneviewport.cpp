@@ -234,8 +234,12 @@ void SceneViewport::drawBackground() {
         background =
             ShaderProgram("background", kFullscreenVertexShader, kBackgroundFragmentShader);
     }
-    const DrawState state({.depthTest = false, .depthWrite = false});
+    // All samples of a pixel are alike. Like this the driver can set its triangle up by the same
+    // code as that of what averages and encodes, which takes milliseconds to compile.
+    const DrawState state({.depthTest = false, .depthWrite = false, .multisample = false});
     background.use();
+    background.set("pixelSize", Imath::V2f(1.0f / static_cast<float>(host.getWidth()),
+                                           1.0f / static_cast<float>(host.getHeight())));
     glBindVertexArray(corners.create());
     glDrawArrays(GL_TRIANGLES, 0, 3);
 }
