@@ -206,6 +206,11 @@ def main(arguments):
     options = parseArguments(arguments)
     failures = Failures()
     try:
+        if options.output or options.pick:
+            import PyWindowSystem
+
+            # The renderer is loaded while everything else is.
+            PyWindowSystem.openAhead()
         import ostrel
         import PyVlLogging
 

@@ -8,6 +8,16 @@
 
 namespace {
 
+PyObject* openAheadFunction(PyObject*, PyObject*) {
+    return guarded([] {
+        static const bool waits = Py_AtExit(waitForOffscreenOpening) == 0;
+        if (waits) {
+            openOffscreenAhead();
+        }
+        return pythoncompat::returnNone();
+    });
+}
+
 PyObject* createOffscreenFunction(PyObject*, PyObject* args) {
     int width = 0;
     int height = 0;
@@ -88,6 +98,10 @@ const char documentation[] =
     "An id that is none, or a size that isn't from 1 to 16384 each way, raises ValueError.";
 
 PyMethodDef functions[] = {
+    {"openAhead", openAheadFunction, METH_NOARGS,
+     "openAhead()\n\n"
+     "Begins to load the renderer for off-screen windows, in the background: a script that calls\n"
+     "this first has its first picture sooner. Without it the first window loads it."},
     {"createOffscreen", createOffscreenFunction, METH_VARARGS,
      "createOffscreen(width, height) -> int\n\n"
      "Makes an off-screen window of so many pixels and returns its id, a negative number."},

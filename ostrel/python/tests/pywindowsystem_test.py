@@ -2,6 +2,8 @@
 import os
 import shutil
 import struct
+import subprocess
+import sys
 import tempfile
 import unittest
 
@@ -53,6 +55,10 @@ class PyWindowSystemTest(unittest.TestCase):
         self.assertRaises(OverflowError, PyWindowSystem.createOffscreen, 2 ** 40, 1)
         self.assertRaises(TypeError, PyWindowSystem.readPixels, None)
         self.assertRaises(TypeError, PyWindowSystem.writePng, self.window)
+
+    def testTheRendererMayBeLoadedAheadAndNeverUsed(self):
+        script = "import PyWindowSystem; PyWindowSystem.openAhead(); PyWindowSystem.openAhead()"
+        self.assertEqual(subprocess.call([sys.executable, "-c", script]), 0)
 
     def testAPictureIsWrittenAsPng(self):
         folder = tempfile.mkdtemp()

@@ -49,6 +49,19 @@ std::vector<EGLint> contextAttributes(const int* attributes, bool& areKnown) {
     return result;
 }
 
+// Loads the entry points by a context on the display, which may be null, unless one is current.
+int loadEntryPoints(const EglDisplay* display) {
+    BootstrapContext bootstrap;
+    eglBindAPI(EGL_OPENGL_API);
+    if (eglGetCurrentContext() == EGL_NO_CONTEXT) {
+        bootstrap.bind(display);
+    }
+    glewExperimental = GL_TRUE;
+    const GLenum error = ::glewInit();
+    // GLEW loads everything, then looks for GLX, which an EGL context doesn't have.
+    return error == GLEW_ERROR_NO_GLX_DISPLAY ? 0 : static_cast<int>(error);
+}
+
 } // namespace
 
 EglWindowSystem& EglWindowSystem::get() {
@@ -68,15 +81,13 @@ bool EglWindowSystem::Binding::bind() const {
 }
 
 int EglWindowSystem::glewInit() {
-    // Made on the display in use, or else on one of its own, so that loading decides nothing.
-    BootstrapContext bootstrap;
-    if (Binding::current().context == EGL_NO_CONTEXT) {
-        bootstrap.bind(display.get());
+    if (opening.valid()) {
+        Opened opened = opening.get();
+        openedAhead = std::move(opened.display);
+        return opened.loaderError;
     }
-    glewExperimental = GL_TRUE;
-    const GLenum error = ::glewInit();
-    // GLEW loads everything, then looks for GLX, which an EGL context doesn't have.
-    return error == GLEW_ERROR_NO_GLX_DISPLAY ? 0 : static_cast<int>(error);
+    // Made on the display in use, or else on one of its own, so that loading decides nothing.
+    return loadEntryPoints(display.get());
 }
 
 const char* EglWindowSystem::glewGetErrorString(int error) {
@@ -85,7 +96,10 @@ const char* EglWindowSystem::glewGetErrorString(int error) {
 
 bool EglWindowSystem::decideDisplay(std::intptr_t windowId) {
     if (!display) {
-        display = windowId < 0 ? EglDisplay::openOffscreen() : EglDisplay::openX11();
+        waitForOpening();
+        display = windowId >= 0 ? EglDisplay::openX11()
+                  : openedAhead ? std::move(openedAhead)
+                                : EglDisplay::openOffscreen();
         if (!display) {
             logDebug(windowId < 0 ? "There is no EGL display for off-screen surfaces."
                                   : "There is no X server, or no EGL display on it.",
@@ -317,6 +331,23 @@ int EglWindowSystem::present(DeviceContext& dc) {
         return connection.hasWindow(dc.windowId) && eglSwapBuffers(display->get(), dc.surface);
     });
     return isDone ? 1 : 0;
+}
+
+void EglWindowSystem::openOffscreenAhead() {
+    if (display || openedAhead || opening.valid()) {
+        return;
+    }
+    opening = std::async(std::launch::async, [] {
+        auto offscreenDisplay = EglDisplay::openOffscreen();
+        const int loaderError = loadEntryPoints(offscreenDisplay.get());
+        return Opened{std::move(offscreenDisplay), loaderError};
+    });
+}
+
+void EglWindowSystem::waitForOpening() {
+    if (opening.valid()) {
+        openedAhead = opening.get().display;
+    }
 }
 
 int EglWindowSystem::createOffscreen(int width, int height) {

@@ -5,6 +5,7 @@
 #include "offscreensurfaces.h"
 
 #include <cstdint>
+#include <future>
 #include <map>
 #include <memory>
 #include <optional>
@@ -32,6 +33,8 @@ public:
     NativeGLContext getCurrentContext() override;
     int swapBuffers(NativeDeviceContext deviceContext) override;
 
+    void openOffscreenAhead();
+    void waitForOpening();
     int createOffscreen(int width, int height);
     /// False when the new surface can't be made; all is then as it was.
     bool resizeOffscreen(int id, int width, int height);
@@ -56,6 +59,12 @@ private:
         bool bind() const;
     };
 
+    // A display on which nothing has been decided yet, and what loading the entry points gave.
+    struct Opened {
+        std::unique_ptr<EglDisplay> display;
+        int loaderError = 0;
+    };
+
     EglWindowSystem() = default;
 
     bool decideDisplay(std::intptr_t windowId);
@@ -68,6 +77,8 @@ private:
     int present(DeviceContext& dc);
 
     std::unique_ptr<EglDisplay> display; // null until the first device context decides
+    std::future<Opened> opening;         // valid from `openOffscreenAhead` until its result is used
+    std::unique_ptr<EglDisplay> openedAhead;
     // By the handle, a number that is never used again: one that has ended is known as such.
     std::map<std::uintptr_t, DeviceContext> deviceContexts;
     std::uintptr_t lastHandle = 0;

@@ -26,6 +26,14 @@ OffscreenSurfaces::Surface& findSurface(int id) {
 
 } // namespace
 
+void openOffscreenAhead() {
+    EglWindowSystem::get().openOffscreenAhead();
+}
+
+void waitForOffscreenOpening() {
+    EglWindowSystem::get().waitForOpening();
+}
+
 int createOffscreen(int width, int height) {
     checkSize(width, height);
     return EglWindowSystem::get().createOffscreen(width, height);

@@ -297,6 +297,33 @@ TEST(Offscreen, theLoaderNeedsNoContextAndLeavesNone) {
     EXPECT_NE(windowSystem().glewGetErrorString(12345), nullptr);
 }
 
+TEST(Offscreen, whatIsOpenedAheadIsLoadedWithoutAContext) {
+    openOffscreenAhead();
+    openOffscreenAhead();
+    waitForOffscreenOpening();
+    EXPECT_NE(glGenVertexArrays, nullptr);
+    EXPECT_EQ(windowSystem().getCurrentContext(), nullptr);
+    waitForOffscreenOpening();
+}
+
+TEST(Offscreen, whatIsOpenedAheadIsDrawnTo) {
+    openOffscreenAhead();
+    ASSERT_EQ(windowSystem().glewInit(), 0);
+    const int id = createOffscreen(2, 1);
+    const TestSurface surface(id);
+    if (!surface.dc) {
+        GTEST_SKIP() << "no off-screen OpenGL on this machine";
+    }
+    ASSERT_EQ(windowSystem().makeCurrent(surface.dc, surface.createContext()), 1);
+    openOffscreenAhead();
+    glClearColor(1, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    ASSERT_EQ(windowSystem().swapBuffers(surface.dc), 1);
+    EXPECT_THAT(readPixels(id).rgba, ElementsAre(255, 0, 0, 255, 255, 0, 0, 255));
+    EXPECT_EQ(windowSystem().makeCurrent(surface.dc, nullptr), 1);
+    destroyOffscreen(id);
+}
+
 TEST(Offscreen, idsAreNegativeAndNeverUsedAgain) {
     const int first = createOffscreen(1, 1);
     destroyOffscreen(first);

@@ -364,6 +364,16 @@ TEST_F(X11GLTest, theFirstDeviceContextDecidesTheDisplay) {
     RUN_ALONE(comeSecond);
 }
 
+void openOtherAhead() {
+    openOffscreenAhead();
+    Windows windows;
+    EXPECT_NE(windowSystem().getDC(windows.create()), nullptr);
+}
+
+TEST_F(X11GLTest, whatIsOpenedAheadDecidesNothing) {
+    RUN_ALONE(openOtherAhead);
+}
+
 void loadFirst() {
     ASSERT_EQ(windowSystem().glewInit(), 0);
     Windows windows;

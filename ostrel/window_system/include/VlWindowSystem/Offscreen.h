@@ -8,6 +8,16 @@
 
 inline constexpr int kMaximumOffscreenSize = 16384;
 
+/// Begins to open what off-screen surfaces need, on a thread of its own: loading a renderer takes
+/// as long as much else that a program has to do before its first picture. What the first device
+/// context needs is waited for there. Decides nothing: windows on the screen can still come first.
+/// Does nothing when that was begun, or is open, already.
+void openOffscreenAhead();
+
+/// Waits for what openOffscreenAhead began. To be called before the process ends: libraries must
+/// not be loaded while their likes are being ended.
+void waitForOffscreenOpening();
+
 /// Makes a surface of so many pixels, black and transparent; its id is negative and never used
 /// again. It needs no display: an id is given even where no device context can be had for it.
 int createOffscreen(int width, int height);
