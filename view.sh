@@ -43,6 +43,12 @@ fi
 interpreter=$(sed -n "s/^OSTREL_PYTHON${python/./}:FILEPATH=//p" "$build/CMakeCache.txt")
 export PYTHONPATH=$build/python$python${PYTHONPATH:+:$PYTHONPATH}
 export OSTREL_PLUGINS=$build/plugins
-# Large pages, where the system lends them: most of a picture's time is filling memory once.
-export GLIBC_TUNABLES=${GLIBC_TUNABLES:+$GLIBC_TUNABLES:}glibc.malloc.hugetlb=1
+# Large pages, where the system lends them: most of a picture's time is filling memory once. A
+# process that ends with its picture keeps what it frees, and has large blocks one behind the other:
+# mapped each for itself, they begin and end with small pages.
+tunables=glibc.malloc.hugetlb=1
+if [ -n "$wants_picture" ]; then
+    tunables+=:glibc.malloc.mmap_threshold=33554432:glibc.malloc.trim_threshold=1073741824
+fi
+export GLIBC_TUNABLES=${GLIBC_TUNABLES:+$GLIBC_TUNABLES:}$tunables
 exec "$interpreter" "$root/viewer/view.py" "$@"

@@ -42,7 +42,8 @@ def interpreters():
             os.environ,
             PYTHONPATH=os.path.join(RELEASE, "python" + version),
             OSTREL_PLUGINS=os.path.join(RELEASE, "plugins"),
-            GLIBC_TUNABLES="glibc.malloc.hugetlb=1",
+            GLIBC_TUNABLES="glibc.malloc.hugetlb=1:glibc.malloc.mmap_threshold=33554432"
+            ":glibc.malloc.trim_threshold=1073741824",
         )
         # Not what only stands for it, such as a manager of versions.
         interpreter = subprocess.check_output(
