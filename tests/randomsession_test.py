@@ -37,7 +37,8 @@ WIDTH, HEIGHT = 48, 36
 TYPES = (ViewerAPI.ViewerDelegate, ViewerAPI.ViewerDelegateComponent, ViewerAPI.Viewport,
          ViewerAPI.ViewportLayer, ViewerAPI.ViewportCamera, ViewerAPI.Manipulator)
 PATHS = ("/root", "/root/a", "/root/a/thing", "/root/b", "/root/light", "/root/camera",
-         "/root/a/__VlOst_bbox", "/root/set_0", "/root/nowhere", "", "/", "//", "/root/", "no path")
+         "/root/a/__VlOst_bbox", "/root/set_0", "/root/nowhere", "", "/", "//", "/root/", "no path",
+         "/root/" + 9999 * "a/" + "a", "/root/" + "b" * 100000)
 NUMBERS = (0.0, -0.0, 1.0, 1.0, -1.5, 45.0, 180.0, 1e-30, 1e30, float("inf"), float("nan"))
 INTEGERS = (-2 ** 31, -1, 0, 0, 1, 1, 2, 7, 40, 2 ** 31 - 1)
 PLUGINS = {
@@ -51,7 +52,7 @@ PLUGINS = {
                             "LightConeManipulator"),
 }
 PLUGINS["deactivateManipulator"] = PLUGINS["activateManipulator"]
-NAMES = ("a", "b", "main", "grid", "meshes", "manipulators", "picture", "")
+NAMES = ("a", "b", "main", "grid", "meshes", "manipulators", "picture", "", "c" * 100000)
 OPTIONS = ("axes", "collapsed", "cullBackFaces", "displayMode", "draft", "errors",
            "isSoftwareRenderer", "pickRegion", "picked", "readout", "snapStep", "nobody")
 WORDS = ("world", "local", "shaded", "wireframe", "wireframeOnShaded", "points", "polymesh",
@@ -232,7 +233,12 @@ class Script(object):
             lambda: self.attempt(view.manipulate, self.pick(*PLUGINS["activateManipulator"])),
             lambda: self.attempt(view.pick, self.pick(-9, 0, 24, 99), self.pick(-9, 0, 18, 99),
                                  self.pick(1, 5, 100), 1, self.oneIn(2)),
-            lambda: self.attempt(view.resize, self.pick(0, -1, 1, WIDTH), self.pick(0, 7, HEIGHT)),
+            lambda: self.attempt(view.pick, *[self.pick(*INTEGERS) for _ in range(5)]),
+            lambda: self.attempt(view.resize, self.pick(0, -1, 1, WIDTH, 2 ** 31 - 1),
+                                 self.pick(0, 7, HEIGHT, -2 ** 31)),
+            lambda: self.attempt(view.camera.setFOV, self.pick(*NUMBERS)),
+            lambda: self.attempt(view.manipulate, None),
+            lambda: self.attempt(view.setManipulatorAxes, self.pick("world", "local", "none")),
             lambda: self.attempt(view.readPixels))()
 
     def drag(self, session, view):
@@ -268,6 +274,11 @@ class Script(object):
             lambda: self.attempt(session.setCollapsed, self.oneIn(2)),
             lambda: self.attempt(session.setBoxesShown, self.oneIn(2)),
             lambda: self.attempt(session.getBounds),
+            lambda: self.attempt(session.getLocations),
+            lambda: self.attempt(session.setProxiesShown, self.oneIn(2)),
+            lambda: self.attempt(session.commitEdits, [
+                (self.pick(*PATHS), self.pick("bound", "xform.a.translate", "b" * 100000),
+                 self.attribute()) for _ in range(3)], [self.pick(*PATHS)]),
             lambda: self.attempt(session.importModel, __file__),
             lambda: self.addView(session),
             lambda: self.oneIn(4) and self.close(session))()
@@ -383,7 +394,7 @@ class Script(object):
         if kind in ("GroupAttribute", "Attribute"):
             return self.location() if kind[0] == "G" or self.oneIn(3) else self.attribute()
         if method in ("resize", "setViewportDimensions"):
-            return self.pick(-1, 0, 1, 30, 300)
+            return self.pick(-2 ** 31, -1, 0, 1, 30, 30, 300, 300, 20000, 2 ** 31 - 1)
         if method == "setup":
             return self.pick(0, -1, 2 ** 31 - 1)
         return self.pick(*INTEGERS)

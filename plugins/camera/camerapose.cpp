@@ -90,7 +90,7 @@ void CameraPose::pan(const Imath::V2d& from, const Imath::V2d& to) {
 void CameraPose::dolly(const Imath::V2d& place, double factor) {
     const Imath::V3d held = pointAt(place);
     double& length = isPerspective() ? distance : orthographicWidth;
-    const double nearest = kNearest * std::max(held.length(), 1e-6);
+    const double nearest = std::min(kNearest * std::max(held.length(), 1e-6), kFarthest);
     const double sign = length < 0.0 ? -1.0 : 1.0; // a negative width mirrors
     const double size = std::clamp(std::abs(length) / factor, nearest, kFarthest);
     const double share = 1.0 - size / std::abs(length);

@@ -29,12 +29,13 @@ PixelBox pixelsOf(const Imath::Box3d& bounds, const Imath::M44d& worldToClip) {
                                (corner & 4) != 0 ? bounds.max.z : bounds.min.z);
         const Imath::M44d& m = worldToClip;
         const double w = point.x * m[0][3] + point.y * m[1][3] + point.z * m[2][3] + m[3][3];
-        if (w <= 1e-9) {
-            // Reaches behind the camera: it may be seen anywhere.
+        const Imath::V3d seen = point * m;
+        if (!(w > 1e-9) || std::isnan(seen.x) || std::isnan(seen.y)) {
+            // Reaches behind the camera, or is nowhere by a matrix that has no numbers: it may be
+            // seen anywhere.
             place = Imath::Box2d({-1.0, -1.0}, {1.0, 1.0});
             break;
         }
-        const Imath::V3d seen = point * m;
         place.extendBy({std::clamp(seen.x, -1.0, 1.0), std::clamp(seen.y, -1.0, 1.0)});
     }
     const auto pixel = [](double from, double size, double position) {

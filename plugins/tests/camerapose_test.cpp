@@ -220,6 +220,13 @@ TEST_P(CameraPoseTest, dollyNeverReachesWhatItGoesTo) {
     }
 }
 
+TEST_P(CameraPoseTest, dollyStaysFiniteHoweverFarTheCameraStrayed) {
+    pose.cameraToWorld = pose.cameraToWorld * M44d().setTranslation(V3d(1e20, 0.0, 0.0));
+    pose.dolly({0.2, 0.2}, 2.0);
+    EXPECT_LE(std::max(pose.distance, pose.orthographicWidth), 1e12);
+    EXPECT_TRUE(std::isfinite(pose.cameraToWorld.translation().x));
+}
+
 TEST_P(CameraPoseFramingTest, frameContainsAllCornersAndWastesNothing) {
     const struct {
         const char* name;

@@ -146,10 +146,13 @@ std::optional<ViewerPlugin::PickRegion> Interaction::getRectangle() const {
     if (!hold || !hold->isDrag || dragOf(hold->press) != Drag::Rectangle) {
         return std::nullopt;
     }
-    const int left = std::clamp(std::min(hold->press.x, hold->last.x), 0, host.getWidth());
-    const int right = std::clamp(std::max(hold->press.x, hold->last.x) + 1, 0, host.getWidth());
-    const int top = std::clamp(std::min(hold->press.y, hold->last.y), 0, host.getHeight());
-    const int bottom = std::clamp(std::max(hold->press.y, hold->last.y) + 1, 0, host.getHeight());
+    // The host keeps any size that it is told.
+    const int width = std::max(0, host.getWidth());
+    const int height = std::max(0, host.getHeight());
+    const int left = std::clamp(std::min(hold->press.x, hold->last.x), 0, width);
+    const int right = std::clamp(std::max(hold->press.x, hold->last.x) + 1, 0, width);
+    const int top = std::clamp(std::min(hold->press.y, hold->last.y), 0, height);
+    const int bottom = std::clamp(std::max(hold->press.y, hold->last.y) + 1, 0, height);
     return ViewerPlugin::PickRegion{left, top, right - left, bottom - top};
 }
 

@@ -41,9 +41,10 @@ ROWS = {
     ViewerAPI.Manipulator: MANIPULATOR_ROWS,
 }
 
-NAMES = ("a", "b", "c", "name with blanks", "caf\xc3\xa9", "dotted.name", "/")
+NAMES = ("a", "b", "c", "name with blanks", "caf\xc3\xa9", "dotted.name", "/", "d" * 100000)
 PATHS = ("/root", "/root/a", "/root/a/b", "/root/b", "/root/a/__VlOst_bbox", "/root/never", "",
-         "/", "//", "/root/", "/root//a", "no path", "/root/a." + "b" * 300)
+         "/", "//", "/root/", "/root//a", "no path", "/root/a." + "b" * 300,
+         "/root/" + 999 * "a/" + "a")
 PLUGINS = {"addComponent": (COMPONENT,), "insertComponent": (COMPONENT,),
            "addViewport": (VIEWPORT,), "addLayer": (LAYER,), "insertLayer": (LAYER,),
            "addCamera": (CAMERA,), "activateManipulator": MANIPULATORS,
