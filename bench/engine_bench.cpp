@@ -12,7 +12,6 @@
 #include "VlAttribute/IntAttribute.h"
 #include "VlPluginSystem/PluginManager.h"
 #include "VlScenelib/Client.h"
-#include "VlScenelib/Op.h"
 #include "VlScenelib/ScenelibRuntime.h"
 #include "VlScenelib/ScenelibRuntimeSuite.h"
 #include "VlScenelib/Transaction.h"
@@ -21,7 +20,6 @@
 #include <chrono>
 #include <memory>
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 namespace {

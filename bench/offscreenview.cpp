@@ -1,7 +1,6 @@
 #include "offscreenview.h"
 
 #include "optionidgenerator.h"
-#include "suites/optionidgeneratorhostsuite.h"
 
 #include "VlAttribute/IntAttribute.h"
 #include "VlWindowSystem/Offscreen.h"
@@ -33,9 +32,8 @@ OffscreenView::OffscreenView(int op, std::initializer_list<const char*> layers)
 }
 
 void OffscreenView::setDraft(bool isDraft) {
-    const OptionIdGeneratorHostSuite* ids = getOptionIdGeneratorHostSuite();
     viewport->pluginSuite->setOption(
-        viewport->pluginHandle, ids->generateOptionIdByName(ids->getOptionIdGenerator(), "draft"),
+        viewport->pluginHandle, VlOptionIdGeneratorHostStruct::instance().generate("draft"),
         VlAttribute::IntAttribute(isDraft ? 1 : 0).getRetainedHandle());
 }
 

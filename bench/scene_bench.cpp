@@ -20,14 +20,12 @@
 
 #include "optionidgenerator.h"
 #include "sceneclients.h"
-#include "suites/optionidgeneratorhostsuite.h"
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 #include "VlScenelib/Client.h"
-#include "VlScenelib/LocationEvent.h"
 #include "VlScenelib/ScenelibRuntime.h"
 #include "VlScenelibEngine/ScenelibEngine.h"
 
@@ -220,10 +218,8 @@ public:
 
 private:
     double read(const char* option) {
-        const OptionIdGeneratorHostSuite* suite = getOptionIdGeneratorHostSuite();
-        return DoubleAttribute(delegate_->getOption(suite->generateOptionIdByName(
-                                   suite->getOptionIdGenerator(), option)))
-            .getValue();
+        const std::uint64_t id = VlOptionIdGeneratorHostStruct::instance().generate(option);
+        return DoubleAttribute(delegate_->getOption(id)).getValue();
     }
 
     const long leaves_;

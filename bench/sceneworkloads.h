@@ -2,7 +2,6 @@
 
 #include "measure.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>

@@ -4,7 +4,6 @@
 #include "allocationcounter.h"
 #include "optionidgenerator.h"
 #include "suites/hostsuites.h"
-#include "suites/optionidgeneratorhostsuite.h"
 #include "vlviewerdelegatehost.h"
 
 #include "VlAttribute/DoubleAttribute.h"
@@ -124,10 +123,8 @@ private:
         return cost;
     }
     double readEvents() {
-        const OptionIdGeneratorHostSuite* suite = getOptionIdGeneratorHostSuite();
-        return DoubleAttribute(delegate->getOption(suite->generateOptionIdByName(
-                                   suite->getOptionIdGenerator(), "events")))
-            .getValue();
+        const std::uint64_t id = VlOptionIdGeneratorHostStruct::instance().generate("events");
+        return DoubleAttribute(delegate->getOption(id)).getValue();
     }
 
     const int leaves;

@@ -5,6 +5,7 @@
 #include "VlAttribute/StringAttribute.h"
 #include "VlPluginSystem/PluginManager.h"
 #include "VlPluginSystem/VlPluginSystem.h"
+#include "VlScenelibEngine/OpType.h"
 #include "VlScenelibEngine/ScenelibEngine.h"
 
 #include <algorithm>

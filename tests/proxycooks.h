@@ -1,7 +1,6 @@
 #pragma once
 
 #include "VlScenelib/ScenelibRuntimeSuite.h"
-#include "VlScenelibEngine/OpType.h"
 
 #include <condition_variable>
 #include <map>

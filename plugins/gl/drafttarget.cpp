@@ -1,7 +1,5 @@
 #include "gl/drafttarget.h"
 
-#include "gl/drawstate.h"
-
 namespace Bundled {
 
 namespace {

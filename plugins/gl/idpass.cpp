@@ -3,7 +3,6 @@
 #include "gl/capabilityguard.h"
 #include "gl/drawstate.h"
 #include "gl/pointsize.h"
-#include "gl/shaders.h"
 
 #include <cstddef>
 

@@ -1,7 +1,5 @@
 #include "gl/masktarget.h"
 
-#include "gl/drawstate.h"
-
 #include <algorithm>
 
 namespace Bundled {

@@ -7,7 +7,6 @@
 #include "gl/shaders.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 
 namespace Bundled {

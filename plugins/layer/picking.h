@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gl/frame.h"
+#include "scene/drawoptions.h"
 #include "viewer_api/plugin/PickRegion.h"
 #include "viewer_api/plugin/ViewportHost.h"
 

@@ -1,5 +1,6 @@
 #include "layer/pickinglayer.h"
 
+#include "delegate/scenedelegate.h"
 #include "gl/glcontext.h"
 #include "layer/picking.h"
 #include "viewport/sceneviewport.h"

@@ -1,11 +1,12 @@
 #pragma once
 
-#include "delegate/scenedelegate.h"
 #include "viewer_api/plugin/ViewportLayerPlugin.h"
 
 #include <memory>
 
 namespace Bundled {
+
+class GpuScene;
 
 /// "PickingLayer": shows nothing, and keeps a picture of what stands at each pixel, drawn with
 /// every picture of the viewport. Picks of the layer that are not deep then read it and draw

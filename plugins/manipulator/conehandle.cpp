@@ -2,7 +2,6 @@
 #include "scene/lightcone.h"
 
 #include "VlAttribute/GroupAttribute.h"
-#include "VlAttribute/StringAttribute.h"
 
 namespace Bundled {
 

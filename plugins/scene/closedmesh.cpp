@@ -1,6 +1,5 @@
 #include "scene/closedmesh.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <numeric>

@@ -2,8 +2,6 @@
 
 #include <Imath/ImathVec.h>
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <vector>
 

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 // The distances between which things are drawn, for scenes of all sizes.
 namespace {
 

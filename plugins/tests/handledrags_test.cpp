@@ -6,7 +6,6 @@
 
 #include <cmath>
 #include <string>
-#include <vector>
 
 // What rings are turned by and boxes sized by, with rays at points that are known.
 namespace {

@@ -4,7 +4,6 @@
 
 #include "VlAttribute/FloatAttribute.h"
 #include "VlAttribute/GroupBuilder.h"
-#include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 
 #include <gtest/gtest.h>

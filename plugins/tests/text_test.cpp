@@ -3,7 +3,6 @@
 #include <Imath/ImathBox.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <string>
 #include <vector>
 

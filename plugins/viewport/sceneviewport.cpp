@@ -16,7 +16,6 @@
 
 #include "VlAttribute/StringAttribute.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>

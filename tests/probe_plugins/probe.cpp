@@ -9,7 +9,6 @@
 #include "VlAttribute/StringAttribute.h"
 #include "viewer_api/plugin/HostSuites.h"
 
-#include <algorithm>
 #include <memory>
 #include <set>
 #include <sstream>

@@ -1,8 +1,7 @@
 """Frames are scrubbed in the viewer's windows, of either toolkit, while the proxies of each cook."""
 import unittest
 
-from window_test import DEADLINE
-from windowscripts import VIEWER, WindowScriptTest, needsQt, needsScreen, needsTk
+from windowscripts import DEADLINE, VIEWER, WindowScriptTest, needsQt, needsScreen, needsTk
 
 # Both scrub from frame 0 to 12, and back to 8, and print which frame the proxy shows then.
 COMMON = """

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "locationchange.h"
 #include "locationtreebase.h"
 #include "pathset.h"
 #include "workingsetstate.h"
+
+#include "VlAttribute/StringAttribute.h"
 
 #include <cstdint>
 #include <functional>

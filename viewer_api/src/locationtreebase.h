@@ -1,14 +1,12 @@
 #pragma once
 
 #include "dirtyset.h"
-#include "locationchange.h"
 #include "locationnode.h"
 #include "pathindex.h"
 #include "sourcelocationnode.h"
 
 #include "VlAttribute/DoubleAttribute.h"
 #include "VlAttribute/GroupAttribute.h"
-#include "VlAttribute/StringAttribute.h"
 
 #include <boost/pool/pool.hpp>
 

@@ -4,7 +4,6 @@
 #include "VlAttribute/IntAttribute.h"
 #include "VlPluginSystem/PluginManager.h"
 #include "VlScenelib/Client.h"
-#include "VlScenelib/LocationEvent.h"
 #include "VlScenelib/Op.h"
 #include "VlScenelib/ScenelibRuntime.h"
 #include "VlScenelib/ScenelibRuntimeSuite.h"

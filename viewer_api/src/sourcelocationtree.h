@@ -1,5 +1,6 @@
 #pragma once
 
+#include "locationchange.h"
 #include "locationtreebase.h"
 
 #include <cstdint>

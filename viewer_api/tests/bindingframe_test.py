@@ -136,6 +136,13 @@ class ArgumentTest(ScriptedTest):
         self.delegate.computeExtent(path)
         self.assertIn((DELEGATE, "computeExtent", path), self.plugins.take())
 
+    @unittest.skipUnless(IS_PYTHON_3, "the interpreter itself says so, in its own words")
+    def test_textWithANullCharacterIsRefusedWhateverItsBytes(self):
+        self.createDelegate()
+        for text in ("a\0b", "\udce9\0b"):
+            self.assertError(ValueError, "embedded null character", self.delegate.getComponent,
+                             text)
+
     def test_aNegativeIndexAnswersNone(self):
         viewport = self.createViewport()
         self.delegate.addComponent(COMPONENT, "k")

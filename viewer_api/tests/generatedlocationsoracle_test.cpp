@@ -3,7 +3,6 @@
 
 #include "VlAttribute/FloatAttribute.h"
 
-#include <algorithm>
 #include <functional>
 #include <map>
 #include <random>

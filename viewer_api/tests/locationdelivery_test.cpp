@@ -3,7 +3,6 @@
 #include "support/delegatetest.h"
 
 #include <functional>
-#include <set>
 #include <stdexcept>
 
 namespace ViewerAPI::test {

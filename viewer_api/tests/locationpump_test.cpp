@@ -2,7 +2,6 @@
 
 #include "VlScenelib/Client.h"
 
-#include <functional>
 #include <stdexcept>
 
 namespace ViewerAPI::test {

@@ -1,7 +1,6 @@
 #include "support/delegatetest.h"
 
 #include <array>
-#include <functional>
 
 namespace ViewerAPI::test {
 namespace {

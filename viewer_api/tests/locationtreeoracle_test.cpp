@@ -3,7 +3,6 @@
 
 #include "locationtree.h"
 
-#include "support/attributetext.h"
 #include "support/knownview.h"
 #include "support/plainlocationtree.h"
 #include "support/randomplaces.h"

@@ -11,6 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::ThrowsMessage;
 using VlAttribute::Attribute;
 using VlAttribute::FloatAttribute;
 using VlAttribute::GroupAttribute;
@@ -66,15 +67,19 @@ TEST_F(ProxyRuntimeTest, hasARuntimeOfItsOwn) {
 }
 
 TEST_F(ProxyRuntimeTest, failsWithoutTheSceneLibrarysServices) {
-    runtime->withdrawServices();
     ProxyRuntime other;
-    try {
-        other.initialise();
-        FAIL();
-    } catch (const std::runtime_error& error) {
-        EXPECT_STREQ(error.what(), "Scenelib::createRuntime(): the host suite "
-                                   "\"VlScenelibServicesHost\" is not registered");
+    const auto initialise = [&] { other.initialise(); };
+    for (const auto refusal :
+         {ScriptedRuntime::Refusal::NoRuntime, ScriptedRuntime::Refusal::NoSuite}) {
+        scripted().refuse(refusal);
+        EXPECT_THAT(initialise, ThrowsMessage<std::runtime_error>(
+                                    "Scenelib::createRuntime(): the host suite "
+                                    "\"VlScenelibServicesHost\" gave no runtime"));
     }
+    runtime->withdrawServices();
+    EXPECT_THAT(initialise,
+                ThrowsMessage<std::runtime_error>("Scenelib::createRuntime(): the host suite "
+                                                  "\"VlScenelibServicesHost\" is not registered"));
 }
 
 // ---- Ops

@@ -8,7 +8,6 @@
 #include "support/scriptedruntime.h"
 #include "support/viewporttest.h"
 #include "vlviewerdelegatehost.h"
-#include "vlviewportcamerahost.h"
 #include "vlviewportlayerhost.h"
 
 #include "VlAttribute/IntAttribute.h"

@@ -5,8 +5,6 @@
 #include "vlviewportcamerahost.h"
 #include "vlviewportlayerhost.h"
 
-#include "VlAttribute/GroupAttribute.h"
-
 #include <stdexcept>
 
 namespace ViewerAPI::test {

@@ -8,7 +8,6 @@
 
 #include <optional>
 #include <ostream>
-#include <vector>
 
 namespace ViewerAPI {
 namespace {

@@ -2,7 +2,6 @@
 
 #include "datanode.h"
 
-#include <cstring>
 #include <limits>
 
 namespace VlAttribute {

@@ -1,5 +1,7 @@
 #include "VlLogging/VlLoggerGlue.h"
 
+#include "VlLogging/LogSink.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,7 +1,5 @@
 #include "pluginregistry.h"
 
-#include <algorithm>
-
 namespace {
 
 bool matches(const VlPluginRecord& record, std::string_view typeName, std::string_view name,

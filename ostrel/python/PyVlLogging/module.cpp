@@ -1,12 +1,12 @@
 #include "textargument.h"
 
+#include "VlLogging/LogSink.h"
 #include "VlLogging/VlLoggerGlue.h"
 #include "boundary.h"
 #include "pythonmodule.h"
 #include "pythonsink.h"
 
 #include <optional>
-#include <string>
 
 namespace {
 

@@ -4,7 +4,6 @@
 #include "VlAttribute/FloatAttribute.h"
 
 #include <array>
-#include <cmath>
 #include <numbers>
 #include <string_view>
 

@@ -2,7 +2,6 @@
 
 #include "VlScenelibEngine/ScenelibEngine.h"
 
-#include <cstdlib>
 #include <mutex>
 #include <stdexcept>
 #include <unistd.h>

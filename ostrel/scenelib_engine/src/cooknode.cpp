@@ -1,7 +1,5 @@
 #include "cooknode.h"
 
-#include <algorithm>
-
 namespace VlScenelibEngine {
 
 CookNode::~CookNode() {

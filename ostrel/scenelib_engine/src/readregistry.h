@@ -4,7 +4,6 @@
 #include <map>
 #include <mutex>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace VlScenelibEngine {

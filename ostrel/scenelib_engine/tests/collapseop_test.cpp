@@ -1,6 +1,4 @@
 #include "enginescene.h"
-#include "plainscene.h"
-#include "testops.h"
 
 #include "VlScenelibEngine/OpType.h"
 

@@ -1,6 +1,5 @@
 #include "enginescene.h"
 #include "plainscene.h"
-#include "testops.h"
 #include "toldlocations.h"
 
 #include "VlScenelibEngine/OpType.h"
@@ -11,7 +10,6 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <random>
 
 namespace {

@@ -27,7 +27,6 @@
 #include <fstream>
 #include <map>
 #include <memory>
-#include <utility>
 
 namespace {
 

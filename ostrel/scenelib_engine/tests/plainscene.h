@@ -2,7 +2,6 @@
 
 #include "VlAttribute/GroupAttribute.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>

@@ -1,5 +1,6 @@
 #include "VlWindowSystem/Offscreen.h"
 
+#include "support/debuglog.h"
 #include "support/surface.h"
 
 #include <GL/glew.h>
@@ -14,6 +15,7 @@
 
 using testing::Each;
 using testing::ElementsAre;
+using testing::StartsWith;
 
 namespace {
 
@@ -255,8 +257,10 @@ TEST_F(OffscreenGLTest, impossibleRequestsAnswerZeroOrNull) {
     const int tooDeep[] = {kPixelFormatDepthBits, 500, 0};
     const int unknownName[] = {0x9999, 1, 0};
     const int indexed[] = {kPixelFormatPixelType, 0x202C, 0};
+    DebugLog log;
     for (const int* attributes : {tooDeep, unknownName, indexed}) {
         EXPECT_EQ(system.choosePixelFormat(surface->dc, attributes, &format), 0);
+        EXPECT_THAT(log.take(), ElementsAre("No EGL config has what was asked for."));
     }
     EXPECT_EQ(format, -7);
     for (const int wrong : {-1, 0, 1 << 30}) {
@@ -266,6 +270,7 @@ TEST_F(OffscreenGLTest, impossibleRequestsAnswerZeroOrNull) {
     EXPECT_EQ(system.describePixelFormat(surface->dc, surface->format, 39, &descriptor), 0);
     const int tooNew[] = {kContextMajorVersion, 99, 0};
     EXPECT_EQ(system.createContextAttribs(surface->dc, nullptr, tooNew), nullptr);
+    EXPECT_THAT(log.take(), ElementsAre(StartsWith("The context can't be made: ")));
     EXPECT_EQ(system.createContextAttribs(surface->dc, nullptr, unknownName), nullptr);
     EXPECT_EQ(system.releaseDC(id - 1, surface->dc), 0);
     EXPECT_EQ(system.getCurrentDC(), surface->dc);

@@ -1,5 +1,6 @@
 #include "VlWindowSystem/Offscreen.h"
 
+#include "support/debuglog.h"
 #include "support/surface.h"
 #include "support/xvfb.h"
 
@@ -18,6 +19,8 @@
 #define RUN_ALONE(body) EXPECT_EXIT(runAndExit(&body), testing::ExitedWithCode(0), "")
 
 namespace {
+
+using testing::ElementsAre;
 
 class X11GLTest : public testing::Test {
 protected:
@@ -244,10 +247,13 @@ TEST_F(X11GLTest, theSurfaceFollowsTheSizeOfItsWindow) {
 
 void askForNoWindows() {
     Windows windows;
+    DebugLog log;
     for (const std::intptr_t id :
-         {std::intptr_t{1}, std::intptr_t{0x7FFFFFFF}, std::intptr_t{1} << 40, std::intptr_t{0}}) {
+         {std::intptr_t{1}, std::intptr_t{0x7FFFFFFF}, std::intptr_t{1} << 40}) {
         EXPECT_EQ(windowSystem().getDC(id), nullptr) << id;
+        EXPECT_THAT(log.take(), ElementsAre("There is no window " + std::to_string(id) + "."));
     }
+    EXPECT_EQ(windowSystem().getDC(0), nullptr);
     EXPECT_EQ(windowSystem().getDC(windows.createInputOnly()), nullptr);
     EXPECT_NE(windowSystem().getDC(windows.create()), nullptr);
 }
@@ -325,8 +331,10 @@ void refuseTheVisual() {
     ASSERT_NE(withAlpha, 0) << "the server has no visual with alpha";
     const TestSurface surface(windows.create());
     ASSERT_NE(surface.dc, nullptr);
+    DebugLog log;
     const TestSurface refused(withAlpha, surface);
     EXPECT_EQ(refused.dc, nullptr);
+    EXPECT_THAT(log.take(), ElementsAre("The pixel format isn't one for this window."));
     // What was there goes on.
     const NativeGLContext context = surface.createContext();
     EXPECT_EQ(windowSystem().makeCurrent(surface.dc, context), 1);
@@ -357,7 +365,10 @@ void comeSecond() {
     const int id = createOffscreen(4, 4);
     ASSERT_NE(windowSystem().getDC(id), nullptr);
     Windows windows;
+    DebugLog log;
     EXPECT_EQ(windowSystem().getDC(windows.create()), nullptr);
+    EXPECT_THAT(log.take(),
+                ElementsAre("No windows here: the first device context was an off-screen one's."));
 }
 
 TEST_F(X11GLTest, theFirstDeviceContextDecidesTheDisplay) {
@@ -385,8 +396,10 @@ TEST_F(X11GLTest, theLoaderDoesNotDecideTheDisplay) {
 }
 
 void haveNoServer() {
+    DebugLog log;
     setenv("DISPLAY", ":987", 1);
     EXPECT_EQ(windowSystem().getDC(1234), nullptr);
+    EXPECT_THAT(log.take(), ElementsAre("There is no X server, or no EGL display on it."));
     unsetenv("DISPLAY");
     EXPECT_EQ(windowSystem().getDC(1234), nullptr);
     // A failure decides nothing.

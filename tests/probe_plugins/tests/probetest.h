@@ -2,7 +2,6 @@
 
 #include "optionidgenerator.h"
 #include "suites/hostsuites.h"
-#include "suites/optionidgeneratorhostsuite.h"
 #include "support/scriptedruntime.h"
 #include "vlviewerdelegatehost.h"
 
@@ -32,8 +31,7 @@ protected:
     void TearDown() override { command("clear"); }
 
     static std::uint64_t id(const char* name) {
-        const OptionIdGeneratorHostSuite* suite = ViewerAPI::getOptionIdGeneratorHostSuite();
-        return suite->generateOptionIdByName(suite->getOptionIdGenerator(), name);
+        return ViewerAPI::VlOptionIdGeneratorHostStruct::instance().generate(name);
     }
     void clearLog() { delegate->setOption(id("clearLog"), {}); }
     void command(const std::string& text) {

@@ -2,8 +2,6 @@
 
 #include "vlviewerdelegatehost.h"
 
-#include <string>
-
 namespace ViewerAPI {
 
 void setRuntimeError(const char* text) noexcept {

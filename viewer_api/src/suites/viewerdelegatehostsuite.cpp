@@ -6,8 +6,6 @@
 #include "vlviewerdelegatehost.h"
 #include "vlviewporthost.h"
 
-#include <string>
-
 namespace ViewerAPI {
 namespace {
 

@@ -7,9 +7,7 @@
 #include "VlAttribute/GroupAttribute.h"
 
 #include <exception>
-#include <memory>
 #include <string>
-#include <vector>
 
 // The scripted scene runtime, for tests of the bindings in Python: import it before the first
 // delegate is made, and say what the scene reports. Clients are numbered from 1 in the order of

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "support/attributetext.h"
 #include "vlproxyfactorylist.h"
 
 #include "VlAttribute/DoubleAttribute.h"
@@ -9,7 +8,6 @@
 #include "VlAttribute/IntAttribute.h"
 #include "VlAttribute/StringAttribute.h"
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>

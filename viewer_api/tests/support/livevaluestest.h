@@ -3,7 +3,6 @@
 #include "livevalues.h"
 #include "support/delegatetest.h"
 
-#include <cstdint>
 #include <string>
 #include <utility>
 

@@ -9,7 +9,6 @@
 #include <array>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace ViewerAPI::test {
 

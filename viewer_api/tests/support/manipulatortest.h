@@ -14,7 +14,6 @@
 
 #include "VlAttribute/StringAttribute.h"
 
-#include <stdexcept>
 #include <string>
 #include <vector>
 

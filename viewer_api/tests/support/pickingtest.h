@@ -5,7 +5,6 @@
 #include "vlviewportpicker.h"
 
 #include "VlAttribute/GroupAttribute.h"
-#include "VlAttribute/IntAttribute.h"
 
 #include <cstdint>
 #include <functional>

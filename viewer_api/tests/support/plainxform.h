@@ -4,7 +4,6 @@
 #include "VlAttribute/GroupAttribute.h"
 
 #include <array>
-#include <cstddef>
 #include <map>
 #include <random>
 #include <set>

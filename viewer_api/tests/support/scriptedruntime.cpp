@@ -6,8 +6,6 @@
 #include "VlPluginSystem/VlPluginSystem.h"
 
 #include <algorithm>
-#include <array>
-#include <stdexcept>
 
 namespace ViewerAPI::test {
 

@@ -8,7 +8,6 @@
 #include "VlAttribute/IntAttribute.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace ViewerAPI::test {

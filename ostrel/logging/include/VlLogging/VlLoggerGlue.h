@@ -1,7 +1,6 @@
 #pragma once
 
 #include "VlLogging/LogLevel.h"
-#include "VlLogging/LogSink.h"
 
 #include <string>
 #include <string_view>

@@ -19,7 +19,6 @@
 #include <filesystem>
 #include <span>
 #include <stdexcept>
-#include <vector>
 
 extern char** environ;
 

@@ -10,7 +10,6 @@
 #include <Imath/ImathBox.h>
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <utility>

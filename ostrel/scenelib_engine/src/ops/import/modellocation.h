@@ -4,7 +4,6 @@
 
 #include "VlAttribute/StringAttribute.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <vector>
 

@@ -1,7 +1,6 @@
 #include "ops/import/modelreader.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 namespace VlScenelibEngine {
