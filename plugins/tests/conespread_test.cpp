@@ -31,9 +31,10 @@ TEST(ConeSpread, followsTheRimWhereverItIsGrasped) {
     const V3d down(0, -1, 0);
     for (const V3d& across : {V3d(1, 0, 0), V3d(-1, 0, 0), V3d(0.6, 0, 0.8), V3d(0.6, 0, -0.8)}) {
         ConeSpread spread(kTip, down, kLength, 30.0, atRim(down, across, 30.0));
-        for (const double degrees : {30.0, 10.0, 45.0, 70.0, 150.0})
+        for (const double degrees : {30.0, 10.0, 45.0, 70.0, 150.0}) {
             EXPECT_NEAR(spread.halfAngleAt(atRim(down, across, degrees)), degrees, kTolerance)
                 << across << ", " << degrees;
+        }
     }
 }
 
@@ -41,9 +42,10 @@ TEST(ConeSpread, followsARimThatFacesTheCameraOrTurnsItsBack) {
     for (const V3d& axis : {V3d(0, 0, 1), V3d(0, 0, -1)}) {
         const V3d across(0, 1, 0);
         ConeSpread spread(kTip, axis, kLength, 20.0, atRim(axis, across, 20.0));
-        for (const double degrees : {5.0, 20.0, 60.0})
+        for (const double degrees : {5.0, 20.0, 60.0}) {
             EXPECT_NEAR(spread.halfAngleAt(atRim(axis, across, degrees)), degrees, kTolerance)
                 << axis;
+        }
     }
 }
 
@@ -58,9 +60,10 @@ TEST(ConeSpread, whatIsGraspedBesideTheRimBeginsWhereTheConeIs) {
 TEST(ConeSpread, theSideFollowsThePointerAtAnyDistanceFromTheTip) {
     const V3d axis(0, -1, 0);
     ConeSpread spread(kTip, axis, kLength, 90.0, {{3, 2, 13}, {0, 0, -1}});
-    for (const double distance : {0.5, 2.5, 50.0})
+    for (const double distance : {0.5, 2.5, 50.0}) {
         EXPECT_NEAR(spread.halfAngleAt({{1 + distance, 2 - distance, 13}, {0, 0, -1}}), 45.0,
                     kTolerance);
+    }
 }
 
 TEST(ConeSpread, overTheBallTheNearestPlaceCountsBeyondItsOutline) {

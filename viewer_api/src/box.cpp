@@ -16,8 +16,9 @@ std::optional<Box> toBox(const DoubleAttribute& bounds) {
     const std::span<const double> values = bounds.getSample(0);
     Box box;
     if (values.size() != box.size() || bounds.getNumberOfTimeSamples() != 1 ||
-        bounds.getSampleTime(0) != 0.0F)
+        bounds.getSampleTime(0) != 0.0F) {
         return {};
+    }
     std::copy(values.begin(), values.end(), box.begin());
     return box;
 }
@@ -31,8 +32,9 @@ std::optional<Box> transformBox(const Box& box, const WorldMatrix& world) {
                           ? box
                           : VlScenelib::VlXFormUtil::TransformBounds(
                                 std::span<const double, 16>(world.values.getValue(), 16), box);
-    if (std::any_of(moved.begin(), moved.end(), [](double value) { return std::isnan(value); }))
+    if (std::any_of(moved.begin(), moved.end(), [](double value) { return std::isnan(value); })) {
         return {};
+    }
     return moved;
 }
 

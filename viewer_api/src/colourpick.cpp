@@ -41,15 +41,17 @@ std::optional<GroupAttribute> PickingPlugin::customPick(const PixelRegion& regio
                                                         float* depthOut) const {
     VlAttributeStruct* picked = nullptr;
     if (!customPickEntry(instance, region.x, region.y, region.width, region.height,
-                         deepPicking ? 1 : 0, &picked, depthOut))
+                         deepPicking ? 1 : 0, &picked, depthOut)) {
         return std::nullopt;
+    }
     return GroupAttribute(Attribute::CreateAndSteal(picked));
 }
 
 GroupAttribute pickByColour(VlViewportPicker& picker, const PickingPlugin& plugin,
                             const PixelRegion& region, bool deepPicking, float* depthOut) {
-    if (picker.isInUse)
+    if (picker.isInUse) {
         return {};
+    }
     const PickEnd end(picker);
     const BoundPicker bound(picker);
     GroupAttribute accumulated = GroupAttribute::Empty();
@@ -57,20 +59,23 @@ GroupAttribute pickByColour(VlViewportPicker& picker, const PickingPlugin& plugi
         picker.clear(false);
         plugin.pickerDraw(region, accumulated);
         GroupAttribute found = picker.pick(region, depthOut);
-        if (!hasChildren(found))
+        if (!hasChildren(found)) {
             break;
-        if (pass == 0)
+        }
+        if (pass == 0) {
             accumulated = std::move(found);
-        else
+        } else {
             accumulated = GroupBuilder().update(accumulated).update(found).build();
+        }
     }
     return accumulated;
 }
 
 GroupAttribute readCachedPick(VlViewportPicker& picker, const PixelRegion& region,
                               float* depthOut) {
-    if (picker.isInUse)
+    if (picker.isInUse) {
         return {};
+    }
     const BoundPicker bound(picker);
     const GroupAttribute found = picker.pick(region, depthOut);
     return hasChildren(found) ? found : GroupAttribute::Empty();

@@ -27,8 +27,9 @@ ComponentList::Component* ComponentList::addComponent(const std::string& pluginN
 ComponentList::Component* ComponentList::insertComponent(const std::string& pluginName,
                                                          const std::string& name,
                                                          std::uint32_t index) {
-    if (index > entries_.size())
+    if (index > entries_.size()) {
         return nullptr;
+    }
     std::unique_ptr<Component, RetireHostObject> component(new Component(pluginName, &delegate_));
     // The create entry may have changed the list.
     const auto place = std::min<std::size_t>(index, entries_.size());
@@ -41,8 +42,9 @@ ComponentList::Component* ComponentList::insertComponent(const std::string& plug
     try {
         inserted->setup();
     } catch (...) {
-        if (take(inserted))
+        if (take(inserted)) {
             HostObject::retire(inserted);
+        }
         throw;
     }
     return contains(inserted) ? inserted : nullptr;
@@ -73,13 +75,15 @@ std::uint32_t ComponentList::getNumberOfComponents() const {
 
 void ComponentList::removeComponent(const std::string& name) {
     const std::int32_t index = getComponentIndex(name);
-    if (index >= 0)
+    if (index >= 0) {
         removeComponentByIndex(static_cast<std::uint32_t>(index));
+    }
 }
 
 void ComponentList::removeComponentByIndex(std::uint32_t index) {
-    if (index >= entries_.size())
+    if (index >= entries_.size()) {
         return;
+    }
     const std::unique_ptr<Component, RetireHostObject> component(entries_[index].component);
     entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
     snapshot_.reset();
@@ -88,16 +92,18 @@ void ComponentList::removeComponentByIndex(std::uint32_t index) {
 
 void ComponentList::clear() {
     snapshot_.reset();
-    for (const Entry& entry : std::exchange(entries_, {}))
+    for (const Entry& entry : std::exchange(entries_, {})) {
         HostObject::retire(entry.component);
+    }
 }
 
 ComponentList::Snapshot ComponentList::snapshot() const {
     if (!snapshot_) {
         auto components = std::make_shared<std::vector<Component*>>();
         components->reserve(entries_.size());
-        for (const Entry& entry : entries_)
+        for (const Entry& entry : entries_) {
             components->push_back(entry.component);
+        }
         snapshot_ = std::move(components);
     }
     return snapshot_;
@@ -112,8 +118,9 @@ bool ComponentList::take(const Component* component) {
     const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
         return entry.component == component;
     });
-    if (found == entries_.end())
+    if (found == entries_.end()) {
         return false;
+    }
     entries_.erase(found);
     snapshot_.reset();
     return true;

@@ -8,8 +8,9 @@ void KeyedQueue::push(const LocationPath& location, const ProxyJob& job) {
     const auto [found, isNew] = items_.try_emplace(location);
     Item& item = found->second;
     if (!isNew) {
-        if (item.job.key == job.key)
+        if (item.job.key == job.key) {
             return;
+        }
         order_.erase(item.place);
         forgetKey(item.job.key, location);
     }
@@ -19,8 +20,9 @@ void KeyedQueue::push(const LocationPath& location, const ProxyJob& job) {
 }
 
 std::pair<LocationPath, ProxyJob> KeyedQueue::pop() {
-    if (items_.empty())
+    if (items_.empty()) {
         throw "KeyedQueue Error: Popping from empty queue";
+    }
     LocationPath location = order_.front();
     ProxyJob job = items_.find(location)->second.job;
     remove(location);
@@ -57,8 +59,9 @@ KeyedQueue::Locations KeyedQueue::locationsForJob(std::uint64_t key) const {
 void KeyedQueue::forgetKey(std::uint64_t key, const LocationPath& location) {
     const auto found = byKey_.find(key);
     found->second.erase(location);
-    if (found->second.empty())
+    if (found->second.empty()) {
         byKey_.erase(found);
+    }
 }
 
 } // namespace ViewerAPI

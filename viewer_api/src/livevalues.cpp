@@ -20,8 +20,9 @@ using VlAttribute::GroupBuilder;
 namespace {
 
 GroupAttribute withOverrides(GroupBuilder builder, const LiveEntry& entry) {
-    for (const auto& [name, value] : entry.overrides)
+    for (const auto& [name, value] : entry.overrides) {
         builder.set(name, value);
+    }
     return builder.build();
 }
 
@@ -39,26 +40,30 @@ GroupAttribute LiveEntry::merge() const {
 
 bool LiveValues::setAttribute(const std::string& path, const std::string& name,
                               const Attribute& value, bool isFinal) {
-    if (!value.isValid())
+    if (!value.isValid()) {
         return false;
+    }
     // Throws where the merge would, again and again once such a name stood in an entry.
     GroupBuilder().set(name, value);
     // Shown also when the application refuses it or fails: what it cooks next tells.
     delegate_.bridge->setValue(path, name, value, isFinal);
     const bool isSetInPrimary = setPrimary(path, name, value);
     const GroupAttribute merged = setLookThrough(path, name, value);
-    if (!isSetInPrimary && !merged.isValid())
+    if (!isSetInPrimary && !merged.isValid()) {
         return false;
+    }
     // The value stands whatever a listener makes of it, so it is guarded and told in any case.
     callBoth(
         [&] {
-            if (merged.isValid())
+            if (merged.isValid()) {
                 delegate_.lookThrough.onAttributesMerged(path, merged);
+            }
         },
         [&] {
             delegate_.manipulationFreeze.onValueSet(isFinal);
-            if (!isManipulated(path))
+            if (!isManipulated(path)) {
                 delegate_.flushLocationChanges(true);
+            }
         });
     return true;
 }
@@ -86,8 +91,9 @@ GroupAttribute LiveValues::setLookThrough(const std::string& path, const std::st
         // An entry that went while its merged attributes stayed begins on top of them: what was
         // shown last goes on showing until the look-through client tells otherwise.
         GroupAttribute base = delegate_.getAttributes(path, kVlViewerDelegateLookThrough);
-        if (!base.isValid())
+        if (!base.isValid()) {
             return {};
+        }
         entry = lookThroughLiveAttributes.try_emplace(path, LiveEntry{std::move(base), {}}).first;
     }
     entry->second.overrides[name] = value;
@@ -101,8 +107,9 @@ void LiveValues::openGroup(const std::string& path) {
 
 void LiveValues::closeGroup(const std::string& path) {
     delegate_.bridge->closeManipulationGroup(path);
-    if (!isManipulated(path))
+    if (!isManipulated(path)) {
         return;
+    }
     const auto tell = [&] {
         callBoth([&] { delegate_.lookThrough.releaseDeferred(path); },
                  [&] { delegate_.flushLocationChanges(true); });
@@ -113,12 +120,14 @@ void LiveValues::closeGroup(const std::string& path) {
 
 const LiveEntry* LiveValues::findEntry(std::string_view path, int sceneView) const {
     const LiveAttributes* live = nullptr;
-    if (sceneView == kVlViewerDelegatePrimary)
+    if (sceneView == kVlViewerDelegatePrimary) {
         live = &liveAttributes;
-    else if (sceneView == kVlViewerDelegateLookThrough)
+    } else if (sceneView == kVlViewerDelegateLookThrough) {
         live = &lookThroughLiveAttributes;
-    if (!live)
+    }
+    if (!live) {
         return nullptr;
+    }
     const auto found = live->find(path);
     return found == live->end() ? nullptr : &found->second;
 }
@@ -143,12 +152,14 @@ void LiveValues::forgetCurrent(LiveAttributes& live, const VlScenelib::Client& c
     // The bridge may change the map while it is told.
     std::vector<std::string> paths;
     paths.reserve(live.size());
-    for (const auto& entry : live)
+    for (const auto& entry : live) {
         paths.push_back(entry.first);
+    }
     for (const std::string& path : paths) {
-        if (!live.contains(path) ||
-            !client.isLocationDataCurrent(path, delegate_.manipulationFreeze.manipulationCommitId))
+        if (!live.contains(path) || !client.isLocationDataCurrent(
+                                        path, delegate_.manipulationFreeze.manipulationCommitId)) {
             continue;
+        }
         delegate_.bridge->cleanupLiveAttributes(path);
         live.erase(path);
     }

@@ -164,8 +164,9 @@ void LocationTree::unhideLocations(std::span<const char* const> paths) {
 void LocationTree::unhideAllLocations() {
     for (const std::string& path : hidden_) {
         LocationNode* node = findNode(path);
-        if (node && node->hidden)
+        if (node && node->hidden) {
             setHidden(*node, false);
+        }
     }
     hidden_.clear();
 }
@@ -245,8 +246,9 @@ bool LocationTree::storeAttributes(LocationNode& node, GroupAttribute attributes
 
 void LocationTree::dropExtents(LocationNode& node) {
     node.extents.reset();
-    if (node.parent)
+    if (node.parent) {
         node.parent->extents.reset();
+    }
 }
 
 LocationNode* LocationTree::createNode(std::string_view path, bool createParents, bool isProxy) {

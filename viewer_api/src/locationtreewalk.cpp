@@ -73,8 +73,9 @@ void LocationTree::walk(LocationNode& node, const Inherited& inherited,
         change.removed = true;
     }
 
-    if (node.sent != wasSent || node.inheritedHidden != didInheritHidden)
+    if (node.sent != wasSent || node.inheritedHidden != didInheritHidden) {
         dropExtents(node);
+    }
 
     const bool isDoomed =
         !inherited.parentDeleted && !node.cooked && !node.pinned && node.pinnedDescendants == 0;

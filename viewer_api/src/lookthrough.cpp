@@ -45,8 +45,9 @@ struct LookThrough::Outcome {
 };
 
 void LookThrough::setLocation(VlViewportHostStruct* viewport, const char* path) {
-    if (!delegate_.viewports.contains(viewport))
+    if (!delegate_.viewports.contains(viewport)) {
         return;
+    }
     const HostCall call(delegate_);
     forgetViewport(viewport);
     const std::string location = path ? path : "";
@@ -55,8 +56,9 @@ void LookThrough::setLocation(VlViewportHostStruct* viewport, const char* path) 
         fire(kChanged, request);
         return;
     }
-    if (location.front() != '/')
+    if (location.front() != '/') {
         throw std::runtime_error("Invalid look-through location (\"" + location + "\")");
+    }
     requestedLookThrough[viewport] = location;
     pendingLookThrough[viewport] = location;
     Client& client = *delegate_.scene.lookThroughClient;
@@ -73,8 +75,9 @@ void LookThrough::setLocation(VlViewportHostStruct* viewport, const char* path) 
 }
 
 void LookThrough::forgetViewport(const VlViewportHostStruct* viewport) {
-    if (requestedLookThrough.erase(viewport) == 0)
+    if (requestedLookThrough.erase(viewport) == 0) {
         return;
+    }
     pendingLookThrough.erase(viewport);
     stale_.erase(viewport);
     reconcileLookThroughActive();
@@ -86,8 +89,9 @@ void LookThrough::reconcileLookThroughActive() {
     client.getActiveLocations(active, "/root");
     for (const auto& path : active.getNearestSample(0.0F)) {
         const auto isRequested = [&](const auto& request) { return request.second == path; };
-        if (std::ranges::none_of(requestedLookThrough, isRequested))
+        if (std::ranges::none_of(requestedLookThrough, isRequested)) {
             client.setLocationsInactive(StringAttribute(path));
+        }
     }
 }
 
@@ -100,19 +104,22 @@ void LookThrough::onAttributesMerged(const std::string& path, const GroupAttribu
 }
 
 void LookThrough::resolveUnchanged() {
-    if (stale_.empty())
+    if (stale_.empty()) {
         return;
+    }
     const HostCall call(delegate_);
     const std::vector<VlViewportHostStruct*> viewports = delegate_.viewports.viewports;
     for (const VlViewportHostStruct* const viewport : viewports) {
         const std::string* const unchanged = findUnchanged(viewport);
-        if (!unchanged)
+        if (!unchanged) {
             continue;
+        }
         const std::string path = *unchanged;
         stale_.erase(viewport);
         const auto [data, isFound] = delegate_.scene.lookThroughClient->getCachedLocation(path);
-        if (isFound)
+        if (isFound) {
             resolve(*viewport, path, Outcome(data));
+        }
     }
 }
 
@@ -122,34 +129,39 @@ bool LookThrough::hasUnchanged() const {
 }
 
 const std::string* LookThrough::findUnchanged(const VlViewportHostStruct* viewport) const {
-    if (!stale_.contains(viewport))
+    if (!stale_.contains(viewport)) {
         return nullptr;
+    }
     const std::string& path = requestedLookThrough.at(viewport);
     return delegate_.scene.lookThroughClient->isLocationDataCurrent(path, -1) ? &path : nullptr;
 }
 
 void LookThrough::tell(const std::string& path, const Outcome& outcome) {
-    if (requestedLookThrough.empty())
+    if (requestedLookThrough.empty()) {
         return;
+    }
     const HostCall call(delegate_);
     // A listener may change both the list and the requests.
     const std::vector<VlViewportHostStruct*> viewports = delegate_.viewports.viewports;
     for (const VlViewportHostStruct* const viewport : viewports) {
         const auto request = requestedLookThrough.find(viewport);
-        if (request == requestedLookThrough.end())
+        if (request == requestedLookThrough.end()) {
             continue;
+        }
         if (request->second == path) {
             resolve(*viewport, path, outcome);
             continue;
         }
         // An ancestor's event says nothing of a request that is still open.
         if (!VlScenelib::Path::IsAncestor(path, request->second) ||
-            pendingLookThrough.contains(viewport))
+            pendingLookThrough.contains(viewport)) {
             continue;
+        }
         const std::string location = request->second;
         const auto [data, isFound] = delegate_.scene.lookThroughClient->getCachedLocation(location);
-        if (isFound)
+        if (isFound) {
             resolve(*viewport, location, Outcome(data));
+        }
     }
 }
 
@@ -170,8 +182,9 @@ void LookThrough::resolve(const VlViewportHostStruct& viewport, const std::strin
     // While its attributes were told, the request may have been resolved or replaced. Until they
     // were told it is open: a listener that raises will hear of the next event in full.
     const auto pending = pendingLookThrough.find(&viewport);
-    if (!isPending || pending == pendingLookThrough.end() || pending->second != path)
+    if (!isPending || pending == pendingLookThrough.end() || pending->second != path) {
         return;
+    }
     pendingLookThrough.erase(pending);
     fire(kChanged, payload);
 }
@@ -185,10 +198,11 @@ void LookThrough::tellCooked(const VlViewportHostStruct& viewport, const std::st
     DeferredEvents& deferred = deferredLookThroughEvents[path];
     const auto found =
         std::ranges::find(deferred, viewport.name, &DeferredEvents::value_type::first);
-    if (found == deferred.end())
+    if (found == deferred.end()) {
         deferred.emplace_back(viewport.name, payload);
-    else
+    } else {
         found->second = payload;
+    }
 }
 
 void LookThrough::releaseDeferred(const std::string& path) {
@@ -197,8 +211,9 @@ void LookThrough::releaseDeferred(const std::string& path) {
          found != deferredLookThroughEvents.end(); found = deferredLookThroughEvents.find(path)) {
         const DeferredEvents deferred = std::move(found->second);
         deferredLookThroughEvents.erase(found);
-        for (const auto& [name, payload] : deferred)
+        for (const auto& [name, payload] : deferred) {
             fire(kCooked, payload);
+        }
     }
 }
 

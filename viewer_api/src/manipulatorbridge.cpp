@@ -36,8 +36,9 @@ void setManipulatorBridgeFactory(ManipulatorBridgeFactory factory) {
 }
 
 std::unique_ptr<ManipulatorBridge> createManipulatorBridge() {
-    if (const ManipulatorBridgeFactory& factory = bridgeFactory())
+    if (const ManipulatorBridgeFactory& factory = bridgeFactory()) {
         return factory();
+    }
     return std::make_unique<NullManipulatorBridge>();
 }
 

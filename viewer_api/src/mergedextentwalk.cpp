@@ -37,16 +37,18 @@ bool hasManyPoints(const LocationNode& node) {
 }
 
 ExtentCache& cacheOf(const LocationNode& node) {
-    if (!node.extents)
+    if (!node.extents) {
         node.extents = std::make_unique<ExtentCache>();
+    }
     return *node.extents;
 }
 
 } // namespace
 
 void MergedExtentWalk::addStart(const LocationNode* node) {
-    if (node && takesPart(*node) && starts_.insert(node).second)
+    if (node && takesPart(*node) && starts_.insert(node).second) {
         stack_.push_back(node);
+    }
 }
 
 DoubleAttribute MergedExtentWalk::run() {
@@ -75,18 +77,21 @@ void MergedExtentWalk::visit(const LocationNode& node) {
 }
 
 DoubleAttribute MergedExtentWalk::pointExtentOf(const LocationNode& node) {
-    if (node.extents && node.extents->pointExtent)
+    if (node.extents && node.extents->pointExtent) {
         return node.extents->pointExtent;
+    }
     DoubleAttribute extent = pointExtent(node.attributes);
-    if (hasManyPoints(node))
+    if (hasManyPoints(node)) {
         cacheOf(node).pointExtent = extent;
+    }
     return extent;
 }
 
 void MergedExtentWalk::visitChildren(const LocationNode& node, const WorldMatrix& world) {
     const std::size_t count = node.children.size() + node.proxyChildren.size();
-    if (count == 0)
+    if (count == 0) {
         return;
+    }
     // What is kept knows nothing of an excluded child.
     const bool isKept = count >= kManyChildren && !(excluded_ && excluded_->parent == &node);
     const ExtentCache::Children* children =
@@ -97,8 +102,9 @@ void MergedExtentWalk::visitChildren(const LocationNode& node, const WorldMatrix
         children = &gathered;
     }
     push(children->others);
-    if (children->bounds)
+    if (children->bounds) {
         mergeBox(constant_, *children->bounds);
+    }
     // Where most have to be asked the walk costs as much with the rest.
     if (children == &gathered && isKept && gathered.others.size() * 2 <= count) {
         gathered.others.shrink_to_fit();
@@ -112,15 +118,17 @@ ExtentCache::Children MergedExtentWalk::gatherChildren(const LocationNode& node,
     gathered.parentWorld = world;
     for (const NodeList<LocationNode>* list : {&node.children, &node.proxyChildren}) {
         for (const LocationNode* child : *list) {
-            if (!takesPart(*child))
+            if (!takesPart(*child)) {
                 continue;
+            }
             const std::optional<Box> box = constantBoundOf(*child);
             const std::optional<Box> moved =
                 box ? transformBox(*box, worldMatrixOf(*child, world)) : std::nullopt;
-            if (moved)
+            if (moved) {
                 mergeBox(gathered.bounds, *moved);
-            else
+            } else {
                 gathered.others.push_back(child);
+            }
         }
     }
     return gathered;
@@ -129,8 +137,9 @@ ExtentCache::Children MergedExtentWalk::gatherChildren(const LocationNode& node,
 void MergedExtentWalk::push(const std::vector<const LocationNode*>& nodes) {
     // Each node has one parent, so only a start can be reached twice.
     for (const LocationNode* node : nodes) {
-        if (starts_.find(node) == starts_.end())
+        if (starts_.find(node) == starts_.end()) {
             stack_.push_back(node);
+        }
     }
 }
 

@@ -16,8 +16,9 @@ std::uint64_t VlOptionIdGeneratorHostStruct::generate(const char* name) {
     const std::uint64_t optionId = VlAttribute::StringAttribute(text).getHash().first << 16U;
     std::string& known = OptionIdTable[optionId];
     // Assigning an equal name could move the text that a caller of lookUp still holds.
-    if (known != text)
+    if (known != text) {
         known = text;
+    }
     return optionId;
 }
 

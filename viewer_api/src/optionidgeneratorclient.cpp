@@ -10,8 +10,9 @@ OptionIdGeneratorClient& OptionIdGeneratorClient::module() {
 }
 
 int OptionIdGeneratorClient::setHost(const VlPluginHost* host) {
-    if (!host)
+    if (!host) {
         return -1;
+    }
     host_ = host;
     const OptionIdGeneratorHostSuite* const suite = askHost();
     setSuite(suite);
@@ -19,15 +20,17 @@ int OptionIdGeneratorClient::setHost(const VlPluginHost* host) {
 }
 
 void OptionIdGeneratorClient::setSuite(const OptionIdGeneratorHostSuite* suite) {
-    if (!suite || suite == suite_)
+    if (!suite || suite == suite_) {
         return;
+    }
     suite_ = suite;
     generator_ = nullptr; // it was the other suite's
 }
 
 const OptionIdGeneratorHostSuite* OptionIdGeneratorClient::getSuite() {
-    if (!suite_ && host_)
+    if (!suite_ && host_) {
         setSuite(askHost());
+    }
     return suite_;
 }
 
@@ -47,10 +50,12 @@ const char* OptionIdGeneratorClient::lookUp(std::uint64_t optionId) {
 }
 
 void OptionIdGeneratorClient::ensureGenerator() {
-    if (!getSuite())
+    if (!getSuite()) {
         throw std::runtime_error("No option id generator suite has been set.");
-    if (!generator_)
+    }
+    if (!generator_) {
         generator_ = suite_->getOptionIdGenerator();
+    }
 }
 
 } // namespace ViewerAPI

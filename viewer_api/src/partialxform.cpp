@@ -25,10 +25,12 @@ constexpr std::int64_t kMatrixTuple = 4;
 
 /// A single sample holds for all times, and asks for none.
 void addSampleTimes(const DoubleAttribute& attribute, std::vector<float>& times) {
-    if (attribute.getNumberOfTimeSamples() == 1)
+    if (attribute.getNumberOfTimeSamples() == 1) {
         return;
-    for (std::int64_t index = 0; index < attribute.getNumberOfTimeSamples(); ++index)
+    }
+    for (std::int64_t index = 0; index < attribute.getNumberOfTimeSamples(); ++index) {
         times.push_back(attribute.getSampleTime(index));
+    }
 }
 
 /// The other groups of the transform, by their own names in front of the part that is wanted.
@@ -37,10 +39,11 @@ void copyOtherGroups(const GroupAttribute& xform, const PartialXformQuery& query
     bool isBehind = false;
     for (std::int64_t index = 0; index < xform.getNumberOfChildren(); ++index) {
         const std::string_view name = xform.getChildName(index);
-        if (name == query.groupName)
+        if (name == query.groupName) {
             isBehind = true;
-        else if (isBehind ? query.includeGroupsAfter : query.includeGroupsBefore)
+        } else if (isBehind ? query.includeGroupsAfter : query.includeGroupsBefore) {
             builder.set(name, xform.getChildByIndex(index));
+        }
     }
 }
 
@@ -48,16 +51,18 @@ void copyOtherGroups(const GroupAttribute& xform, const PartialXformQuery& query
 bool copyComponents(const GroupAttribute& group, const PartialXformQuery& query,
                     GroupBuilder& builder) {
     std::string_view pattern = query.componentName;
-    if (!pattern.empty() && pattern.back() == '?')
+    if (!pattern.empty() && pattern.back() == '?') {
         pattern.remove_suffix(1);
+    }
     const std::string prefix = "xform." + std::string(query.groupName) + ".";
     bool isFound = false;
     for (std::int64_t index = 0; index < group.getNumberOfChildren(); ++index) {
         const std::string_view name = group.getChildName(index);
         if (name.substr(0, pattern.size()) == pattern) {
             isFound = true;
-            if (!query.includeComponent)
+            if (!query.includeComponent) {
                 break;
+            }
         } else if (isFound) {
             break;
         }
@@ -72,12 +77,14 @@ DoubleAttribute calcPartialXform(const GroupAttribute& xform, const PartialXform
                                  bool& isAbsolute) {
     isAbsolute = false;
     const GroupAttribute group(xform.getChildByName(query.groupName));
-    if (!group)
+    if (!group) {
         return {};
+    }
     GroupBuilder builder;
     copyOtherGroups(xform, query, builder);
-    if (!copyComponents(group, query, builder))
+    if (!copyComponents(group, query, builder)) {
         return {};
+    }
     auto [matrix, absolute] =
         VlScenelib::VlXFormUtil::CalcTransformMatrixAtExistingTimes(builder.build());
     isAbsolute = absolute;
@@ -85,10 +92,12 @@ DoubleAttribute calcPartialXform(const GroupAttribute& xform, const PartialXform
 }
 
 DoubleAttribute multiplyMatrices(const DoubleAttribute& left, const DoubleAttribute& right) {
-    if (!left)
+    if (!left) {
         return right;
-    if (!right)
+    }
+    if (!right) {
         return left;
+    }
     std::vector<float> times;
     addSampleTimes(left, times);
     addSampleTimes(right, times);

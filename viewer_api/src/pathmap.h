@@ -28,8 +28,9 @@ template <class Value>
     for (auto place = map.lower_bound(path);
          place != map.end() && place->first.view().starts_with(path); ++place) {
         // "/root/ab" and "/root/a.b" stand among what lies below "/root/a".
-        if (LocationPath::isAtOrBelow(place->first, path))
+        if (LocationPath::isAtOrBelow(place->first, path)) {
             keys.push_back(place->first);
+        }
     }
     return keys;
 }

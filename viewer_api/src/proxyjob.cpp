@@ -20,18 +20,22 @@ FloatAttribute chooseTime(const GroupAttribute& proxyAttrs, const GroupAttribute
     const auto frame = [&proxyAttrs](const char* name) {
         return FloatAttribute(proxyAttrs.borrowChildByName(name));
     };
-    if (IntAttribute(proxyAttrs.borrowChildByName("static")).getValue(0) == 1)
+    if (IntAttribute(proxyAttrs.borrowChildByName("static")).getValue(0) == 1) {
         return FloatAttribute(kFirstTime);
-    if (FloatAttribute currentFrame = frame("currentFrame"); currentFrame.isValid())
+    }
+    if (FloatAttribute currentFrame = frame("currentFrame"); currentFrame.isValid()) {
         return currentFrame;
+    }
     const FloatAttribute current(systemArgs.borrowChildByName(kTimeName));
     FloatAttribute time(current.getValue(kFirstTime));
     const FloatAttribute first = frame("firstFrame");
-    if (first.isValid() && time.getValue() < first.getValue())
+    if (first.isValid() && time.getValue() < first.getValue()) {
         time = first;
+    }
     const FloatAttribute last = frame("lastFrame");
-    if (last.isValid() && time.getValue() > last.getValue())
+    if (last.isValid() && time.getValue() > last.getValue()) {
         time = last;
+    }
     return time;
 }
 

@@ -62,13 +62,16 @@ void ProxyRuntime::initialise() {
 }
 
 SubmitStatus ProxyRuntime::submit(const ProxyJob& job) {
-    if (inFlight_.size() >= kMaxInFlightCooks)
+    if (inFlight_.size() >= kMaxInFlightCooks) {
         return SubmitStatus::Full;
-    if (inFlight_.contains(job.key))
+    }
+    if (inFlight_.contains(job.key)) {
         return SubmitStatus::Cooking;
+    }
     const std::shared_ptr<Op> op = buildChain(getOps(job), job.systemArgs);
-    if (!op)
+    if (!op) {
         return SubmitStatus::NoOp;
+    }
     const std::shared_ptr<Transaction> transaction = runtime_->createTransaction();
     InFlightCook& cook = inFlight_[job.key];
     cook = {job.proxyAttrs, job.systemArgs, transaction->createClient()};
@@ -81,8 +84,9 @@ SubmitStatus ProxyRuntime::submit(const ProxyJob& job) {
 GroupAttribute ProxyRuntime::getOps(const ProxyJob& job) const {
     const Attribute& viewer = job.proxyAttrs.borrowChildByName("viewer");
     const StringAttribute filePath(viewer);
-    if (!filePath.isValid())
+    if (!filePath.isValid()) {
         return GroupAttribute(viewer);
+    }
     const FloatAttribute time(job.systemArgs.borrowChildByName("timeSlice.currentTime"));
     const GroupAttribute question{{"filePath", filePath}, {"frameTime", time}};
     const GroupAttribute answer(owner_->callPythonCallback(kLoaderChannel, question));
@@ -96,18 +100,21 @@ std::shared_ptr<Op> ProxyRuntime::buildChain(const GroupAttribute& ops,
     const auto append = [&](const std::string& opType, const GroupAttribute& args) {
         const std::shared_ptr<Op> op = transaction->createOp();
         transaction->setOpArgs(op, opType, args);
-        if (last)
+        if (last) {
             transaction->setOpInputs(op, {last});
+        }
         last = op;
     };
     for (std::int64_t index = 0; index < ops.getNumberOfChildren(); ++index) {
         const GroupAttribute op(ops.borrowChildByIndex(index));
         const StringAttribute opType(op.borrowChildByName("opType"));
-        if (opType.isValid())
+        if (opType.isValid()) {
             append(opType.getValue(), makeOpArgs(op, systemArgs));
+        }
     }
-    if (last)
+    if (last) {
         append(kCollapseOpType, GroupAttribute::Empty());
+    }
     runtime_->commit(transaction);
     return last;
 }
@@ -143,8 +150,9 @@ void ProxyRuntime::storeStaticScene(std::uint64_t key, const GroupAttribute& sta
         const auto [children, parent] = std::move(pending.front());
         pending.pop_front();
         std::vector<std::pair<std::string_view, std::int64_t>> order;
-        for (std::int64_t index = 0; index < children.getNumberOfChildren(); ++index)
+        for (std::int64_t index = 0; index < children.getNumberOfChildren(); ++index) {
             order.emplace_back(children.getChildName(index), index);
+        }
         std::sort(order.begin(), order.end());
         for (const auto& [childName, index] : order) {
             const GroupAttribute child(children.borrowChildByIndex(index));

@@ -28,8 +28,9 @@ constexpr std::int64_t kBoundsValues = 6;
 /// The box of whole points of 3 or 4 values; null when the values don't divide.
 DoubleAttribute extentOf(const FloatAttribute& points, std::size_t tupleSize) {
     const std::span<const float> values = points.getNearestSample(0.0F);
-    if (!points || values.size() % tupleSize != 0)
+    if (!points || values.size() % tupleSize != 0) {
         return {};
+    }
     constexpr double kMinStart = std::numeric_limits<double>::max();
     constexpr double kMaxStart = std::numeric_limits<double>::min();
     std::array<double, 3> low{kMinStart, kMinStart, kMinStart};
@@ -46,8 +47,9 @@ DoubleAttribute extentOf(const FloatAttribute& points, std::size_t tupleSize) {
 }
 
 void merge(DoubleAttribute& merged, const DoubleAttribute& bounds) {
-    if (isBounds(bounds))
+    if (isBounds(bounds)) {
         merged = merged ? MergeBounds(merged, bounds) : bounds;
+    }
 }
 
 } // namespace
@@ -59,10 +61,12 @@ bool isBounds(const DoubleAttribute& attribute) {
 
 DoubleAttribute pointExtent(const GroupAttribute& attributes) {
     const GroupAttribute points(attributes.borrowChildByName("geometry.point"));
-    if (!points)
+    if (!points) {
         return {};
-    if (DoubleAttribute extent = extentOf(FloatAttribute(points.borrowChildByName("P")), 3))
+    }
+    if (DoubleAttribute extent = extentOf(FloatAttribute(points.borrowChildByName("P")), 3)) {
         return extent;
+    }
     return extentOf(FloatAttribute(points.borrowChildByName("Pw")), 4);
 }
 
@@ -71,19 +75,23 @@ DoubleAttribute SceneBounds::getBounds(const std::string& path) const {
 }
 
 DoubleAttribute SceneBounds::getBounds(const GroupAttribute& attributes, const char* path) const {
-    if (DoubleAttribute bound(attributes.borrowChildByName("bound")); isBounds(bound))
+    if (DoubleAttribute bound(attributes.borrowChildByName("bound")); isBounds(bound)) {
         return bound;
+    }
     const HostCall call(delegate_);
     if (DoubleAttribute bound(
             Attribute::CreateAndSteal(delegate_.suite->getBounds(delegate_.instance, path)));
-        isBounds(bound))
+        isBounds(bound)) {
         return bound;
+    }
     const ComponentList::Snapshot components = delegate_.components.snapshot();
     for (auto place = components->rbegin(); place != components->rend(); ++place) {
-        if (!delegate_.components.contains(*place))
+        if (!delegate_.components.contains(*place)) {
             continue;
-        if (DoubleAttribute bound = (*place)->getBounds(path); isBounds(bound))
+        }
+        if (DoubleAttribute bound = (*place)->getBounds(path); isBounds(bound)) {
             return bound;
+        }
     }
     return {};
 }
@@ -99,8 +107,9 @@ DoubleAttribute SceneBounds::computeExtent(DoubleAttribute extent, const char* p
                       delegate_.suite->computeExtent(delegate_.instance, path))));
     const ComponentList::Snapshot components = delegate_.components.snapshot();
     for (auto place = components->rbegin(); place != components->rend(); ++place) {
-        if (delegate_.components.contains(*place))
+        if (delegate_.components.contains(*place)) {
             merge(extent, (*place)->computeExtent(path));
+        }
     }
     return extent;
 }
@@ -109,8 +118,9 @@ DoubleAttribute SceneBounds::computeMergedExtent(const char* const* paths, std::
                                                  const std::string& excludePath) const {
     MergedExtentWalk walk(*this, delegate_.locationTree.find(excludePath));
     for (std::uint32_t index = 0; paths && index < count; ++index) {
-        if (paths[index])
+        if (paths[index]) {
             walk.addStart(delegate_.locationTree.find(paths[index]));
+        }
     }
     return walk.run();
 }

@@ -43,17 +43,21 @@ SceneClients::~SceneClients() = default;
 void SceneClients::createRuntime() {
     const auto* const host = static_cast<const ScenelibRuntimeHostSuite*>(
         PluginManager::getHostSuite("ScenelibRuntimeHost", 2));
-    if (!host)
+    if (!host) {
         throw std::runtime_error("Error getting Scenelib Runtime Host suite.");
-    if (runtime)
+    }
+    if (runtime) {
         return;
+    }
     ScenelibRuntimeHandle handle = nullptr;
     const ScenelibRuntimeSuite* suite = nullptr;
     host->create(kRuntimeTypeName, &handle, &suite);
-    if (!handle)
+    if (!handle) {
         throw std::runtime_error("Error instantiating a Runtime object.");
-    if (!suite)
+    }
+    if (!suite) {
         throw std::runtime_error("Error getting runtimeSuite for 'runtime-async'.");
+    }
     runtime = ScenelibRuntime::CreateAndSteal(handle, suite);
 }
 
@@ -98,15 +102,17 @@ void SceneClients::setResolveArgs(Transaction& transaction) {
 }
 
 std::int64_t SceneClients::setViewOp(int opId) {
-    if (viewOp && viewOp->getId() == opId)
+    if (viewOp && viewOp->getId() == opId) {
         return -1;
+    }
     viewOp = runtime->getOpFromOpId(opId);
     return applyViewOp();
 }
 
 std::int64_t SceneClients::applyViewOp() {
-    if (!workingSetVisibilityEnabled)
+    if (!workingSetVisibilityEnabled) {
         primaryClient->setAllOpen(false);
+    }
     const std::shared_ptr<Transaction> transaction = runtime->createTransaction();
     if (workingSetVisibilityEnabled) {
         setResolveArgs(*transaction);
@@ -119,14 +125,16 @@ std::int64_t SceneClients::applyViewOp() {
     transaction->setClientOp(sourcesClient, viewOp);
     transaction->setClientOp(lookThroughClient, viewOp);
     const std::int64_t commitId = runtime->commit(transaction);
-    if (workingSetVisibilityEnabled)
+    if (workingSetVisibilityEnabled) {
         primaryClient->setAllOpen(true);
+    }
     return commitId;
 }
 
 void SceneClients::setVisibilityWorkingSet(const GroupAttribute& workingSet) {
-    if (workingSet == visibilityWorkingSet)
+    if (workingSet == visibilityWorkingSet) {
         return;
+    }
     visibilityWorkingSet = workingSet;
     const std::shared_ptr<Transaction> transaction = runtime->createTransaction();
     setResolveArgs(*transaction);
@@ -139,8 +147,9 @@ void SceneClients::setWorkingSetVisibilityEnabled(bool isEnabled) {
         StringAttribute active;
         pinnedClient->getActiveLocations(active, "");
         if (active.getNumberOfValues() > 0) {
-            for (const auto& path : active.getNearestSample(0.0F))
+            for (const auto& path : active.getNearestSample(0.0F)) {
                 savedPinnedLocations.insert(path.str());
+            }
             pinnedClient->setLocationsInactive(active);
         }
     }
@@ -156,8 +165,9 @@ void SceneClients::pinLocations(const StringAttribute& paths) {
         pinnedClient->setLocationsActive(paths);
         return;
     }
-    for (const auto& path : paths.getNearestSample(0.0F))
+    for (const auto& path : paths.getNearestSample(0.0F)) {
         savedPinnedLocations.insert(path.str());
+    }
 }
 
 void SceneClients::unpinLocations(const StringAttribute& paths) {
@@ -165,15 +175,17 @@ void SceneClients::unpinLocations(const StringAttribute& paths) {
         pinnedClient->setLocationsInactive(paths);
         return;
     }
-    for (const auto& path : paths.getNearestSample(0.0F))
+    for (const auto& path : paths.getNearestSample(0.0F)) {
         savedPinnedLocations.erase(path.str());
+    }
 }
 
 SceneEvents SceneClients::fetchEvents(int eventLimit) {
     SceneEvents events;
     primaryClient->getLocationEvents(events.primary, eventLimit);
-    if (!workingSetVisibilityEnabled)
+    if (!workingSetVisibilityEnabled) {
         pinnedClient->getLocationEvents(events.pinned, eventLimit);
+    }
     sourcesClient->getLocationEvents(events.sources, eventLimit);
     lookThroughClient->getLocationEvents(events.lookThrough, eventLimit);
     return events;

@@ -46,8 +46,9 @@ DoubleAttribute SceneTransforms::getWorldXform(std::string_view path, int sceneV
         for (const std::string& location : VlScenelib::Path::GetLocationStack(path)) {
             const GroupAttribute attributes = delegate_.getAttributes(location, sceneView);
             const GroupAttribute xform(attributes.borrowChildByName("xform"));
-            if (xform)
+            if (xform) {
                 chain.set("i" + std::to_string(index), xform);
+            }
             ++index;
         }
         return CalcTransformMatrixAtExistingTimes(chain.build()).first;
@@ -87,12 +88,14 @@ DoubleAttribute SceneTransforms::getPartialXform(const std::string& path,
     default:
         break;
     }
-    if (!xform)
+    if (!xform) {
         return {};
+    }
     bool isAbsolute = false;
     DoubleAttribute matrix = calcPartialXform(xform, query, isAbsolute);
-    if (matrix && includeParentXform && !isAbsolute)
+    if (matrix && includeParentXform && !isAbsolute) {
         matrix = multiplyMatrices(matrix, getParentXform(path, sceneView));
+    }
     return matrix;
 }
 

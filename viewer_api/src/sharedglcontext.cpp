@@ -51,8 +51,9 @@ const VlLoggerGlue& logger() {
 }
 
 bool fail(const char* text, LogLine line) {
-    if (logger().errorEnabled())
+    if (logger().errorEnabled()) {
         logger().error(text, kLogSource, line);
+    }
     return false;
 }
 
@@ -68,41 +69,49 @@ bool SharedGLContext::join(int32_t windowId, NativeDeviceContext& deviceContext)
     if (!sharedGLContext) {
         const int error = windows.glewInit();
         if (error != 0) {
-            if (logger().errorEnabled())
+            if (logger().errorEnabled()) {
                 logger().error(windows.glewGetErrorString(error), kLogSource, kLoaderLine);
+            }
             return false;
         }
     }
     deviceContext = windows.getDC(intptr_t{windowId});
-    if (!deviceContext)
+    if (!deviceContext) {
         return fail("Invalid display device.", kDeviceContextLine);
+    }
     if (!sharedGLContext) {
         if (windows.choosePixelFormat(deviceContext, kPixelFormatAttributes, &sharedPixelFormat) ==
-            0)
+            0) {
             return fail("Failed to choose pixel format.", kChoosePixelFormatLine);
+        }
         windows.describePixelFormat(deviceContext, sharedPixelFormat,
                                     sizeof sharedPixelFormatDescriptor,
                                     &sharedPixelFormatDescriptor);
     }
-    if (windows.setPixelFormat(deviceContext, sharedPixelFormat, &sharedPixelFormatDescriptor) == 0)
+    if (windows.setPixelFormat(deviceContext, sharedPixelFormat, &sharedPixelFormatDescriptor) ==
+        0) {
         return fail("Failed to set pixel format.", kSetPixelFormatLine);
+    }
     if (!sharedGLContext) {
         sharedGLContext = windows.createContextAttribs(deviceContext, nullptr, kContextAttributes);
-        if (!sharedGLContext)
+        if (!sharedGLContext) {
             return fail("Failed to create OpenGL context.", kCreateContextLine);
+        }
     }
     return true;
 }
 
 bool SharedGLContext::makeCurrent(NativeDeviceContext deviceContext) const {
-    if (!deviceContext || !sharedGLContext)
+    if (!deviceContext || !sharedGLContext) {
         return false;
+    }
     return windowSystem().makeCurrent(deviceContext, sharedGLContext) != 0;
 }
 
 bool SharedGLContext::doneCurrent(NativeDeviceContext deviceContext) const {
-    if (!deviceContext || !sharedGLContext)
+    if (!deviceContext || !sharedGLContext) {
         return true;
+    }
     return windowSystem().makeCurrent(deviceContext, nullptr) != 0;
 }
 
@@ -111,16 +120,19 @@ bool SharedGLContext::isCurrent() const {
 }
 
 bool SharedGLContext::isCurrent(NativeDeviceContext deviceContext) const {
-    if (!deviceContext || !sharedGLContext)
+    if (!deviceContext || !sharedGLContext) {
         return false;
+    }
     return windowSystem().getCurrentDC() == deviceContext && isCurrent();
 }
 
 void SharedGLContext::releaseDeviceContext(int32_t windowId, NativeDeviceContext deviceContext) {
-    if (!deviceContext)
+    if (!deviceContext) {
         return;
-    if (windowSystem().releaseDC(intptr_t{windowId}, deviceContext) != 1)
+    }
+    if (windowSystem().releaseDC(intptr_t{windowId}, deviceContext) != 1) {
         fail("Failed to release device context.", kReleaseDeviceContextLine);
+    }
 }
 
 } // namespace ViewerAPI

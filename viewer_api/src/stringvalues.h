@@ -12,8 +12,9 @@ inline std::vector<std::string> toStrings(const VlAttribute::StringAttribute& at
     const auto values = attribute.getNearestSample(0.0F);
     std::vector<std::string> strings;
     strings.reserve(values.size());
-    for (const auto value : values)
+    for (const auto value : values) {
         strings.push_back(value.str());
+    }
     return strings;
 }
 

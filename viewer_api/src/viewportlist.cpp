@@ -14,12 +14,14 @@ ViewportList::~ViewportList() {
 }
 
 void ViewportList::addViewport(VlViewportHostStruct* viewport, const std::string& name) {
-    if (!viewport)
+    if (!viewport) {
         return;
+    }
     const auto found = std::find(viewports.begin(), viewports.end(), viewport);
     viewportIndices[name] = static_cast<std::uint32_t>(found - viewports.begin());
-    if (found == viewports.end())
+    if (found == viewports.end()) {
         viewports.push_back(viewport);
+    }
 }
 
 VlViewportHostStruct* ViewportList::getViewport(const std::string& name) const {
@@ -47,13 +49,15 @@ bool ViewportList::contains(const VlViewportHostStruct* viewport) const {
 
 void ViewportList::removeViewport(const std::string& name) {
     const auto found = viewportIndices.find(name);
-    if (found != viewportIndices.end())
+    if (found != viewportIndices.end()) {
         removeViewportByIndex(found->second);
+    }
 }
 
 void ViewportList::removeViewportByIndex(std::uint32_t index) {
-    if (index >= viewports.size())
+    if (index >= viewports.size()) {
         return;
+    }
     const std::unique_ptr<VlViewportHostStruct, RetireHostObject> viewport(viewports[index]);
     viewports.erase(viewports.begin() + static_cast<std::ptrdiff_t>(index));
     for (auto entry = viewportIndices.begin(); entry != viewportIndices.end();) {
@@ -61,8 +65,9 @@ void ViewportList::removeViewportByIndex(std::uint32_t index) {
             entry = viewportIndices.erase(entry);
             continue;
         }
-        if (entry->second > index)
+        if (entry->second > index) {
             --entry->second;
+        }
         ++entry;
     }
     delegate_.lookThrough.forgetViewport(viewport.get());
@@ -71,8 +76,9 @@ void ViewportList::removeViewportByIndex(std::uint32_t index) {
 
 void ViewportList::clear() {
     viewportIndices.clear();
-    for (VlViewportHostStruct* const viewport : std::exchange(viewports, {}))
+    for (VlViewportHostStruct* const viewport : std::exchange(viewports, {})) {
         HostObject::retire(viewport);
+    }
 }
 
 } // namespace ViewerAPI

@@ -40,9 +40,11 @@ FloatAttribute makeCorners(std::span<const double> bound) {
     }};
     std::array<float, 24> points{};
     auto point = points.begin();
-    for (const auto& corner : kCorners)
-        for (const std::size_t value : corner)
+    for (const auto& corner : kCorners) {
+        for (const std::size_t value : corner) {
             *point++ = static_cast<float>(bound[value]);
+        }
+    }
     return FloatAttribute(std::span<const float>(points), 3);
 }
 
@@ -84,9 +86,10 @@ void VlBoundingBoxFactory::collectProducts(std::vector<FactoryProduct>& out) {
     dropRequestsIfDisabled();
     for (const LocationPath& path : toProduce) {
         // One that was forgotten after it had been asked for has no box.
-        if (const Attribute* const bound = locations.find(path))
+        if (const Attribute* const bound = locations.find(path)) {
             out.push_back({kFactoryProductProduced, generatedPath(path),
                            buildBox(DoubleAttribute(*bound).getNearestSample(0.0F))});
+        }
     }
     toProduce.clear();
 }

@@ -39,8 +39,9 @@ VlManipulatorHostStruct::VlManipulatorHostStruct(const std::string& pluginName_,
             for (const std::string& path : candidateLocationPaths) {
                 const GroupAttribute attributes =
                     owner->getAttributes(path, kVlViewerDelegatePrimary);
-                if (attributes && matches(attributes))
+                if (attributes && matches(attributes)) {
                     found.push_back(path);
+                }
             }
         }
         activeLocationPaths = StringAttribute(found);
@@ -66,8 +67,9 @@ void VlManipulatorHostStruct::endHandles() {
     // A destroy entry may still look at the list, and even add to it.
     while (!handles.empty()) {
         handleIndexByName.clear();
-        for (VlManipulatorHandleHostStruct* const handle : std::exchange(handles, {}))
+        for (VlManipulatorHandleHostStruct* const handle : std::exchange(handles, {})) {
             HostObject::retire(handle);
+        }
     }
 }
 
@@ -90,8 +92,9 @@ bool VlManipulatorHostStruct::event(VlAttributeStruct* eventData) {
 }
 
 bool VlManipulatorHostStruct::prepareDraw() {
-    if (activeLocationPaths.getNumberOfValues() == 0 || isInSetup_)
+    if (activeLocationPaths.getNumberOfValues() == 0 || isInSetup_) {
         return false;
+    }
     if (setupPending) {
         const RaisedFlag isInSetup(isInSetup_);
         pluginSuite->setup(pluginInstance);
@@ -102,16 +105,18 @@ bool VlManipulatorHostStruct::prepareDraw() {
 
 bool VlManipulatorHostStruct::draw() {
     const HostCall call(*this);
-    if (!prepareDraw())
+    if (!prepareDraw()) {
         return false;
+    }
     pluginSuite->draw(pluginInstance);
     return true;
 }
 
 bool VlManipulatorHostStruct::pickerDraw(std::uint64_t pickerId) {
     const HostCall call(*this);
-    if (!prepareDraw())
+    if (!prepareDraw()) {
         return false;
+    }
     pluginSuite->pickerDraw(pluginInstance, pickerId);
     return true;
 }
@@ -134,8 +139,9 @@ DoubleAttribute VlManipulatorHostStruct::calculateXform() const {
             ++found;
         }
     }
-    if (found > 0.0)
+    if (found > 0.0) {
         center /= found;
+    }
     Imath::M44d matrix;
     matrix.setTranslation(center);
     return toMatrixAttribute(matrix);
@@ -158,21 +164,24 @@ bool VlManipulatorHostStruct::setValue(const std::string& path, const std::strin
 
 void VlManipulatorHostStruct::openManipulationGroup(const std::string& path) {
     const HostCall call(*this);
-    if (VlViewerDelegateHostStruct* const owner = delegate())
+    if (VlViewerDelegateHostStruct* const owner = delegate()) {
         owner->openManipulationGroup(path);
+    }
 }
 
 void VlManipulatorHostStruct::closeManipulationGroup(const std::string& path) {
     const HostCall call(*this);
-    if (VlViewerDelegateHostStruct* const owner = delegate())
+    if (VlViewerDelegateHostStruct* const owner = delegate()) {
         owner->closeManipulationGroup(path);
+    }
 }
 
 bool VlManipulatorHostStruct::onLocationChanged(const std::string& path,
                                                 const GroupAttribute& attributes) {
     // First, as this is all that most of a scene's locations should cost.
-    if (!candidates_.contains(path))
+    if (!candidates_.contains(path)) {
         return false;
+    }
     const HostCall call(*this);
     return attributes && matches(attributes) ? addLocationPath(path) : removeLocationPath(path);
 }
@@ -188,16 +197,18 @@ bool VlManipulatorHostStruct::removeLocationPath(const std::string& path) {
 bool VlManipulatorHostStruct::addLocationPath(const std::string& path) {
     std::vector<std::string> paths = toStrings(activeLocationPaths);
     const bool isNew = std::ranges::find(paths, path) == paths.end();
-    if (isNew)
+    if (isNew) {
         paths.push_back(path);
+    }
     activeLocationPaths = StringAttribute(paths);
     refreshEditable();
     return isNew;
 }
 
 void VlManipulatorHostStruct::refreshEditable() {
-    if (!delegate())
+    if (!delegate()) {
         return;
+    }
     // Held: the application may bring other locations when it is asked.
     const StringAttribute paths = activeLocationPaths;
     const auto active = paths.getNearestSample(0.0F);
@@ -205,8 +216,9 @@ void VlManipulatorHostStruct::refreshEditable() {
                             return isEditable(path.str());
                         });
     // Another list has been asked about meanwhile, and that answer is the newer one.
-    if (activeLocationPaths.getHandle() == paths.getHandle())
+    if (activeLocationPaths.getHandle() == paths.getHandle()) {
         editable = isEach;
+    }
 }
 
 bool VlManipulatorHostStruct::isEditable(const std::string& path) const {
@@ -215,8 +227,9 @@ bool VlManipulatorHostStruct::isEditable(const std::string& path) const {
     const GroupAttribute editor{
         delegate()->locationTree.getAttributes(path, false).getChildByName("attributeEditor")};
     StringAttribute node{editor.getChildByName("xform.exclusiveTo")};
-    if (!node)
+    if (!node) {
         node = StringAttribute(editor.getChildByName("exclusiveTo"));
+    }
     return node && delegate()->bridge->isNodeEditable(node.getValue("").c_str());
 }
 
@@ -246,27 +259,32 @@ VlManipulatorHostStruct::getManipulatorHandleByIndex(std::uint32_t index) const 
 
 void VlManipulatorHostStruct::removeManipulatorHandle(const std::string& name) {
     const auto found = handleIndexByName.find(name);
-    if (found == handleIndexByName.end())
+    if (found == handleIndexByName.end()) {
         return;
+    }
     const HostCall call(*this);
     const std::uint32_t index = found->second;
     handleIndexByName.erase(found);
     // A name left over from a removal by index may lead nowhere.
-    if (index >= handles.size())
+    if (index >= handles.size()) {
         return;
+    }
     const std::unique_ptr<VlManipulatorHandleHostStruct, RetireHostObject> handle(handles[index]);
     handles.erase(handles.begin() + index);
     for (auto& [other, otherIndex] : handleIndexByName) {
-        if (otherIndex > index)
+        if (otherIndex > index) {
             --otherIndex;
+        }
     }
 }
 
 void VlManipulatorHostStruct::removeManipulatorHandleByIndex(std::uint32_t index) {
-    if (index > handles.size())
+    if (index > handles.size()) {
         return;
-    if (index == handles.size())
+    }
+    if (index == handles.size()) {
         throw std::out_of_range("invalid vector<T> subscript");
+    }
     const HostCall call(*this);
     const std::unique_ptr<VlManipulatorHandleHostStruct, RetireHostObject> handle(handles[index]);
     handles.erase(handles.begin() + index);
@@ -277,8 +295,9 @@ void VlManipulatorHostStruct::removeManipulatorHandleByIndex(std::uint32_t index
             handleIndexByName.erase(entry);
             break;
         }
-        if (entry->second > index)
+        if (entry->second > index) {
             --entry->second;
+        }
     }
 }
 
@@ -287,8 +306,9 @@ std::uint32_t VlManipulatorHostStruct::getNumberOfManipulatorHandles() const {
 }
 
 const char* VlManipulatorHostStruct::getManipulatorHandleName(std::uint32_t index) const {
-    if (index > handles.size())
+    if (index > handles.size()) {
         return "";
+    }
     const auto found = std::ranges::find_if(
         handleIndexByName, [index](const auto& entry) { return entry.second == index; });
     return found == handleIndexByName.end() ? "" : found->first.c_str();

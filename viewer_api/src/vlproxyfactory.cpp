@@ -35,10 +35,12 @@ void VlProxyFactory::setAttributeName(std::string_view /*name*/) {}
 bool VlProxyFactory::isEligible(const LocationChange& change) const {
     // What most locations lack comes first: this is asked for every change of the scene.
     const GroupAttribute& attributes = change.attributes;
-    if ((leavesOnly && !change.leaf) || change.hidden || !hasRequiredAttributes(attributes))
+    if ((leavesOnly && !change.leaf) || change.hidden || !hasRequiredAttributes(attributes)) {
         return false;
-    if (skipGeometry && attributes.borrowChildByName("geometry.point").isValid())
+    }
+    if (skipGeometry && attributes.borrowChildByName("geometry.point").isValid()) {
         return false;
+    }
     const IntAttribute hide(attributes.borrowChildByName("viewer.default.drawOptions.hide"));
     return hide.getValue(0) == 0;
 }
@@ -68,13 +70,15 @@ void VlProxyFactory::requestRemove(const LocationPath& path) {
 }
 
 void VlProxyFactory::requestProduceAll() {
-    for (const auto& location : locations)
+    for (const auto& location : locations) {
         toProduce.push_back(location.first);
+    }
 }
 
 void VlProxyFactory::requestRemoveAll() {
-    for (const auto& location : locations)
+    for (const auto& location : locations) {
         toRemove.push_back(location.first);
+    }
 }
 
 void VlProxyFactory::setSystemArgs(const GroupAttribute& /*args*/) {}
@@ -88,18 +92,21 @@ void VlProxyFactory::clear() {
 }
 
 void VlProxyFactory::setEnabled(bool isEnabled) {
-    if (isEnabled == enabled)
+    if (isEnabled == enabled) {
         return;
+    }
     enabled = isEnabled;
-    if (enabled)
+    if (enabled) {
         requestProduceAll();
-    else
+    } else {
         requestRemoveAll();
+    }
 }
 
 void VlProxyFactory::logProducts(const std::vector<FactoryProduct>& products, std::size_t first) {
-    if (!logger().debugEnabled())
+    if (!logger().debugEnabled()) {
         return;
+    }
     for (std::size_t index = first; index < products.size(); ++index) {
         std::ostringstream text;
         text << products[index];
@@ -108,14 +115,16 @@ void VlProxyFactory::logProducts(const std::vector<FactoryProduct>& products, st
 }
 
 void VlProxyFactory::collectRemovals(std::vector<FactoryProduct>& out) {
-    for (const LocationPath& path : toRemove)
+    for (const LocationPath& path : toRemove) {
         out.push_back(makeRemoval(path));
+    }
     toRemove.clear();
 }
 
 void VlProxyFactory::dropRequestsIfDisabled() {
-    if (!enabled)
+    if (!enabled) {
         toProduce.clear();
+    }
 }
 
 std::string VlProxyFactory::generatedPath(const LocationPath& path) const {

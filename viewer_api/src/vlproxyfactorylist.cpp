@@ -32,64 +32,76 @@ void VlProxyFactoryList::createFactories() {
 }
 
 void VlProxyFactoryList::initialise() {
-    for (const auto& factory : factories_)
+    for (const auto& factory : factories_) {
         factory->initialise();
+    }
 }
 
 void VlProxyFactoryList::setOwner(VlViewerDelegateHostStruct* delegate) {
     owner_ = delegate;
-    for (const auto& factory : factories_)
+    for (const auto& factory : factories_) {
         factory->setOwner(delegate);
+    }
 }
 
 void VlProxyFactoryList::setSystemArgs(const GroupAttribute& args) {
-    for (const auto& factory : factories_)
+    for (const auto& factory : factories_) {
         factory->setSystemArgs(args);
+    }
 }
 
 void VlProxyFactoryList::setBoundingBoxesEnabled(bool isEnabled) {
-    if (!factories_.empty())
+    if (!factories_.empty()) {
         setEnabled(*factories_[kBoundingBoxes], isEnabled);
+    }
 }
 
 void VlProxyFactoryList::setProxyGeometryEnabled(bool isEnabled) {
-    if (!factories_.empty())
+    if (!factories_.empty()) {
         setEnabled(*factories_[kProxyGeometry], isEnabled);
+    }
 }
 
 void VlProxyFactoryList::setEnabled(VlProxyFactory& factory, bool isEnabled) {
-    if (isEnabled == factory.isEnabled())
+    if (isEnabled == factory.isEnabled()) {
         return;
-    if (isEnabled)
+    }
+    if (isEnabled) {
         learn(factory);
+    }
     factory.setEnabled(isEnabled);
-    if (!isEnabled)
+    if (!isEnabled) {
         factory.forgetLocations();
+    }
 }
 
 void VlProxyFactoryList::learn(VlProxyFactory& factory) const {
-    if (!owner_)
+    if (!owner_) {
         return;
+    }
     // In the midst of a delivery the tree is ahead of what the factories have been told. What they
     // are told of then is known already, or goes: products are collected only after it.
     owner_->locationTree.visitSent([&factory](const LocationChange& location) {
-        if (!location.proxy && factory.isEligible(location))
+        if (!location.proxy && factory.isEligible(location)) {
             factory.storeLocation(location.path, location.attributes);
+        }
     });
 }
 
 void VlProxyFactoryList::applyChanges(std::span<const LocationChange> changes) {
     for (const LocationChange& change : changes) {
-        if (change.proxy)
+        if (change.proxy) {
             continue;
+        }
         if (change.removed) {
             // The tree has dropped the generated locations with their parent.
             removeSubtree(change.path);
             continue;
         }
         for (const auto& factory : factories_) {
-            if (factory->isEnabled())
+            if (factory->isEnabled()) {
                 applyChange(*factory, change);
+            }
         }
     }
 }
@@ -97,19 +109,22 @@ void VlProxyFactoryList::applyChanges(std::span<const LocationChange> changes) {
 void VlProxyFactoryList::applyChange(VlProxyFactory& factory, const LocationChange& change) {
     const bool isKnown = factory.hasLocation(change.path);
     if (!factory.isEligible(change)) {
-        if (!isKnown)
+        if (!isKnown) {
             return;
+        }
         factory.forgetLocation(change.path);
         factory.requestRemove(change.path);
     } else if (change.attributesChanged || !isKnown) {
-        if (factory.storeLocation(change.path, change.attributes))
+        if (factory.storeLocation(change.path, change.attributes)) {
             factory.requestProduce(change.path);
+        }
     }
 }
 
 void VlProxyFactoryList::collectProducts(std::vector<FactoryProduct>& out) {
-    for (const auto& factory : factories_)
+    for (const auto& factory : factories_) {
         factory->collectProducts(out);
+    }
 }
 
 bool VlProxyFactoryList::hasPendingWork() const {
@@ -118,13 +133,15 @@ bool VlProxyFactoryList::hasPendingWork() const {
 }
 
 void VlProxyFactoryList::removeSubtree(std::string_view path) {
-    for (const auto& factory : factories_)
+    for (const auto& factory : factories_) {
         factory->removeSubtree(path);
+    }
 }
 
 void VlProxyFactoryList::clear() {
-    for (const auto& factory : factories_)
+    for (const auto& factory : factories_) {
         factory->clear();
+    }
 }
 
 } // namespace ViewerAPI

@@ -51,11 +51,13 @@ void VlProxyGeometryFactory::removeSubtree(std::string_view path) {
     for (const LocationPath& location : keysAtOrBelow(assigned, path)) {
         const std::uint64_t key = assigned.find(location)->second;
         unassign(location);
-        if (!waiters.contains(key))
+        if (!waiters.contains(key)) {
             proxyRuntime.cancel(key);
+        }
     }
-    for (const LocationPath& location : jobQueue.locationsAtOrBelow(path))
+    for (const LocationPath& location : jobQueue.locationsAtOrBelow(path)) {
         jobQueue.remove(location);
+    }
     VlProxyFactory::removeSubtree(path);
 }
 
@@ -98,26 +100,31 @@ void VlProxyGeometryFactory::requestRemove(const LocationPath& path) {
     } else {
         isShown = true; // for all that is known here
     }
-    if (isShown)
+    if (isShown) {
         toRemove.push_back(path);
+    }
 }
 
 void VlProxyGeometryFactory::requestProduceAll() {
-    for (const auto& location : locations)
+    for (const auto& location : locations) {
         requestProduce(location.first);
+    }
 }
 
 void VlProxyGeometryFactory::requestRemoveAll() {
-    for (const auto& location : locations)
+    for (const auto& location : locations) {
         requestRemove(location.first);
+    }
 }
 
 void VlProxyGeometryFactory::setSystemArgs(const GroupAttribute& args) {
-    if (args == systemArgs)
+    if (args == systemArgs) {
         return;
+    }
     systemArgs = args;
-    if (isEnabled())
+    if (isEnabled()) {
         requestProduceAll();
+    }
 }
 
 // ---- Collection
@@ -142,8 +149,9 @@ void VlProxyGeometryFactory::submitQueued() {
     while (jobQueue.size() > 0 &&
            proxyRuntime.getNumberOfCooks() < ProxyRuntime::kMaxInFlightCooks) {
         const auto [location, job] = jobQueue.pop();
-        if (submit(location, job) == SubmitStatus::Cooking)
+        if (submit(location, job) == SubmitStatus::Cooking) {
             continue;
+        }
         // Cached like a result, for all that wait for it: it is not tried again until `clear`.
         results[job.key] = makeWarning();
         serveQueued(job.key);
@@ -171,8 +179,9 @@ void VlProxyGeometryFactory::collectRemovals(std::vector<FactoryProduct>& out) {
     for (const LocationPath& path : toRemove) {
         out.push_back(makeRemoval(path));
         const auto found = published.find(path);
-        if (found == published.end())
+        if (found == published.end()) {
             continue;
+        }
         PublishedProxy& proxy = found->second;
         if (!proxy.next) {
             published.erase(found);
@@ -182,8 +191,9 @@ void VlProxyGeometryFactory::collectRemovals(std::vector<FactoryProduct>& out) {
         // pass stays, and would keep what stands below it.
         if (proxy.current) {
             const std::string root = generatedPath(path);
-            for (const ProxyResultItem& item : std::span(*proxy.current).subspan(1))
+            for (const ProxyResultItem& item : std::span(*proxy.current).subspan(1)) {
                 out.push_back({kFactoryProductRemoved, root + item.name, GroupAttribute::Empty()});
+            }
         }
         proxy.current = nullptr;
     }
@@ -194,12 +204,14 @@ void VlProxyGeometryFactory::publish(std::vector<FactoryProduct>& out) {
     for (const LocationPath& path : toProduce) {
         const auto found = published.find(path);
         // Nothing for a path that had its turn in this pass, and for one that was forgotten.
-        if (found == published.end())
+        if (found == published.end()) {
             continue;
+        }
         PublishedProxy& proxy = found->second;
         const ProxyResult* const next = std::exchange(proxy.next, nullptr);
-        if (!next || !hasLocation(path))
+        if (!next || !hasLocation(path)) {
             continue;
+        }
         publishResult(path, proxy.current, *next, out);
         proxy.current = next;
     }
@@ -215,22 +227,26 @@ void VlProxyGeometryFactory::publishResult(const LocationPath& path, const Proxy
         // stays, for that reason, comes back below: hence removals stand first.
         auto kept = result.begin();
         for (const ProxyResultItem& old : *shown) {
-            while (kept != result.end() && kept->name < old.name)
+            while (kept != result.end() && kept->name < old.name) {
                 ++kept;
-            if (kept != result.end() && kept->name == old.name)
+            }
+            if (kept != result.end() && kept->name == old.name) {
                 ++kept;
-            else
+            } else {
                 out.push_back({kFactoryProductRemoved, root + old.name, GroupAttribute::Empty()});
+            }
         }
     }
-    for (const ProxyResultItem& item : result)
+    for (const ProxyResultItem& item : result) {
         out.push_back({kFactoryProductProduced, root + item.name, item.attrs});
+    }
 }
 
 void VlProxyGeometryFactory::serveWaiters(std::uint64_t key) {
     const auto found = waiters.find(key);
-    if (found == waiters.end())
+    if (found == waiters.end()) {
         return;
+    }
     for (const LocationPath& path : found->second) {
         makeReady(path, results[key]);
         assigned.erase(path);
@@ -257,8 +273,9 @@ void VlProxyGeometryFactory::assign(const LocationPath& path, std::uint64_t key)
 
 void VlProxyGeometryFactory::unassign(std::string_view path) {
     const auto found = assigned.find(path);
-    if (found == assigned.end())
+    if (found == assigned.end()) {
         return;
+    }
     const auto waiting = waiters.find(found->second);
     std::vector<LocationPath>& paths = waiting->second;
     if (paths.size() == 1) {

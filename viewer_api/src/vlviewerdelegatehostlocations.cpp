@@ -33,8 +33,9 @@ bool isPathList(const char* const* paths, std::uint32_t count) {
 
 /// Null, which makes an operation do nothing, for a list that has a null in it.
 StringAttribute packPaths(const char* const* paths, std::uint32_t count) {
-    if (!isPathList(paths, count))
+    if (!isPathList(paths, count)) {
         return {};
+    }
     return StringAttribute(std::span<const char* const>(paths, count));
 }
 
@@ -44,11 +45,13 @@ template <class TellClient, class TellTree>
 void changeState(const char* const* paths, std::uint32_t count, const TellClient& tellClient,
                  const TellTree& tellTree) {
     const StringAttribute list = packPaths(paths, count);
-    if (!list)
+    if (!list) {
         return;
+    }
     tellClient(list);
-    for (const std::string_view path : list.getNearestSample(0.0F))
+    for (const std::string_view path : list.getNearestSample(0.0F)) {
         tellTree(path);
+    }
 }
 
 } // namespace
@@ -98,13 +101,15 @@ void VlViewerDelegateHostStruct::deactivateSourceLocations(const char* const* pa
 }
 
 void VlViewerDelegateHostStruct::hideLocations(const char* const* paths, std::uint32_t count) {
-    if (isPathList(paths, count))
+    if (isPathList(paths, count)) {
         locationTree.hideLocations({paths, count});
+    }
 }
 
 void VlViewerDelegateHostStruct::unhideLocations(const char* const* paths, std::uint32_t count) {
-    if (isPathList(paths, count))
+    if (isPathList(paths, count)) {
         locationTree.unhideLocations({paths, count});
+    }
 }
 
 void VlViewerDelegateHostStruct::unhideAllLocations() {
@@ -122,8 +127,9 @@ void VlViewerDelegateHostStruct::setSelectedLocations(const char* const* paths,
     const HostCall call(*this);
     const ComponentList::Snapshot snapshot = components.snapshot();
     for (auto place = snapshot->rbegin(); place != snapshot->rend(); ++place) {
-        if (components.contains(*place))
+        if (components.contains(*place)) {
             (*place)->locationsSelected(paths, count);
+        }
     }
     suite->locationsSelected(instance, const_cast<const char**>(paths), count);
 }
@@ -133,8 +139,9 @@ void VlViewerDelegateHostStruct::selectLocation(const char* path) {
 }
 
 void VlViewerDelegateHostStruct::selectLocations(const char* const* paths, std::uint32_t count) {
-    if (const StringAttribute list = packPaths(paths, count))
+    if (const StringAttribute list = packPaths(paths, count)) {
         callPythonCallback(kSelectLocationsChannel, list);
+    }
 }
 
 StringAttribute VlViewerDelegateHostStruct::getSelectedLocations() {
@@ -145,17 +152,20 @@ StringAttribute VlViewerDelegateHostStruct::getSelectedLocations() {
 
 GroupAttribute VlViewerDelegateHostStruct::getCompatibleManipulatorsInfo(const char* const* paths,
                                                                          std::uint32_t count) {
-    if (!isPathList(paths, count))
+    if (!isPathList(paths, count)) {
         return {};
+    }
     const HostCall call(*this);
     // Not a group by path, as a dot in a location's name would lead into another group.
     boost::unordered_set<std::string_view> seen;
     std::vector<GroupAttribute> locations;
     for (const char* const path : std::span(paths, count)) {
-        if (!seen.insert(path).second)
+        if (!seen.insert(path).second) {
             continue;
-        if (GroupAttribute attributes = getAttributes(path, kVlViewerDelegatePrimary))
+        }
+        if (GroupAttribute attributes = getAttributes(path, kVlViewerDelegatePrimary)) {
             locations.push_back(std::move(attributes));
+        }
     }
     return ViewerAPI::getCompatibleManipulatorsInfo(locations);
 }

@@ -36,8 +36,9 @@ VlViewportCameraHostStruct::VlViewportCameraHostStruct(const std::string& plugin
 
 VlViewportCameraHostStruct::~VlViewportCameraHostStruct() {
     endLife();
-    for (VlViewportHostStruct* other : activeIn_)
+    for (VlViewportHostStruct* other : activeIn_) {
         other->activeCamera = nullptr;
+    }
     destroyPluginInstance(pluginSuite, pluginHandle);
 }
 
@@ -70,8 +71,9 @@ void VlViewportCameraHostStruct::setProjectionMatrix(const double* matrix) {
 }
 
 void VlViewportCameraHostStruct::updatePanZoomProjection() {
-    if (!viewport)
+    if (!viewport) {
         return;
+    }
     panZoomMatrix.makeIdentity();
     panZoomMatrix[0][0] = panZoomMatrix[1][1] = viewport->zoom;
     panZoomMatrix.translate(
@@ -90,8 +92,9 @@ void VlViewportCameraHostStruct::setFOV(double degrees) {
 }
 
 void VlViewportCameraHostStruct::setOrthographicWidth(double width) {
-    if (width == 0.0)
+    if (width == 0.0) {
         return;
+    }
     orthographicWidth = width;
     setDirty(CameraDirtyBits_DirtyParams);
 }

@@ -69,8 +69,9 @@ void VlViewportHostStruct::endLayers() {
 }
 
 void VlViewportHostStruct::setup(int32_t windowId_) {
-    if (isInitialized || isInSetupOrCleanup_)
+    if (isInitialized || isInSetupOrCleanup_) {
         return;
+    }
     HostCall call(*this);
     {
         const RaisedFlag isInSetup(isInSetupOrCleanup_);
@@ -85,13 +86,15 @@ void VlViewportHostStruct::setup(int32_t windowId_) {
         isInitialized = hasJoined || isCurrent;
     }
     // Removal came too early to clean up what had not been set up yet.
-    if (isRetired())
+    if (isRetired()) {
         cleanup();
+    }
 }
 
 void VlViewportHostStruct::cleanup() {
-    if (!isInitialized || isInSetupOrCleanup_)
+    if (!isInitialized || isInSetupOrCleanup_) {
         return;
+    }
     HostCall call(*this);
     const RaisedFlag isInCleanup(isInSetupOrCleanup_);
     makeGLContextCurrent();
@@ -125,8 +128,9 @@ void VlViewportHostStruct::hover(bool isHovering, int x, int y) {
 }
 
 bool VlViewportHostStruct::event(VlAttributeStruct* eventData) {
-    if (!isInitialized)
+    if (!isInitialized) {
         return false;
+    }
     HostCall call(*this);
     return pluginSuite->event(pluginHandle, eventData) != 0;
 }
@@ -142,12 +146,14 @@ void VlViewportHostStruct::thaw() {
 }
 
 void VlViewportHostStruct::setViewFrozen(bool isFrozen) {
-    if (isViewFrozen == isFrozen)
+    if (isViewFrozen == isFrozen) {
         return;
+    }
     HostCall call(*this);
     isViewFrozen = isFrozen;
-    if (!viewerDelegate)
+    if (!viewerDelegate) {
         return;
+    }
     const VlAttribute::GroupAttribute state{
         {"viewport", VlAttribute::StringAttribute(name)},
         {"isViewFrozen", VlAttribute::IntAttribute(isFrozen ? 1 : 0)}};
@@ -163,8 +169,9 @@ void VlViewportHostStruct::walkLayers(const LayerOperation& operation) {
     };
     for (;;) {
         const auto next = std::ranges::find_if(layers, isUnvisited);
-        if (next == layers.end())
+        if (next == layers.end()) {
             return;
+        }
         visited.push_back((*next)->serial());
         operation(**next);
     }
@@ -182,8 +189,9 @@ VlViewportLayerHostStruct* VlViewportHostStruct::placeLayer(const std::string& p
     layerNames.insert(layerNames.begin() + place, layerName);
     VlViewportLayerHostStruct* layer = created.release();
     layers.insert(layers.begin() + place, layer);
-    if (!isInitialized)
+    if (!isInitialized) {
         return layer;
+    }
     makeGLContextCurrent();
     layer->setup();
     doneGLContextCurrent();
@@ -213,13 +221,15 @@ VlViewportLayerHostStruct* VlViewportHostStruct::getLayerByIndex(uint32_t index)
 
 void VlViewportHostStruct::removeLayer(const std::string& layerName) {
     const int index = getLayerIndex(layerName);
-    if (index >= 0)
+    if (index >= 0) {
         removeLayerByIndex(static_cast<uint32_t>(index));
+    }
 }
 
 void VlViewportHostStruct::removeLayerByIndex(uint32_t index) {
-    if (index >= layers.size())
+    if (index >= layers.size()) {
         return;
+    }
     HostCall call(*this);
     makeGLContextCurrent();
     std::unique_ptr<VlViewportLayerHostStruct, RetireHostObject> layer(layers[index]);
@@ -250,8 +260,9 @@ VlAttribute::GroupAttribute VlViewportHostStruct::getPickedObjects(const PixelRe
                                                                    float* depthOut) {
     HostCall call(*this);
     const PickingPlugin plugin(*this);
-    if (auto picked = plugin.customPick(region, deepPicking, depthOut))
+    if (auto picked = plugin.customPick(region, deepPicking, depthOut)) {
         return *std::move(picked);
+    }
     makeGLContextCurrent();
     return pickByColour(*picker, plugin, region, deepPicking, depthOut);
 }
@@ -261,8 +272,9 @@ bool VlViewportHostStruct::initializeGLContext() {
 }
 
 bool VlViewportHostStruct::makeGLContextCurrent() {
-    if (!SharedGLContext::instance().makeCurrent(deviceContext))
+    if (!SharedGLContext::instance().makeCurrent(deviceContext)) {
         return false;
+    }
     glCalls().viewport(0, 0, width, height);
     return true;
 }
@@ -276,20 +288,23 @@ bool VlViewportHostStruct::isGLContextCurrent() const {
 }
 
 void VlViewportHostStruct::enableCapability(uint32_t capability) {
-    if (recordCapability(capability, true))
+    if (recordCapability(capability, true)) {
         glCalls().enable(capability);
+    }
 }
 
 void VlViewportHostStruct::disableCapability(uint32_t capability) {
-    if (recordCapability(capability, false))
+    if (recordCapability(capability, false)) {
         glCalls().disable(capability);
+    }
 }
 
 // Whether GL has to be told. What GL had at first is not known, so the first request always does.
 bool VlViewportHostStruct::recordCapability(uint32_t capability, bool isEnabled) {
     const auto [state, isNew] = glCapabilityStates.try_emplace(capability, isEnabled);
-    if (!isNew && state->second == isEnabled)
+    if (!isNew && state->second == isEnabled) {
         return false;
+    }
     state->second = isEnabled;
     return true;
 }

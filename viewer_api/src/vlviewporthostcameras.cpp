@@ -20,8 +20,9 @@ VlViewportCameraHostStruct* VlViewportHostStruct::addCamera(const std::string& p
         // Removal passes over the active camera, so the new one takes over first; it has no
         // projection yet that pan and zoom could be applied to.
         const uint32_t index = found->second;
-        if (cameras[index] == activeCamera)
+        if (cameras[index] == activeCamera) {
             storeActiveCamera(camera);
+        }
         removeCameraByIndex(index);
     }
     cameras.reserve(cameras.size() + 1);
@@ -31,11 +32,13 @@ VlViewportCameraHostStruct* VlViewportHostStruct::addCamera(const std::string& p
 }
 
 void VlViewportHostStruct::storeActiveCamera(VlViewportCameraHostStruct* camera) {
-    if (activeCamera)
+    if (activeCamera) {
         std::erase(activeCamera->activeIn_, this);
+    }
     activeCamera = camera;
-    if (camera)
+    if (camera) {
         camera->activeIn_.push_back(this);
+    }
 }
 
 void VlViewportHostStruct::setActiveCamera(VlViewportCameraHostStruct* camera) {
@@ -55,36 +58,43 @@ VlViewportCameraHostStruct* VlViewportHostStruct::getCameraByIndex(uint32_t inde
 
 void VlViewportHostStruct::removeCameraByName(const std::string& cameraName) {
     const int index = getCameraIndex(cameraName);
-    if (index >= 0)
+    if (index >= 0) {
         removeCameraByIndex(static_cast<uint32_t>(index));
+    }
 }
 
 void VlViewportHostStruct::removeCameraByIndex(uint32_t index) {
-    if (index > cameras.size())
+    if (index > cameras.size()) {
         return;
+    }
     // Callers tell "one past the end" from "far out" by this error.
-    if (index == cameras.size())
+    if (index == cameras.size()) {
         throw std::out_of_range("invalid vector<T> subscript");
-    if (cameras[index] == activeCamera)
+    }
+    if (cameras[index] == activeCamera) {
         return;
+    }
     HostCall call(*this);
     std::unique_ptr<VlViewportCameraHostStruct, RetireHostObject> camera(cameras[index]);
     cameras.erase(cameras.begin() + index);
     auto ended = cameraIndexByName.end();
     for (auto entry = cameraIndexByName.begin(); entry != cameraIndexByName.end(); ++entry) {
-        if (entry->second == index)
+        if (entry->second == index) {
             ended = entry;
-        else if (entry->second > index)
+        } else if (entry->second > index) {
             --entry->second;
+        }
     }
-    if (ended != cameraIndexByName.end())
+    if (ended != cameraIndexByName.end()) {
         cameraIndexByName.erase(ended);
+    }
 }
 
 void VlViewportHostStruct::removeCamera(const VlViewportCameraHostStruct* camera) {
     const auto found = std::ranges::find(cameras, camera);
-    if (found != cameras.end())
+    if (found != cameras.end()) {
         removeCameraByIndex(static_cast<uint32_t>(found - cameras.begin()));
+    }
 }
 
 uint32_t VlViewportHostStruct::getNumberOfCameras() const {
@@ -92,9 +102,11 @@ uint32_t VlViewportHostStruct::getNumberOfCameras() const {
 }
 
 const char* VlViewportHostStruct::getCameraName(uint32_t index) const {
-    for (const auto& [cameraName, cameraIndex] : cameraIndexByName)
-        if (cameraIndex == index)
+    for (const auto& [cameraName, cameraIndex] : cameraIndexByName) {
+        if (cameraIndex == index) {
             return cameraName.c_str();
+        }
+    }
     return "";
 }
 
@@ -132,14 +144,16 @@ void VlViewportHostStruct::setPanAndZoomActive(bool isActive) {
 }
 
 void VlViewportHostStruct::updateActiveCamera() {
-    if (activeCamera)
+    if (activeCamera) {
         activeCamera->updatePanZoomProjection();
+    }
 }
 
 void VlViewportHostStruct::leaveCameras() {
     storeActiveCamera(nullptr);
-    for (VlViewportCameraHostStruct* camera : cameras)
+    for (VlViewportCameraHostStruct* camera : cameras) {
         camera->leaveViewport();
+    }
 }
 
 } // namespace ViewerAPI

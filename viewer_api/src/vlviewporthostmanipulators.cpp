@@ -25,48 +25,56 @@ void VlViewportHostStruct::activateManipulator(const std::string& pluginName,
                                                bool signal) {
     const HostCall call(*this);
     makeGLContextCurrent();
-    if (getActiveManipulator(pluginName))
+    if (getActiveManipulator(pluginName)) {
         return;
+    }
     std::unique_ptr<VlManipulatorHostStruct, RetireHostObject> created(
         new VlManipulatorHostStruct(pluginName, this, toStrings(locationPaths)));
     // The plug-in may have activated itself once more while it was made.
-    if (getActiveManipulator(pluginName))
+    if (getActiveManipulator(pluginName)) {
         return;
+    }
     activeManipulators.push_back(created.get());
     created.release();
-    if (signal)
+    if (signal) {
         signalActiveManipulatorsChanged(pluginName);
+    }
 }
 
 void VlViewportHostStruct::deactivateManipulator(const std::string& pluginName, bool signal) {
     const HostCall call(*this);
     makeGLContextCurrent();
     VlManipulatorHostStruct* const manipulator = getActiveManipulator(pluginName);
-    if (!manipulator)
+    if (!manipulator) {
         return;
+    }
     // The name may be the manipulator's own.
     const std::string endedName = pluginName;
     std::erase(activeManipulators, manipulator);
     HostObject::retire(manipulator);
-    if (signal)
+    if (signal) {
         signalActiveManipulatorsChanged(endedName);
+    }
 }
 
 void VlViewportHostStruct::deactivateAllManipulators(bool signal) {
-    if (activeManipulators.empty())
+    if (activeManipulators.empty()) {
         return;
+    }
     const HostCall call(*this);
     endManipulators();
-    if (signal)
+    if (signal) {
         signalActiveManipulatorsChanged("");
+    }
 }
 
 void VlViewportHostStruct::endManipulators() {
     // A destroy entry may still look at the list, and even add to it.
     while (!activeManipulators.empty()) {
         makeGLContextCurrent();
-        for (VlManipulatorHostStruct* const manipulator : std::exchange(activeManipulators, {}))
+        for (VlManipulatorHostStruct* const manipulator : std::exchange(activeManipulators, {})) {
             HostObject::retire(manipulator);
+        }
     }
 }
 
@@ -74,8 +82,9 @@ void VlViewportHostStruct::signalActiveManipulatorsChanged(const std::string& ma
     const VlAttribute::GroupAttribute change{
         {"viewportName", VlAttribute::StringAttribute(name)},
         {"manipulatorName", VlAttribute::StringAttribute(manipulatorName)}};
-    if (viewerDelegate)
+    if (viewerDelegate) {
         viewerDelegate->callPythonCallback(kActiveManipulatorsChanged, change);
+    }
 }
 
 uint32_t VlViewportHostStruct::getNumberOfActiveManipulators() const {
@@ -96,15 +105,17 @@ VlViewportHostStruct::getActiveManipulator(const std::string& pluginName) const 
 
 void VlViewportHostStruct::onLocationChanged(const std::string& path,
                                              const VlAttribute::GroupAttribute& attributes) {
-    if (activeManipulators.empty())
+    if (activeManipulators.empty()) {
         return;
+    }
     const HostCall call(*this);
     // The application, which is asked what may be edited, may activate and deactivate meanwhile.
     const std::vector<VlManipulatorHostStruct*> snapshot = activeManipulators;
     for (VlManipulatorHostStruct* const manipulator : snapshot) {
         if (std::ranges::find(activeManipulators, manipulator) != activeManipulators.end() &&
-            manipulator->onLocationChanged(path, attributes))
+            manipulator->onLocationChanged(path, attributes)) {
             setDirty(true);
+        }
     }
 }
 

@@ -34,8 +34,9 @@ VlViewportLayerHostStruct::VlViewportLayerHostStruct(const std::string& pluginNa
     : HostObject(viewport_), viewport(viewport_) {
     createPluginInstance(PluginKind::ViewportLayer, pluginName, this, pluginSuite, pluginHandle);
     try {
-        if (pluginSuite->usesPickingCache(pluginHandle))
+        if (pluginSuite->usesPickingCache(pluginHandle)) {
             picker = std::make_unique<VlViewportPicker>();
+        }
     } catch (...) {
         endLife();
         destroyPluginInstance(pluginSuite, pluginHandle);
@@ -49,36 +50,42 @@ VlViewportLayerHostStruct::~VlViewportLayerHostStruct() {
 }
 
 void VlViewportLayerHostStruct::setup() {
-    if (isInitialized || isInSetupOrCleanup_)
+    if (isInitialized || isInSetupOrCleanup_) {
         return;
+    }
     HostCall call(*this);
     {
         const RaisedFlag isInSetup(isInSetupOrCleanup_);
-        if (picker)
+        if (picker) {
             picker->setup(viewport->width, viewport->height);
+        }
         pluginSuite->setup(pluginHandle);
         isInitialized = true;
     }
     // Removal came too early to clean up what had not been set up yet.
-    if (isRetired())
+    if (isRetired()) {
         cleanup();
+    }
 }
 
 void VlViewportLayerHostStruct::cleanup() {
-    if (!isInitialized || isInSetupOrCleanup_)
+    if (!isInitialized || isInSetupOrCleanup_) {
         return;
+    }
     HostCall call(*this);
     const RaisedFlag isInCleanup(isInSetupOrCleanup_);
-    if (picker)
+    if (picker) {
         picker->cleanup();
+    }
     pluginSuite->cleanup(pluginHandle);
     isInitialized = false;
 }
 
 void VlViewportLayerHostStruct::resize(int width, int height) {
     HostCall call(*this);
-    if (picker)
+    if (picker) {
         picker->resize(width, height);
+    }
     pluginSuite->resize(pluginHandle, width, height);
 }
 
@@ -92,8 +99,9 @@ void VlViewportLayerHostStruct::draw() {
     pluginSuite->draw(pluginHandle);
     // Not for a layer that removed itself in its draw and is cleaned up, nor for one that draws by
     // this while it draws ids: there is one picture of them.
-    if (!picker || isRetired() || picker->isInUse)
+    if (!picker || isRetired() || picker->isInUse) {
         return;
+    }
     const PickerInUse inUse(pickerInUse_, *picker);
     const BoundPicker bound(*picker);
     picker->clear(true);
@@ -116,11 +124,13 @@ VlAttribute::GroupAttribute VlViewportLayerHostStruct::getPickedObjects(const Pi
                                                                         float* depthOut) {
     HostCall call(*this);
     const PickingPlugin plugin(*this);
-    if (auto picked = plugin.customPick(region, deepPicking, depthOut))
+    if (auto picked = plugin.customPick(region, deepPicking, depthOut)) {
         return *std::move(picked);
+    }
     viewport->makeGLContextCurrent();
-    if (picker && !deepPicking)
+    if (picker && !deepPicking) {
         return readCachedPick(*picker, region, depthOut);
+    }
     const PickerInUse inUse(pickerInUse_, *viewport->picker);
     return pickByColour(*viewport->picker, plugin, region, deepPicking, depthOut);
 }

@@ -66,16 +66,18 @@ std::set<int32_t> idsIn(const PixelRegion& region) {
                                     static_cast<size_t>(region.height) * kBytesPerPixel,
                                 0xFF);
     std::set<int32_t> ids;
-    if (pixels.empty())
+    if (pixels.empty()) {
         return ids;
+    }
     glCalls().readPixels(region.x, region.y, region.width, region.height, GL_RGBA, GL_UNSIGNED_BYTE,
                          pixels.data());
     int32_t last = kBackground;
     for (size_t i = 0; i < pixels.size(); i += kBytesPerPixel) {
         // Neighbours are mostly equal.
         const int32_t id = idOf(&pixels[i]);
-        if (id != last)
+        if (id != last) {
             ids.insert(id);
+        }
         last = id;
     }
     return ids;
@@ -84,8 +86,9 @@ std::set<int32_t> idsIn(const PixelRegion& region) {
 } // namespace
 
 void VlViewportPicker::resize(int width, int height) {
-    if (width == 0 || height == 0 || !glCalls().canReachFramebuffers())
+    if (width == 0 || height == 0 || !glCalls().canReachFramebuffers()) {
         return;
+    }
     cleanup();
     makeFramebuffer(width, height);
     // This falls on the framebuffer that was bound before, as a rule the window's, and has to stay
@@ -113,8 +116,9 @@ void VlViewportPicker::makeFramebuffer(int width, int height) {
     gl.framebufferRenderbuffer(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER,
                                depthRenderbuffer);
     gl.bindFramebuffer(GL_DRAW_FRAMEBUFFER, framebuffer);
-    if (gl.checkFramebufferStatus(GL_DRAW_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE)
+    if (gl.checkFramebufferStatus(GL_DRAW_FRAMEBUFFER) != GL_FRAMEBUFFER_COMPLETE) {
         std::cerr << "VlViewportPicker: There is a problem with the FBO" << std::endl;
+    }
     gl.bindFramebuffer(GL_FRAMEBUFFER, static_cast<uint32_t>(previousFramebuffer));
     hasFramebuffer_ = true;
     // Whoever drew into the former one has nothing to read any more.
@@ -124,8 +128,9 @@ void VlViewportPicker::makeFramebuffer(int width, int height) {
 void VlViewportPicker::cleanup() {
     // GL gives the names of deleted objects to the next ones, of other viewports perhaps: no name
     // is deleted twice, nor in the application's own context.
-    if (!std::exchange(hasFramebuffer_, false) || !glCalls().canReachFramebuffers())
+    if (!std::exchange(hasFramebuffer_, false) || !glCalls().canReachFramebuffers()) {
         return;
+    }
     GLCalls& gl = glCalls();
     gl.bindFramebuffer(GL_FRAMEBUFFER, 0);
     gl.deleteRenderbuffer(colorRenderbuffer);
@@ -134,8 +139,9 @@ void VlViewportPicker::cleanup() {
 }
 
 void VlViewportPicker::bind() {
-    if (!hasFramebuffer_)
+    if (!hasFramebuffer_) {
         return;
+    }
     previousFramebuffer = boundFramebuffer();
     glCalls().bindFramebuffer(GL_FRAMEBUFFER, framebuffer);
     glCalls().drawBuffer(GL_COLOR_ATTACHMENT0);
@@ -144,13 +150,15 @@ void VlViewportPicker::bind() {
 
 void VlViewportPicker::unbind() {
     // Also when a cleanup came in between, which has bound the window's framebuffer.
-    if (std::exchange(isBound_, false))
+    if (std::exchange(isBound_, false)) {
         glCalls().bindFramebuffer(GL_FRAMEBUFFER, static_cast<uint32_t>(previousFramebuffer));
+    }
 }
 
 void VlViewportPicker::clear(bool dropObjects) {
-    if (dropObjects)
+    if (dropObjects) {
         pickableObjects.clear();
+    }
     GLCalls& gl = glCalls();
     gl.clearColor(1, 1, 1, 1);
     gl.clear(GL_COLOR_BUFFER_BIT);
@@ -164,16 +172,20 @@ uint64_t VlViewportPicker::addPickableObject(VlAttribute::Attribute object) {
 }
 
 VlAttribute::GroupAttribute VlViewportPicker::pick(const PixelRegion& region, float* depthOut) {
-    if (!hasFramebuffer_ || !isBound_ || region.width <= 0 || region.height <= 0)
+    if (!hasFramebuffer_ || !isBound_ || region.width <= 0 || region.height <= 0) {
         return {};
+    }
     const PixelRegion read = inGL(region);
     VlAttribute::GroupBuilder picked;
-    for (const int32_t id : idsIn(read))
-        if (id >= 0 && static_cast<size_t>(id) < pickableObjects.size())
+    for (const int32_t id : idsIn(read)) {
+        if (id >= 0 && static_cast<size_t>(id) < pickableObjects.size()) {
             picked.set(std::to_string(id), pickableObjects[static_cast<size_t>(id)]);
+        }
+    }
     const bool isOnePixel = region.width == 1 && region.height == 1;
-    if (depthOut && isOnePixel && read.width > 0 && read.height > 0)
+    if (depthOut && isOnePixel && read.width > 0 && read.height > 0) {
         glCalls().readPixels(read.x, read.y, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, depthOut);
+    }
     return picked.build();
 }
 

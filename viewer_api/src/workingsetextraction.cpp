@@ -12,8 +12,9 @@ using VlAttribute::IntAttribute;
 GroupAttribute extractWorkingSetState(GroupAttribute attributes, WorkingSetState& state) {
     const GroupAttribute visibility(
         attributes.borrowChildByName("__viewerWorkingSets.viewerVisibility"));
-    if (!visibility)
+    if (!visibility) {
         return attributes;
+    }
     if (const GroupAttribute polished(visibility.borrowChildByName("polished")); polished) {
         state.hasData = true;
         const auto isOne = [](const IntAttribute& attribute) { return attribute.getValue(0) == 1; };
@@ -22,9 +23,10 @@ GroupAttribute extractWorkingSetState(GroupAttribute attributes, WorkingSetState
         const IntAttribute childrenInherit(polished.borrowChildByName("childrenInheritInclusion"));
         if (included) {
             state.included = isOne(included);
-            if (hasIncludedChildren && childrenInherit)
+            if (hasIncludedChildren && childrenInherit) {
                 state.leaf =
                     state.included && !isOne(hasIncludedChildren) && !isOne(childrenInherit);
+            }
         }
     }
     return GroupBuilder().update(attributes).del(kWorkingSetsGroupName).build();

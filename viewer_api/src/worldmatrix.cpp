@@ -8,8 +8,9 @@
 namespace ViewerAPI {
 
 WorldMatrix worldMatrixOf(const LocationNode& node, const WorldMatrix& parentWorld) {
-    if (!node.matrix)
+    if (!node.matrix) {
         return node.absolute ? WorldMatrix() : parentWorld;
+    }
     const Imath::M44d local = toMatrix(node.matrix);
     const bool isLocal = node.absolute || parentWorld.isIdentity;
     return {isLocal ? local : local * parentWorld.values, false};
@@ -18,8 +19,9 @@ WorldMatrix worldMatrixOf(const LocationNode& node, const WorldMatrix& parentWor
 const WorldMatrix& WorldMatrices::get(const LocationNode& node) {
     // Up to where the old line and the new one part, and back down.
     const LocationNode* joint = &node;
-    for (; joint && !isOnLine(*joint); joint = joint->parent)
+    for (; joint && !isOnLine(*joint); joint = joint->parent) {
         climbed_.push_back(joint);
+    }
     line_.resize(joint ? static_cast<std::size_t>(joint->depth) : 0);
     for (; !climbed_.empty(); climbed_.pop_back()) {
         const LocationNode& next = *climbed_.back();

@@ -42,8 +42,9 @@ TEST_F(AttributeAccess, anUnknownViewOrLocationIsAbsent) {
         EXPECT_FALSE(delegate->getCookedAttributes("/root/a", view).isValid()) << view;
         EXPECT_FALSE(delegate->getLiveAttributes("/root/a", view).isValid()) << view;
     }
-    for (const int view : kViews)
+    for (const int view : kViews) {
         EXPECT_FALSE(delegate->getAttributes("/root/unknown", view).isValid()) << view;
+    }
 }
 
 TEST_F(AttributeAccess, aLocationThatPluginsWereNotToldOfIsAbsent) {
@@ -74,8 +75,9 @@ TEST_F(AttributeAccess, cookedAttributesAreTheBaseOfALiveEntryElseWhatIsThere) {
 }
 
 TEST_F(AttributeAccess, liveAttributesAreTheOverridesByName) {
-    for (const int view : kViews)
+    for (const int view : kViews) {
         EXPECT_FALSE(delegate->getLiveAttributes("/root/a", view).isValid()) << view;
+    }
     setLive(delegate->liveValues.liveAttributes);
     EXPECT_EQ(textOf(delegate->getLiveAttributes("/root/a", 0)), "{name=\"live\" z={nested=1}}");
     EXPECT_FALSE(delegate->getLiveAttributes("/root/a", 2).isValid());

@@ -17,8 +17,9 @@ class ComponentListTest : public DelegateTest {
 protected:
     Lines names() {
         Lines result;
-        for (std::uint32_t index = 0; index < delegate->getNumberOfComponents(); ++index)
+        for (std::uint32_t index = 0; index < delegate->getNumberOfComponents(); ++index) {
             result.emplace_back(delegate->getComponentName(index));
+        }
         return result;
     }
 
@@ -26,8 +27,9 @@ protected:
     std::uint32_t countAtSetup = 99;
     void watchSetup() {
         componentA.onCall = [this](std::string_view entry, std::string_view) {
-            if (entry == "setup")
+            if (entry == "setup") {
                 countAtSetup = delegate->getNumberOfComponents();
+            }
         };
     }
 };
@@ -87,8 +89,9 @@ TEST_F(ComponentListTest, aPluginThatDoesNotLoadIsAnException) {
 
 TEST_F(ComponentListTest, aSetupThatThrowsLeavesNothingBehind) {
     componentA.onCall = [](std::string_view entry, std::string_view) {
-        if (entry == "setup")
+        if (entry == "setup") {
             throw std::runtime_error("setup");
+        }
     };
     EXPECT_THROW(delegate->addComponent("A", "a"), std::runtime_error);
     EXPECT_THROW(delegate->insertComponent("A", "a", 0), std::runtime_error);
@@ -98,8 +101,9 @@ TEST_F(ComponentListTest, aSetupThatThrowsLeavesNothingBehind) {
 
 TEST_F(ComponentListTest, anInsertedComponentMayRemoveItselfFromItsSetup) {
     componentA.onCall = [this](std::string_view entry, std::string_view) {
-        if (entry == "setup")
+        if (entry == "setup") {
             delegate->removeComponent("a");
+        }
     };
     EXPECT_EQ(delegate->insertComponent("A", "a", 0), nullptr);
     EXPECT_EQ(componentA.numberOfInstances, 0);
@@ -146,8 +150,9 @@ TEST_F(ComponentListTest, aRemovedComponentIsOutOfTheListBeforeItsCleanup) {
 TEST_F(ComponentListTest, aCleanupThatThrowsStillEndsTheComponent) {
     delegate->addComponent("A", "a");
     componentA.onCall = [](std::string_view entry, std::string_view) {
-        if (entry == "cleanup")
+        if (entry == "cleanup") {
             throw std::runtime_error("cleanup");
+        }
     };
     EXPECT_THROW(delegate->removeComponent("a"), std::runtime_error);
     EXPECT_EQ(delegate->getNumberOfComponents(), 0U);
@@ -157,8 +162,9 @@ TEST_F(ComponentListTest, aCleanupThatThrowsStillEndsTheComponent) {
 TEST_F(ComponentListTest, aNameOutlivesChangesOfTheList) {
     delegate->addComponent("A", "a");
     const char* const name = delegate->getComponentName(0);
-    for (int copy = 0; copy < 50; ++copy)
+    for (int copy = 0; copy < 50; ++copy) {
         delegate->insertComponent("B", "b", 0);
+    }
     EXPECT_EQ(delegate->getComponentName(50), name);
     EXPECT_STREQ(name, "a");
 }

@@ -65,8 +65,9 @@ protected:
             EXPECT_EQ(complaint(extentOf(int(place)), delegate->computeExtent(scene[place].path)),
                       "");
         }
-        for (int query = 0; query < 8; ++query)
+        for (int query = 0; query < 8; ++query) {
             compareMerged();
+        }
     }
 
     /// A scene with broad families of locations with bounds, over a random life.
@@ -81,14 +82,17 @@ protected:
             SCOPED_TRACE("round " + std::to_string(round));
             for (int changes = upTo(3); changes >= 0; --changes) {
                 change();
-                if (oneIn(3))
+                if (oneIn(3)) {
                     compareWithFresh();
+                }
             }
             delegate->processLocationEvents();
-            for (Location& location : scene)
+            for (Location& location : scene) {
                 location.isNewsWaiting = false;
-            if (oneIn(2))
+            }
+            if (oneIn(2)) {
                 compareWithFresh();
+            }
             bringProxies();
             compareMerged();
             compareWithFresh();
@@ -148,8 +152,9 @@ private:
                               std::numeric_limits<double>::max(), 2.2250738585072014e-308});
         for (int point = 0; point < count; ++point) {
             std::array<float, 4> p{};
-            for (float& value : p)
+            for (float& value : p) {
                 value = static_cast<float>(areNegative ? -std::abs(number()) : number());
+            }
             values.insert(values.end(), p.begin(), p.begin() + static_cast<long>(length));
             for (std::size_t axis = 0; axis < 3; ++axis) {
                 const double value = areWeighted ? double(p[axis]) * double(p[3]) : p[axis];
@@ -159,8 +164,9 @@ private:
             }
         }
         GroupBuilder builder;
-        if (areWeighted && oneIn(2))
+        if (areWeighted && oneIn(2)) {
             builder.set("point.P", FloatAttribute({1, 2})); // no whole point
+        }
         builder.set(areWeighted ? "point.Pw" : "point.P",
                     FloatAttribute(values, static_cast<std::int64_t>(length)));
         location.points = builder.build();
@@ -200,28 +206,33 @@ private:
         location.bound = {};
         location.points = {};
         location.pointBoxes = {};
-        if (!oneIn(5))
+        if (!oneIn(5)) {
             location.xform = xforms.make();
+        }
         if (oneIn(location.oneInHasBound)) {
             const std::array<double, 6> values = randomBox();
             // All of a family have one, and most a simple one.
-            if (location.oneInHasBound == 1 && !oneIn(8))
+            if (location.oneInHasBound == 1 && !oneIn(8)) {
                 location.bound = {DoubleAttribute(values), {{0.0F, boxOf(values)}}};
-            else
+            } else {
                 location.bound = randomAnswer();
+            }
         }
-        if (oneIn(2))
+        if (oneIn(2)) {
             makePoints(location);
+        }
     }
 
     void makeAnswers(Location& location, int oneInHasBounds) {
         location.bounds.assign(3, {});
         location.extents.assign(3, {});
         for (std::size_t who = 0; who < 3; ++who) {
-            if (oneIn(oneInHasBounds))
+            if (oneIn(oneInHasBounds)) {
                 location.bounds[who] = randomAnswer();
-            if (oneIn(6))
+            }
+            if (oneIn(6)) {
                 location.extents[who] = randomAnswer();
+            }
         }
     }
 
@@ -229,8 +240,9 @@ private:
         GroupBuilder attributes;
         attributes.set("geometry", location.points);
         attributes.set("bound", location.bound.attribute);
-        if (location.xform)
+        if (location.xform) {
             attributes.set("xform", toAttribute(*location.xform));
+        }
         return attributes.build();
     }
 
@@ -244,14 +256,18 @@ private:
         for (const Location& location : scene) {
             tellAnswers(location);
             const char* const path = location.path.c_str();
-            if (!location.isProxy)
+            if (!location.isProxy) {
                 client(kPrimaryClient).report(location.path, attributesOf(location), {"x"});
-            if (location.isOpen)
+            }
+            if (location.isOpen) {
                 delegate->openLocations(&path, 1);
-            if (location.isPinned)
+            }
+            if (location.isPinned) {
                 delegate->pinLocations(&path, 1);
-            if (location.isHidden)
+            }
+            if (location.isHidden) {
                 delegate->hideLocations(&path, 1);
+            }
         }
         const char* const notThere = "/root/placeholder/pinned";
         delegate->pinLocations(&notThere, 1);
@@ -271,9 +287,10 @@ private:
     /// As a factory does: proxies go with the locations that they stand below.
     void bringProxies() {
         for (std::size_t place = 0; place < scene.size(); ++place) {
-            if (at(int(place)).isProxy && existsWithAncestors(int(place)))
+            if (at(int(place)).isProxy && existsWithAncestors(int(place))) {
                 delegate->locationTree.cook(at(int(place)).path, attributesOf(at(int(place))), {},
                                             true, false);
+            }
         }
         delegate->flushLocationChanges(true);
     }
@@ -288,22 +305,26 @@ private:
             changeAnswers(location);
             break;
         case 1:
-            if (!location.isProxy)
+            if (!location.isProxy) {
                 setOpen(location, !oneIn(4));
+            }
             break;
         case 2:
-            if (!location.isProxy)
+            if (!location.isProxy) {
                 setPinned(location, oneIn(3));
+            }
             break;
         case 3:
         case 4:
             // Whether a proxy is hidden with its location depends on which was first.
-            if (!location.isProxy && !hasProxies(location))
+            if (!location.isProxy && !hasProxies(location)) {
                 setHidden(location, oneIn(2));
+            }
             break;
         case 5:
-            if (!location.isProxy && (location.path != "/root" || oneIn(10)))
+            if (!location.isProxy && (location.path != "/root" || oneIn(10))) {
                 removeSubtree(location);
+            }
             break;
         case 6:
         case 7:
@@ -361,55 +382,65 @@ private:
     void manipulate(Location& location) {
         const bool isBound = oneIn(2);
         Location changed = location;
-        if (isBound)
+        if (isBound) {
             changed.bound = randomAnswer();
-        else
+        } else {
             changed.xform = RandomXforms{random}.make();
+        }
         const bool isSet =
             location.isProxy ||
             delegate->setManipulatedAttribute(
                 location.path, isBound ? "bound" : "xform",
                 isBound ? changed.bound.attribute : Attribute(toAttribute(*changed.xform)), true);
-        if (isSet && !location.isNewsWaiting)
+        if (isSet && !location.isNewsWaiting) {
             location = changed;
+        }
     }
 
     // ---- The plain evaluation
 
     bool isAtOrBelow(int place, int ancestor) const {
-        while (place > ancestor)
+        while (place > ancestor) {
             place = at(place).parent;
+        }
         return place == ancestor;
     }
 
     bool existsWithAncestors(int place) const {
-        while (place >= 0 && at(place).exists)
+        while (place >= 0 && at(place).exists) {
             place = at(place).parent;
+        }
         return place < 0;
     }
 
     /// Whether plug-ins were told of the location. Proxies come and go with theirs.
     bool isSent(int place) const {
-        while (at(place).isProxy)
+        while (at(place).isProxy) {
             place = at(place).parent;
-        if (!existsWithAncestors(place))
+        }
+        if (!existsWithAncestors(place)) {
             return false;
-        if (place == 0) // the placeholder below it is pinned too
+        }
+        if (place == 0) { // the placeholder below it is pinned too
             return true;
+        }
         bool areAncestorsOpen = true;
-        for (int above = at(place).parent; above >= 0; above = at(above).parent)
+        for (int above = at(place).parent; above >= 0; above = at(above).parent) {
             areAncestorsOpen = areAncestorsOpen && at(above).isOpen;
+        }
         for (std::size_t i = 0; i < scene.size(); ++i) {
-            if (scene[i].isPinned && isAtOrBelow(int(i), place))
+            if (scene[i].isPinned && isAtOrBelow(int(i), place)) {
                 return true;
+            }
         }
         return areAncestorsOpen;
     }
 
     bool isHidden(int place) const {
         for (; place >= 0; place = at(place).parent) {
-            if (at(place).isHidden)
+            if (at(place).isHidden) {
                 return true;
+            }
         }
         return false;
     }
@@ -417,41 +448,49 @@ private:
     PlainMatrix worldOf(int place) const {
         PlainXform chain;
         for (; place >= 0; place = at(place).parent) {
-            if (at(place).xform)
+            if (at(place).xform) {
                 chain.insert(chain.begin(), at(place).xform->begin(), at(place).xform->end());
+            }
         }
         return evaluate(chain, 0.0F).matrix;
     }
 
     PlainBoxes boundsOf(int place) const {
-        if (isSent(place) && !at(place).bound.boxes.empty())
+        if (isSent(place) && !at(place).bound.boxes.empty()) {
             return at(place).bound.boxes;
+        }
         for (const Answer& answer : at(place).bounds) {
-            if (!answer.boxes.empty())
+            if (!answer.boxes.empty()) {
                 return answer.boxes;
+            }
         }
         return {};
     }
 
     PlainBoxes extentOf(int place) const {
         PlainBoxes extent;
-        if (isSent(place))
+        if (isSent(place)) {
             extent = at(place).pointBoxes;
-        for (const Answer& answer : at(place).extents)
+        }
+        for (const Answer& answer : at(place).extents) {
             mergeInto(extent, answer.boxes);
+        }
         return extent;
     }
 
     /// Whether a walk from a location comes to one at or below it.
     bool isReached(int place, int start, const std::string& excluded) const {
-        if (!isAtOrBelow(place, start))
+        if (!isAtOrBelow(place, start)) {
             return false;
+        }
         for (int each = place;; each = at(each).parent) {
             if (!isSent(each) || isHidden(each) || at(each).path == excluded ||
-                (each != place && !boundsOf(each).empty()))
+                (each != place && !boundsOf(each).empty())) {
                 return false;
-            if (each == start)
+            }
+            if (each == start) {
                 return true;
+            }
         }
     }
 
@@ -462,8 +501,9 @@ private:
             starts.push_back(oneIn(3) ? 0 : upTo(static_cast<int>(scene.size())));
             paths.push_back(at(starts.back()).path.c_str());
         }
-        if (oneIn(4))
+        if (oneIn(4)) {
             paths.insert(paths.begin(), {"/root/unknown", nullptr, "/root/placeholder"});
+        }
         const std::string excluded = oneIn(2) ? "" : at(upTo(static_cast<int>(scene.size()))).path;
         PlainBoxes expected;
         for (std::size_t i = 0; i < scene.size(); ++i) {
@@ -505,8 +545,9 @@ private:
         const DoubleAttribute actual = merged(paths, excluded);
         const auto dropAll = [this] {
             for (const Location& location : scene) {
-                if (const LocationNode* const node = nodeOf(location))
+                if (const LocationNode* const node = nodeOf(location)) {
                     node->extents.reset();
+                }
             }
         };
         dropAll();
@@ -525,8 +566,9 @@ TEST_F(ExtentsOracle, randomHierarchiesEqualThePlainEvaluation) {
     const OracleSeeds seeds(20261121, 250);
     for (unsigned seed = seeds.first; seed - seeds.first < seeds.count; ++seed) {
         run(seed);
-        if (HasFailure())
+        if (HasFailure()) {
             return;
+        }
     }
     EXPECT_GT(numberOfExtents, static_cast<int>(seeds.count) * 3);
 }
@@ -535,8 +577,9 @@ TEST_F(ExtentsOracle, randomLivesEqualThePlainEvaluationAndAFreshOne) {
     const OracleSeeds seeds(20261122, 100);
     for (unsigned seed = seeds.first; seed - seeds.first < seeds.count; ++seed) {
         runChanges(seed);
-        if (HasFailure())
+        if (HasFailure()) {
             return;
+        }
     }
     EXPECT_GT(numberOfExtents, static_cast<int>(seeds.count) * 10);
     EXPECT_GT(numberOfHits, static_cast<int>(seeds.count) * 10);

@@ -36,12 +36,15 @@ protected:
 
     GroupAttribute someAttributes() {
         GroupBuilder builder;
-        if (!oneIn(4))
+        if (!oneIn(4)) {
             builder.update(bounded(1 + upTo(3)));
-        if (oneIn(4))
+        }
+        if (oneIn(4)) {
             builder.set("geometry.point.P", FloatAttribute({1, 2, 3}, 3));
-        if (oneIn(4))
+        }
+        if (oneIn(4)) {
             builder.set("viewer.default.drawOptions.hide", IntAttribute(upTo(2)));
+        }
         return builder.build();
     }
 
@@ -59,8 +62,9 @@ protected:
             }
         } else if (parent.empty() || existing.contains(parent)) {
             std::vector<std::string> children;
-            if (oneIn(2))
+            if (oneIn(2)) {
                 children.emplace_back("x");
+            }
             client(kPrimaryClient).report(path, someAttributes(), children);
             existing.insert(path);
         }
@@ -78,14 +82,16 @@ protected:
             delegate->closeLocations(&text, 1);
             break;
         case 3:
-            if (oneIn(2))
+            if (oneIn(2)) {
                 delegate->hideLocations(&text, 1);
+            }
             break;
         case 4:
-            if (oneIn(2))
+            if (oneIn(2)) {
                 delegate->unhideLocations(&text, 1);
-            else
+            } else {
                 delegate->unhideAllLocations();
+            }
             break;
         case 5:
             delegate->pinLocations(&text, 1);
@@ -94,18 +100,20 @@ protected:
             delegate->unpinLocations(&text, 1);
             break;
         case 7:
-            if (oneIn(2))
+            if (oneIn(2)) {
                 switchBoxes();
-            else
+            } else {
                 atNextLocation = [this, path] {
                     // In the midst of a delivery, when the tree is ahead of the factories.
                     if (oneIn(2)) {
                         delegate->locationTree.setAttributes(path, someAttributes());
                         delegate->flushLocationChanges(true);
                     }
-                    for (int times = upTo(3); times >= 0; --times)
+                    for (int times = upTo(3); times >= 0; --times) {
                         switchBoxes();
+                    }
                 };
+            }
             break;
         case 8:
             delegate->locationTree.setAttributes(path, someAttributes());
@@ -142,12 +150,15 @@ protected:
             }
             Known& location = known[event.path];
             location.isProxy = (event.flags & kVlLocationEventProxy) != 0;
-            if ((event.flags & kVlLocationEventAttributesChanged) != 0)
+            if ((event.flags & kVlLocationEventAttributesChanged) != 0) {
                 location.attributes = GroupAttribute(event.attributes);
-            if ((event.flags & kVlLocationEventHiddenChanged) != 0)
+            }
+            if ((event.flags & kVlLocationEventHiddenChanged) != 0) {
                 location.isHidden = (event.flags & kVlLocationEventHidden) != 0;
-            if ((event.flags & kVlLocationEventLeafChanged) != 0)
+            }
+            if ((event.flags & kVlLocationEventLeafChanged) != 0) {
                 location.isLeaf = (event.flags & kVlLocationEventLeaf) != 0;
+            }
         }
     }
 
@@ -157,8 +168,9 @@ protected:
         const IntAttribute hide(attributes.getChildByName("viewer.default.drawOptions.hide"));
         const DoubleAttribute bound(attributes.getChildByName("bound"));
         if (!areBoxesEnabled || !location.isLeaf || location.isHidden || hide.getValue() != 0 ||
-            attributes.getChildByName("geometry.point").isValid() || !bound.isValid())
+            attributes.getChildByName("geometry.point").isValid() || !bound.isValid()) {
             return 0;
+        }
         return bound.getNearestSample(0.0F)[5];
     }
 
@@ -176,13 +188,15 @@ TEST_F(GeneratedLocationsOracle, thePluginKnowsTheBoxesOfWhatItKnows) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     random.seed(seed);
     plugin.onCall = [this](std::string_view entry, std::string_view path) {
-        if (entry == "locationEvent" && !path.ends_with("/__VlOst_bbox") && atNextLocation)
+        if (entry == "locationEvent" && !path.ends_with("/__VlOst_bbox") && atNextLocation) {
             std::exchange(atNextLocation, nullptr)();
+        }
     };
     std::size_t boxes = 0;
     for (int round = 0; round < 5000; ++round) {
-        for (int changes = upTo(6); changes >= 0; --changes)
+        for (int changes = upTo(6); changes >= 0; --changes) {
             change();
+        }
         delegate->processLocationEvents();
         learn();
         std::map<std::string, double> expected;

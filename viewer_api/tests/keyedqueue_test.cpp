@@ -24,8 +24,9 @@ ProxyJob jobOf(std::uint64_t key) {
 
 std::vector<std::string> textsOf(const auto& paths) {
     std::vector<std::string> texts;
-    for (const LocationPath& path : paths)
+    for (const LocationPath& path : paths) {
         texts.push_back(path.str());
+    }
     return texts;
 }
 
@@ -64,8 +65,9 @@ TEST_F(KeyedQueueTest, anEqualJobKeepsTheStoredOne) {
 }
 
 TEST_F(KeyedQueueTest, tellsWhichLocationsWaitAtOrBelowOne) {
-    for (const char* location : {"/a/c", "/ab", "/a", "/b", "/a/b", "/a.b"})
+    for (const char* location : {"/a/c", "/ab", "/a", "/b", "/a/b", "/a.b"}) {
         push(location, 1);
+    }
     EXPECT_THAT(textsOf(queue.locationsAtOrBelow("/a")), ElementsAre("/a", "/a/b", "/a/c"));
 }
 
@@ -116,8 +118,9 @@ class KeyedQueueSteps : public testing::TestWithParam<QueueRow> {};
 
 TEST_P(KeyedQueueSteps, leaveTheseWaiting) {
     KeyedQueue queue;
-    for (const Step& step : GetParam().steps)
+    for (const Step& step : GetParam().steps) {
         step(queue);
+    }
     EXPECT_EQ(textsOf(queue.locations()), GetParam().order);
     EXPECT_EQ(queue.size(), GetParam().order.size());
     EXPECT_EQ(textsOf(queue.locationsForJob(1)), GetParam().waitingForJob1);
@@ -203,23 +206,27 @@ TEST_F(KeyedQueueTest, equalsAPlainListOverRandomSequences) {
             break;
         default:
             queue.push(LocationPath(location), jobOf(key));
-            if (found != plain.end() && found->second == key)
+            if (found != plain.end() && found->second == key) {
                 break;
-            if (found != plain.end())
+            }
+            if (found != plain.end()) {
                 plain.erase(found);
+            }
             plain.emplace_back(location, key);
             break;
         }
         std::vector<std::string> expected;
-        for (const auto& entry : plain)
+        for (const auto& entry : plain) {
             expected.push_back(entry.first);
+        }
         ASSERT_EQ(order(), expected) << "step " << step;
         ASSERT_EQ(queue.size(), plain.size()) << "step " << step;
         for (std::uint64_t each = 0; each < 5; ++each) {
             std::vector<std::string> waiting;
             for (const auto& entry : plain) {
-                if (entry.second == each)
+                if (entry.second == each) {
                     waiting.push_back(entry.first);
+                }
             }
             std::sort(waiting.begin(), waiting.end());
             ASSERT_EQ(waitingFor(each), waiting) << "step " << step << ", key " << each;

@@ -87,8 +87,9 @@ TEST(KnownLocations, equalsAPlainMapOverRandomSequences) {
             break;
         }
         std::map<std::string, int> content;
-        for (const auto& [known, kept] : locations)
+        for (const auto& [known, kept] : locations) {
             content[known.str()] = IntAttribute(kept).getValue();
+        }
         ASSERT_EQ(content, plain) << "step " << step;
     }
 }

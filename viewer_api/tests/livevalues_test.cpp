@@ -37,8 +37,9 @@ TEST_F(LiveValuesTest, aNullValueIsRefusedBeforeAnybodyHearsOfIt) {
 }
 
 TEST_F(LiveValuesTest, aNameThatNoAttributeCanHaveThrowsBeforeAnybodyHearsOfIt) {
-    for (const char* name : {"", ".", "a.", ".a", "a..b"})
+    for (const char* name : {"", ".", "a.", ".a", "a..b"}) {
         EXPECT_THROW(set("/root/a", name, IntAttribute(1)), std::runtime_error) << name;
+    }
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_EQ(live("/root/a"), "null");
     EXPECT_EQ(state(), FreezeState::Idle);
@@ -120,10 +121,12 @@ TEST_F(LiveValuesTest, aDottedNameGoesIntoTheGroupsThatAreThere) {
 }
 
 TEST_F(LiveValuesTest, liveAttributesComeInTheOrderOfTheirNames) {
-    for (const char* name : {"c", "a.z", "b", "a.b"})
+    for (const char* name : {"c", "a.z", "b", "a.b"}) {
         set("/root/both", name, IntAttribute(1));
-    for (const int view : {kVlViewerDelegatePrimary, kVlViewerDelegateLookThrough})
+    }
+    for (const int view : {kVlViewerDelegatePrimary, kVlViewerDelegateLookThrough}) {
         EXPECT_EQ(live("/root/both", view), "{a={b=1 z=1} b=1 c=1}") << view;
+    }
 }
 
 TEST_F(LiveValuesTest, liveAttributesWithViewOneAreAlwaysInvalid) {
@@ -281,8 +284,9 @@ TEST_F(LiveValuesTest, aValueSetWhileAGroupsNewsGoesOutWaitsForTheNextFlush) {
     delegate->openManipulationGroup("/root/a");
     set("/root/a", "x", IntAttribute(1));
     plugin.onCall = [&, isDone = false](std::string_view, std::string_view) mutable {
-        if (!std::exchange(isDone, true))
+        if (!std::exchange(isDone, true)) {
             set("/root/a", "x", IntAttribute(2));
+        }
     };
     delegate->closeManipulationGroup("/root/a");
     EXPECT_THAT(takeShown(), ElementsAre("/root/a {name=\"a\" x=1}"));
@@ -340,9 +344,10 @@ TEST_F(LiveValuesTest, anEventErasesTheEntriesAfterTheBridgeHasHeard) {
         log.take();
         bool wereThere = false;
         bridge.onCall = [&](const std::string& line) {
-            if (line == "cleanupLiveAttributes /root/both")
+            if (line == "cleanupLiveAttributes /root/both") {
                 wereThere = live("/root/both") == "{x=1}" && live("/root/both", 2) == "{x=1}" &&
                             shown("/root/both") == "{name=\"both\" x=1}";
+            }
         };
         client(number).report("/root/both", named("both"), {"x"});
         pump();

@@ -17,8 +17,9 @@ class LiveValuesReentrance : public LiveValuesTest {};
 TEST_F(LiveValuesReentrance, aPumpFromSetValueComesBeforeTheValue) {
     client(kPrimaryClient).report("/root/a", named("newer"), {"x"});
     bridge.onCall = [this](const std::string& line) {
-        if (line.starts_with("setValue"))
+        if (line.starts_with("setValue")) {
             pump();
+        }
     };
     EXPECT_TRUE(set("/root/a", "x", IntAttribute(1)));
     EXPECT_EQ(cooked("/root/a"), "{name=\"newer\"}");
@@ -49,8 +50,9 @@ TEST_F(LiveValuesReentrance, aValueSetFromSetValueStandsBelowTheOneUnderWay) {
 
 TEST_F(LiveValuesReentrance, aValueSetWhileTheBridgeCleansUpIsErasedWithTheEvent) {
     bridge.onCall = [&, isDone = false](const std::string& line) mutable {
-        if (line == "cleanupLiveAttributes /root/a" && !std::exchange(isDone, true))
+        if (line == "cleanupLiveAttributes /root/a" && !std::exchange(isDone, true)) {
             set("/root/a", "x", IntAttribute(1), true);
+        }
     };
     client(kPrimaryClient).report("/root/a", named("newer"), {"x"});
     pump();
@@ -70,8 +72,9 @@ TEST_F(LiveValuesReentrance, aBridgeThatThrowsLeavesNothingBehind) {
 }
 
 TEST_F(LiveValuesReentrance, aPluginThatSetsAValueWhileItIsToldSeesRecordsInOrder) {
-    for (const char* path : {"/root", "/root/a", "/root/both"})
+    for (const char* path : {"/root", "/root/a", "/root/both"}) {
         delegate->locationTree.setAttributes(path, named("newer"));
+    }
     plugin.onCall = [&, isDone = false](std::string_view, std::string_view subject) mutable {
         if (subject == "/root/a" && !std::exchange(isDone, true)) {
             EXPECT_TRUE(set("/root/both", "x", IntAttribute(1)));
@@ -90,16 +93,18 @@ TEST_F(LiveValuesReentrance, aComponentThatSetsAValueWhileItIsToldReachesAllInTh
     delegate->addComponent("A", "a");
     delegate->addComponent("B", "b");
     componentB.onCall = [&, x = 0](std::string_view entry, std::string_view) mutable {
-        if (entry == "locationEvent" && ++x < 4)
+        if (entry == "locationEvent" && ++x < 4) {
             set("/root/a", "x", IntAttribute(x));
+        }
     };
     delegate->locationTree.setAttributes("/root/a", named("newer"));
     delegate->flushLocationChanges(true);
     for (RecordingPlugin* receiver : {&componentA, &componentB, &plugin}) {
         SCOPED_TRACE(receiver->getName());
         Lines seen;
-        for (const RecordedEvent& event : std::exchange(receiver->events, {}))
+        for (const RecordedEvent& event : std::exchange(receiver->events, {})) {
             seen.push_back(textOf(event.attributes));
+        }
         EXPECT_THAT(seen, ElementsAre("{name=\"newer\"}", "{name=\"newer\" x=1}",
                                       "{name=\"newer\" x=2}", "{name=\"newer\" x=3}"));
     }
@@ -109,8 +114,9 @@ TEST_F(LiveValuesReentrance, aValueSetFromASourceRecordIsDeliveredBehindTheBatch
     const char* paths[] = {"/root", "/root/a"};
     delegate->activateSourceLocations(paths, 2);
     plugin.onCall = [&, isDone = false](std::string_view entry, std::string_view) mutable {
-        if (entry == "sourceLocationEvent" && !std::exchange(isDone, true))
+        if (entry == "sourceLocationEvent" && !std::exchange(isDone, true)) {
             set("/root/a", "x", IntAttribute(1));
+        }
     };
     client(kSourcesClient).report("/root", named("source root"));
     client(kSourcesClient).report("/root/a", named("source a"));
@@ -175,8 +181,9 @@ TEST_F(LiveValuesReentrance, aDelegateThatEndsInItsOwnCallLivesUntilTheCallRetur
         client(kPrimaryClient).report("/root/a", named("newer"), {"x"});
         const std::weak_ptr<const void> life = delegate->watch();
         const auto end = [&] {
-            if (delegate && log.lines.back() == row.line)
+            if (delegate && log.lines.back() == row.line) {
                 HostObject::retire(delegate.release());
+            }
         };
         bridge.onCall = [&](const std::string&) { end(); };
         plugin.onCall = [&](std::string_view, std::string_view) { end(); };
@@ -200,8 +207,9 @@ TEST_F(LiveValuesReentrance, componentsMayComeAndGoWhileAValueIsSet) {
         delegate->addComponent("B", "b");
     };
     componentB.onCall = [this](std::string_view entry, std::string_view) {
-        if (entry == "locationEvent")
+        if (entry == "locationEvent") {
             delegate->removeComponent("b");
+        }
     };
     EXPECT_TRUE(set("/root/a", "x", IntAttribute(1)));
     EXPECT_EQ(componentA.events.size(), 0U);

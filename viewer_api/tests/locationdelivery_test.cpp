@@ -26,23 +26,26 @@ protected:
     void cookScene() {
         delegate->locationTree.openLocation("/root");
         delegate->locationTree.cook("/root", named("root"), {}, false, false);
-        for (const char* path : {"/root/a", "/root/b", "/root/c"})
+        for (const char* path : {"/root/a", "/root/b", "/root/c"}) {
             cook(path, named(path));
+        }
     }
 
     /// Runs `action` when the first plug-in hears of `path`.
     static auto once(const char* path, std::function<void()> action) {
         return [path, action, isDone = false](std::string_view entry,
                                               std::string_view subject) mutable {
-            if (entry == "locationEvent" && subject == path && !std::exchange(isDone, true))
+            if (entry == "locationEvent" && subject == path && !std::exchange(isDone, true)) {
                 action();
+            }
         };
     }
 
     std::vector<std::string> pathsHeardBy(RecordingPlugin& receiver) {
         std::vector<std::string> paths;
-        for (const RecordedEvent& event : std::exchange(receiver.events, {}))
+        for (const RecordedEvent& event : std::exchange(receiver.events, {})) {
             paths.push_back(event.path);
+        }
         return paths;
     }
 };
@@ -247,8 +250,9 @@ TEST_F(LocationDeliveryTest, allComponentsMayGoAtOnce) {
     delegate->addComponent("C", "c");
     cookScene();
     componentB.onCall = once("/root", [this] {
-        while (delegate->getNumberOfComponents() > 0)
+        while (delegate->getNumberOfComponents() > 0) {
             delegate->removeComponentByIndex(0);
+        }
     });
     flush();
     EXPECT_THAT(pathsHeardBy(componentC), ElementsAre("/root"));
@@ -296,8 +300,9 @@ TEST_F(LocationDeliveryTest, aSourceRecordThatThrewIsNotDeliveredTwice) {
     delegate->sourceLocationTree.cook("/root/a", named("a"));
     bool isThrown = false;
     plugin.onCall = [&](std::string_view, std::string_view) {
-        if (!std::exchange(isThrown, true))
+        if (!std::exchange(isThrown, true)) {
             throw 1;
+        }
     };
     EXPECT_THROW(flush(), int);
     flush();

@@ -65,12 +65,14 @@ TEST_F(LocationPump, leavesThePinnedClientAloneInWorkingSetMode) {
 TEST_F(LocationPump, takesNoMoreThanTheEventLimitOfEachClient) {
     delegate->eventLimit = 2;
     for (const int number : {kPrimaryClient, kPinnedClient, kSourcesClient, kLookThroughClient}) {
-        for (const char* const path : {"/root", "/root/a", "/root/b"})
+        for (const char* const path : {"/root", "/root/a", "/root/b"}) {
             client(number).report(path);
+        }
     }
     pump();
-    for (const int number : {kPrimaryClient, kPinnedClient, kSourcesClient, kLookThroughClient})
+    for (const int number : {kPrimaryClient, kPinnedClient, kSourcesClient, kLookThroughClient}) {
         EXPECT_EQ(client(number).getNumberOfWaitingEvents(), 1U) << "client " << number;
+    }
     EXPECT_THAT(
         log.take("cleanupLiveAttributes"),
         ElementsAre("bridge cleanupLiveAttributes /root", "bridge cleanupLiveAttributes /root/a",
@@ -313,8 +315,9 @@ TEST_F(LocationPump, dropsOnlyLiveValuesWhoseDataReflectsTheManipulationsCommit)
 
 TEST_F(LocationPump, survivesABridgeThatDropsLiveValuesDuringThePass) {
     client(kPrimaryClient).isCurrent = [](const std::string&, std::int64_t) { return true; };
-    for (const char* path : {"/root/a", "/root/b", "/root/c"})
+    for (const char* path : {"/root/a", "/root/b", "/root/c"}) {
         delegate->liveValues.liveAttributes[path] = liveEntry();
+    }
     bridge.onCall = [this](const std::string&) { delegate->liveValues.liveAttributes.clear(); };
     clock.advanceMs(1000);
     pump();
@@ -368,8 +371,9 @@ TEST_F(LocationPump, anErrorWhileEventsAreHandledLosesThemToTheTreesAndNothingEl
     client(kPrimaryClient).report("/root");
     client(kPrimaryClient).report("/root/a");
     bridge.onCall = [](const std::string& line) {
-        if (line == "cleanupLiveAttributes /root/a")
+        if (line == "cleanupLiveAttributes /root/a") {
             throw std::runtime_error("bridge");
+        }
     };
     EXPECT_THROW(pump(), std::runtime_error);
     bridge.onCall = nullptr;

@@ -25,8 +25,9 @@ protected:
 
     /// What the plug-in is told once the client has reported these.
     Lines report(const std::vector<std::string>& paths) {
-        for (const std::string& path : paths)
+        for (const std::string& path : paths) {
             client(kPrimaryClient).report(path, named(path), {"child"});
+        }
         delegate->processLocationEvents();
         return plugin.takeEventLines();
     }
@@ -171,8 +172,9 @@ TEST_F(LocationState, closingALocationNotCookedYetForgetsThatItWasOpened) {
 
 TEST_F(LocationState, anActiveSourceLocationShowsWithWhatIsBelowItAndGoesWhenInactive) {
     call(&VlViewerDelegateHostStruct::activateSourceLocations, {"/root/a"});
-    for (const char* path : {"/root", "/root/a", "/root/a/b", "/root/c"})
+    for (const char* path : {"/root", "/root/a", "/root/a/b", "/root/c"}) {
         client(kSourcesClient).report(path, named(path));
+    }
     delegate->processLocationEvents();
     EXPECT_THAT(log.take("sourceLocationEvent"),
                 ElementsAre("D sourceLocationEvent /root attributesChanged",
@@ -254,8 +256,9 @@ TEST_F(LocationState, aComponentThatRemovesAnotherOnSelectionKeepsTheRestInforme
     delegate->addComponent("A", "a");
     delegate->addComponent("B", "b");
     componentB.onCall = [this](std::string_view entry, std::string_view) {
-        if (entry == "locationsSelected")
+        if (entry == "locationsSelected") {
             delegate->removeComponent("a");
+        }
     };
     log.take();
     delegate->setSelectedLocations(nullptr, 0);

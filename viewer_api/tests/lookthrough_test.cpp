@@ -257,8 +257,10 @@ TEST_F(LookThroughTest, anAncestorsEventSaysNothingOfARequestThatIsStillOpen) {
 
 TEST_F(LookThroughTest, otherLocationsEventsSayNothing) {
     resolve(left, "/root/a/camera");
-    for (const char* const path : {"/root/a/camera/b", "/root/a/cam", "/root/a/camera2", "/root/b"})
+    for (const char* const path :
+         {"/root/a/camera/b", "/root/a/cam", "/root/a/camera2", "/root/b"}) {
         cook(path, "other");
+    }
     EXPECT_THAT(takeFired(), IsEmpty());
 }
 

@@ -24,8 +24,9 @@ protected:
     void atNext(const std::string& channel, std::function<void()> action) {
         channels.onFire = [channel = "__LOOKTHROUGH_LOCATION_" + channel,
                            action = std::move(action)](const std::string& name) mutable {
-            if (name == channel && action)
+            if (name == channel && action) {
                 std::exchange(action, nullptr)();
+            }
             return VlAttribute::Attribute();
         };
     }

@@ -53,8 +53,9 @@ class ManipulationPump : public DelegateTest,
                          public testing::WithParamInterface<std::tuple<Start, Answer, Clock>> {
 protected:
     ManipulationPump() {
-        if (std::get<Clock>(GetParam()) == Clock::Machine)
+        if (std::get<Clock>(GetParam()) == Clock::Machine) {
             setSteadyClockSource(nullptr);
+        }
         populate({{"/root/a", named("a")}, {"/root/b", named("b")}});
         delegate->cleanupIntervalMs = 0;
         delegate->lastCleanup = steadyNow();
@@ -80,8 +81,9 @@ protected:
 
     void begin() {
         delegate->setManipulationFreezePeriod(begun.periodMs);
-        if (begun.state == FreezeState::Idle)
+        if (begun.state == FreezeState::Idle) {
             return;
+        }
         const bool isFinal = begun.state != FreezeState::Manipulating;
         EXPECT_TRUE(delegate->setManipulatedAttribute("/root/a", "x", IntAttribute(1), isFinal));
         if (begun.state == FreezeState::WaitingForCommit) {
@@ -263,8 +265,9 @@ TEST_F(ManipulationFreezeRun, aValueSetWhileTheCommitIsAskedForHolds) {
     bridge.commitId = 3;
     set(true);
     bridge.onCall = [this](const std::string& line) {
-        if (line == "getManipulationCommitId")
+        if (line == "getManipulationCommitId") {
             set(false);
+        }
     };
     client(kPrimaryClient).report("/root/a", named("stale"), {"x"});
     pump();

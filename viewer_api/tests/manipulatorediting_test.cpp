@@ -44,8 +44,9 @@ TEST_P(ManipulatorEditable, asksForTheNodesUntilOneMayNotBeEdited) {
     bridge.lockedNodes = {"locked", ""};
     populate(GetParam().locations);
     std::vector<std::string> paths;
-    for (const auto& [path, attributes] : GetParam().locations)
+    for (const auto& [path, attributes] : GetParam().locations) {
         paths.push_back(path);
+    }
     const VlManipulatorHostStruct& host = *activate(paths);
     EXPECT_EQ(host.editable, GetParam().isEditable);
     EXPECT_EQ(log.take("isNodeEditable"), GetParam().asked);
@@ -156,8 +157,9 @@ TEST_F(ManipulatorEditing, itsXformIsWhatWasSet) {
     const DoubleAttribute xform({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17}, 1);
     host.setXform(xform);
     EXPECT_EQ(host.getXform().getHandle(), xform.getHandle()) << "the attribute itself";
-    for (int index = 0; index < 16; ++index)
+    for (int index = 0; index < 16; ++index) {
         EXPECT_EQ(host.xformMatrix[index / 4][index % 4], index + 1.0);
+    }
     host.setXform(DoubleAttribute());
     EXPECT_FALSE(host.getXform().isValid());
     EXPECT_EQ(host.xformMatrix, Imath::M44d());
@@ -209,8 +211,9 @@ TEST_F(ManipulatorEditing, getValueReadsAnyLocationByADottedName) {
     const VlManipulatorHostStruct& host = *activate({});
     EXPECT_EQ(textOf(host.getValue("/root/a", "fits")), "1");
     EXPECT_EQ(textOf(host.getValue("/root/a", "attributeEditor.xform.exclusiveTo")), "\"n\"");
-    for (const char* name : {"fits.x", "nothing", ""})
+    for (const char* name : {"fits.x", "nothing", ""}) {
         EXPECT_FALSE(host.getValue("/root/a", name).isValid()) << name;
+    }
     EXPECT_FALSE(host.getValue("/root/unknown", "fits").isValid());
 }
 

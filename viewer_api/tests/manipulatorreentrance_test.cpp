@@ -31,8 +31,9 @@ TEST_P(ManipulatorEndedInItsCall, isDestroyedWhenTheCallReturns) {
     populate({{"/root/a", fits()}});
     VlManipulatorHostStruct& host = *activate({"/root/a"});
     host.addManipulatorHandle("Arrow", "a");
-    if (row.entry != std::string_view("setup"))
+    if (row.entry != std::string_view("setup")) {
         host.draw();
+    }
     log.take();
     bool wasAlive = false;
     const auto end = [&] {
@@ -43,12 +44,14 @@ TEST_P(ManipulatorEndedInItsCall, isDestroyedWhenTheCallReturns) {
         EXPECT_EQ(pathsOf(host), "\"/root/a\"");
     };
     move.onCall = [&](std::string_view entry) {
-        if (entry == row.entry)
+        if (entry == row.entry) {
             end();
+        }
     };
     move.onMatches = [&](const GroupAttribute&) {
-        if (row.entry == std::string_view("matches"))
+        if (row.entry == std::string_view("matches")) {
             end();
+        }
         return 1;
     };
     move.onGetTags = [&] { end(); };
@@ -83,8 +86,9 @@ protected:
     template <class Plugin>
     static void once(Plugin& plugin, const char* entry, const std::function<void()>& action) {
         plugin.onCall = [entry, action, isDone = false](std::string_view called) mutable {
-            if (called == entry && !std::exchange(isDone, true))
+            if (called == entry && !std::exchange(isDone, true)) {
                 action();
+            }
         };
     }
 };
@@ -144,8 +148,9 @@ TEST_F(ManipulatorReentrance, isNodeEditableMayDeactivateAll) {
     activate({"/root/a"});
     activate({"/root/a"}, "Aim");
     bridge.onCall = [&](const std::string& line) {
-        if (line == "isNodeEditable n")
+        if (line == "isNodeEditable n") {
             viewport->deactivateAllManipulators(true);
+        }
     };
     log.take();
     cook("/root/a", exclusiveTo("n"));
@@ -158,8 +163,9 @@ TEST_F(ManipulatorReentrance, isNodeEditableMayDeactivateAllWhileOneIsMade) {
     populate({{"/root/a", exclusiveTo("n")}});
     activate({}, "Aim");
     bridge.onCall = [&](const std::string& line) {
-        if (line == "isNodeEditable n")
+        if (line == "isNodeEditable n") {
             viewport->deactivateAllManipulators(true);
+        }
     };
     EXPECT_NE(activate({"/root/a"}), nullptr) << "it was not active yet";
     EXPECT_EQ(aim.numberOfInstances, 0);
@@ -233,8 +239,9 @@ TEST_F(ManipulatorReentrance, aCreateThatFailsAfterAddingHandlesEndsThem) {
             auto& host = *static_cast<VlManipulatorHostStruct*>(move.host);
             host.addManipulatorHandle("Arrow", "a");
             host.addManipulatorHandle("Ring", "b");
-            if (throws)
+            if (throws) {
                 throw std::runtime_error("no memory");
+            }
         });
         EXPECT_EQ(textThrownBy([&] { activate({}); }),
                   throws ? "no memory"
@@ -302,9 +309,10 @@ TEST_F(ManipulatorReentrance, destroySeesTheViewportWithoutIt) {
     activate({});
     activate({}, "Aim");
     std::vector<std::uint32_t> counts;
-    for (RecordingManipulator* const each : {&move, &aim})
+    for (RecordingManipulator* const each : {&move, &aim}) {
         once(*each, "destroy",
              [&] { counts.push_back(viewport->getNumberOfActiveManipulators()); });
+    }
     viewport->deactivateManipulator("Move", false);
     viewport->deactivateAllManipulators(false);
     EXPECT_THAT(counts, ElementsAre(1U, 0U));

@@ -172,8 +172,9 @@ TEST_F(ManipulatorSuites, aHandleAtAnIndexEqualToTheCountIsThreeNulls) {
 }
 
 TEST_F(ManipulatorSuites, theNameOfAnUnusedIndexIsEmptyAndNeverNull) {
-    for (const std::uint32_t index : {0U, 1U, ~0U})
+    for (const std::uint32_t index : {0U, 1U, ~0U}) {
         EXPECT_STREQ(suite.getManipulatorHandleName(host, index), "");
+    }
 }
 
 TEST_F(ManipulatorSuites, exceptionsOfTheHostComeThroughTheTable) {
@@ -275,8 +276,9 @@ TEST_F(ManipulatorHandleSuite, aDrawGoesFromTheViewportThroughBothTables) {
         EXPECT_EQ(suite.draw(manipulator.host), 1);
     };
     move.onCall = [&](std::string_view entry) {
-        if (entry == "draw")
+        if (entry == "draw") {
             handleSuite.draw(ask(suite.getManipulatorHandle, move.host, "a").host);
+        }
     };
     viewport->draw();
     EXPECT_THAT(log.take(), ElementsAre("viewport", "Move setup", "Move draw", "Arrow draw"));
@@ -305,10 +307,12 @@ TEST_F(ManipulatorSuites, theViewportsEntriesFindActiveManipulators) {
     EXPECT_EQ(viewportSuite.getNumberOfActiveManipulators(viewport), 1U);
     EXPECT_EQ(ask(viewportSuite.getActiveManipulatorByIndex, viewport, 0U), tripleOf(host));
     EXPECT_EQ(ask(viewportSuite.getActiveManipulator, viewport, "Move"), tripleOf(host));
-    for (const std::uint32_t index : {1U, 2U, ~0U})
+    for (const std::uint32_t index : {1U, 2U, ~0U}) {
         EXPECT_EQ(ask(viewportSuite.getActiveManipulatorByIndex, viewport, index), kNulls);
-    for (const char* name : {"Aim", "", static_cast<const char*>(nullptr)})
+    }
+    for (const char* name : {"Aim", "", static_cast<const char*>(nullptr)}) {
         EXPECT_EQ(ask(viewportSuite.getActiveManipulator, viewport, name), kNulls);
+    }
 }
 
 TEST_F(ManipulatorSuites, theViewportsEntriesTakeNullsAndLetExceptionsThrough) {

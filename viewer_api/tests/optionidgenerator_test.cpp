@@ -20,16 +20,18 @@ const char* const kNames[] = {"x", "", "drawOptions", "a rather longer option na
 
 TEST(OptionIdGenerator, givesIdsWhoseLow16BitsAreZero) {
     VlOptionIdGeneratorHostStruct generator;
-    for (const char* name : kNames)
+    for (const char* name : kNames) {
         EXPECT_EQ(generator.generate(name) & 0xffffU, 0U) << '"' << name << '"';
+    }
 }
 
 TEST(OptionIdGenerator, takesTheFirstWordOfTheStringAttributesHashUpBy16Bits) {
     VlOptionIdGeneratorHostStruct generator;
-    for (const char* name : kNames)
+    for (const char* name : kNames) {
         EXPECT_EQ(generator.generate(name),
                   VlAttribute::StringAttribute(name).getHash().first << 16U)
             << '"' << name << '"';
+    }
 }
 
 TEST(OptionIdGenerator, givesTheSameIdForTheSameName) {
@@ -40,8 +42,9 @@ TEST(OptionIdGenerator, givesTheSameIdForTheSameName) {
 
 TEST(OptionIdGenerator, looksNamesUpAgain) {
     VlOptionIdGeneratorHostStruct generator;
-    for (const char* name : kNames)
+    for (const char* name : kNames) {
         EXPECT_STREQ(generator.lookUp(generator.generate(name)), name);
+    }
 }
 
 TEST(OptionIdGenerator, answersTheEmptyTextForAnIdNeverGenerated) {

@@ -26,8 +26,9 @@ protected:
         list.createFactories();
         list.initialise();
         list.setOwner(delegate.get());
-        for (const std::string& path : paths)
+        for (const std::string& path : paths) {
             delegate->locationTree.openLocation(path);
+        }
         list.setSystemArgs(systemAt(1));
         cooks().takeCalls();
     }
@@ -41,10 +42,12 @@ protected:
 
     /// Attributes with proxies of a kind: "!..." can't be loaded, "static..." doesn't move.
     static GroupAttribute attributesOf(const std::string& proxies) {
-        if (proxies.front() == '!')
+        if (proxies.front() == '!') {
             return GroupBuilder().set("proxies.viewer", StringAttribute(proxies)).build();
-        if (proxies.rfind("static", 0) == 0)
+        }
+        if (proxies.rfind("static", 0) == 0) {
             return proxied(proxies, {{"static", IntAttribute(1)}});
+        }
         return proxied(proxies);
     }
 
@@ -52,15 +55,17 @@ protected:
     static std::vector<std::string> pathsOf(const std::string& job) {
         std::vector<std::string> paths;
         std::size_t bits = 1469598103U;
-        for (const char character : job)
+        for (const char character : job) {
             bits = (bits ^ static_cast<unsigned char>(character)) * 16777619U;
+        }
         for (const char* path : {"/a", "/a/b", "/a/c", "/b", "/b/a", "/b/a/a", "/c"}) {
             const std::string parent(path, std::string(path).rfind('/'));
             const bool hasParent =
                 parent.empty() || std::find(paths.begin(), paths.end(), parent) != paths.end();
             bits /= 3;
-            if (hasParent && bits % 3 != 0)
+            if (hasParent && bits % 3 != 0) {
                 paths.emplace_back(path);
+            }
         }
         return paths;
     }
@@ -77,8 +82,9 @@ protected:
                 };
                 what = between("what=\"", '"') + "@" + between("currentTime=", '}');
             }
-            if (line.rfind("createClient ", 0) == 0)
+            if (line.rfind("createClient ", 0) == 0) {
                 jobOfClient[std::stoi(line.substr(line.find("client", 13) + 6))] = what;
+            }
         }
     }
 
@@ -117,8 +123,9 @@ protected:
     std::vector<LocationChange> deliver() {
         std::vector<LocationChange> changes;
         delegate->locationTree.collect(changes);
-        for (const std::string& complaint : view.apply(changes))
+        for (const std::string& complaint : view.apply(changes)) {
             ADD_FAILURE() << complaint;
+        }
         return changes;
     }
     /// What the factories have to bring, as the delegate brings it into its tree.
@@ -138,8 +145,9 @@ protected:
     std::map<std::string, std::string> generated() const {
         std::map<std::string, std::string> texts;
         for (const auto& [path, location] : view.locations()) {
-            if (location.proxy)
+            if (location.proxy) {
                 texts[path] = textOf(location.attributes);
+            }
         }
         return texts;
     }
@@ -153,8 +161,9 @@ protected:
                 continue;
             }
             expected[root] = "{of=\"" + job + "\"}";
-            for (const std::string& below : pathsOf(job))
+            for (const std::string& below : pathsOf(job)) {
                 expected[root + below] = "{of=\"" + job + "\"}";
+            }
         }
         return expected;
     }
@@ -179,22 +188,25 @@ void ProxyGeometryOracle::step(PlainProxies& model) {
     case 2:
     case 3: {
         if (const std::string parent(LocationPath::parentOf(path));
-            !parent.empty() && !view.find(parent))
+            !parent.empty() && !view.find(parent)) {
             return;
+        }
         const std::string& kind = anyOf(kinds);
         show(path, attributesOf(kind));
         model.show(path, kind);
         break;
     }
     case 4:
-        if (!view.find(path))
+        if (!view.find(path)) {
             return;
+        }
         show(path, GroupAttribute::Empty());
         model.disqualify(path);
         break;
     case 5:
-        if (path == "/root" && !oneIn(10))
+        if (path == "/root" && !oneIn(10)) {
             return;
+        }
         remove(path);
         model.remove(path);
         break;
@@ -212,8 +224,9 @@ void ProxyGeometryOracle::step(PlainProxies& model) {
         break;
     }
     case 9:
-        if (!oneIn(20))
+        if (!oneIn(20)) {
             return;
+        }
         // As the delegate does it: the scene goes first.
         remove("/root");
         list.clear();
@@ -275,16 +288,18 @@ TEST_F(ProxyGeometryOracle, afterEverythingIsCookedEachLocationShowsItsOwnJob) {
             collectAll();
             learnCooks();
         }
-        if (list.hasPendingWork())
+        if (list.hasPendingWork()) {
             continue;
+        }
         ++settled;
         std::map<std::string, std::string> expected;
         for (const auto& [location, proxies] : shown) {
             const std::string job = proxies + "@" + std::to_string(time);
             const std::string root = location + "/__VlOst_proxy";
             expected[root] = "{of=\"" + job + "\"}";
-            for (const std::string& below : pathsOf(job))
+            for (const std::string& below : pathsOf(job)) {
                 expected[root + below] = "{of=\"" + job + "\"}";
+            }
         }
         ASSERT_EQ(generated(), expected) << "round " << round;
     }

@@ -31,8 +31,9 @@ GroupAttribute systemAt(float time) {
 GroupAttribute proxy(std::initializer_list<std::pair<const char*, VlAttribute::Attribute>> more) {
     GroupBuilder builder;
     builder.set("viewer", StringAttribute("a.obj"));
-    for (const auto& [name, value] : more)
+    for (const auto& [name, value] : more) {
         builder.set(name, value);
+    }
     return builder.build();
 }
 

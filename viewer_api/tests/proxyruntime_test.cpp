@@ -191,8 +191,9 @@ TEST_F(ProxyRuntimeTest, aSecondSubmissionOfAKeyInFlightStartsNothing) {
 }
 
 TEST_F(ProxyRuntimeTest, takesNoMoreThan1024Cooks) {
-    for (std::uint64_t key = 1; key <= 1024; ++key)
+    for (std::uint64_t key = 1; key <= 1024; ++key) {
         ASSERT_EQ(proxies.submit(cookable(key)), SubmitStatus::Cooking);
+    }
     scripted().takeCommands();
     EXPECT_EQ(proxies.submit(cookable(1025)), SubmitStatus::Full);
     EXPECT_EQ(proxies.submit(cookable(1)), SubmitStatus::Full);
@@ -222,8 +223,9 @@ TEST_F(ProxyRuntimeTest, aCookIsFinishedWithTheFirstEventOfItsClient) {
 }
 
 TEST_F(ProxyRuntimeTest, finishedCooksComeInTheOrderOfTheirKeysAndOthersCookOn) {
-    for (const std::uint64_t key : {9U, 4U, 6U})
+    for (const std::uint64_t key : {9U, 4U, 6U}) {
         proxies.submit(cookable(key));
+    }
     scripted().client(1).report("/root", rootWith({{"a", named("nine")}}));
     scripted().client(2).report("/root", rootWith({{"a", named("four")}}));
     const auto finished = proxies.pollFinished();
@@ -244,8 +246,9 @@ TEST_F(ProxyRuntimeTest, aRootWithoutASceneOrNoRootAtAllFinishesWithNone) {
     scripted().client(3).report("/root", {{"staticScene", IntAttribute(1)}});
     const auto finished = proxies.pollFinished();
     ASSERT_EQ(finished.size(), 3U);
-    for (const auto& cook : finished)
+    for (const auto& cook : finished) {
         EXPECT_FALSE(cook.staticScene.isValid());
+    }
 }
 
 TEST_F(ProxyRuntimeTest, cancellingReleasesTheClient) {
@@ -273,8 +276,9 @@ GroupAttribute level(const char* name,
                      std::initializer_list<std::pair<const char*, GroupAttribute>> children = {}) {
     GroupBuilder builder;
     builder.set("a", GroupAttribute{{"name", StringAttribute(name)}});
-    for (const auto& [childName, child] : children)
+    for (const auto& [childName, child] : children) {
         builder.set(std::string("c.") + childName, child);
+    }
     return builder.build();
 }
 
@@ -282,8 +286,9 @@ std::vector<std::string> flatten(const GroupAttribute& scene) {
     std::map<std::uint64_t, ProxyResult> results;
     ProxyRuntime::storeStaticScene(7, scene, results);
     std::vector<std::string> lines;
-    for (const ProxyResultItem& item : results.at(7))
+    for (const ProxyResultItem& item : results.at(7)) {
         lines.push_back(item.name + " " + textOf(item.attrs.getChildByName("name")));
+    }
     return lines;
 }
 

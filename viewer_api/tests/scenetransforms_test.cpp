@@ -19,8 +19,9 @@ protected:
         std::vector<const char*> open;
         for (const auto& [path, attributes] : chain) {
             open.push_back(path.c_str());
-            for (const int number : {kPrimaryClient, kSourcesClient, kLookThroughClient})
+            for (const int number : {kPrimaryClient, kSourcesClient, kLookThroughClient}) {
                 client(number).report(path, attributes, {"x"});
+            }
         }
         delegate->openLocations(open.data(), static_cast<std::uint32_t>(open.size()));
         delegate->processLocationEvents();
@@ -37,8 +38,9 @@ protected:
     DoubleAttribute local(const std::string& path, int view, bool* isAbsolute = nullptr) {
         bool absolute = true;
         DoubleAttribute matrix = delegate->getLocalXform(path, absolute, view);
-        if (isAbsolute)
+        if (isAbsolute) {
             *isAbsolute = absolute;
+        }
         return matrix;
     }
 };
@@ -62,8 +64,9 @@ TEST_F(SceneTransformsTest, worldIsLocalTimesParent) {
 
 TEST_F(SceneTransformsTest, theRootsParentTransformIsTheIdentity) {
     populateViews({{"/root", translated(1, 0, 0)}});
-    for (const int view : kViews)
+    for (const int view : kViews) {
         EXPECT_EQ(textOf(delegate->getParentXform("/root", view)), kIdentity) << view;
+    }
 }
 
 TEST_F(SceneTransformsTest, anUnknownViewYieldsNothing) {
@@ -252,9 +255,10 @@ TEST_F(SceneTransformsTest, aGroupNamedXformTakesThePartIn) {
 
 TEST_F(SceneTransformsTest, aLocationWithoutTransformHasNoParts) {
     populateViews({{"/root", named("root")}});
-    for (const int view : kViews)
+    for (const int view : kViews) {
         EXPECT_FALSE(
             delegate->getPartialXform("/root", "g", "t", true, view, true, true, true).isValid());
+    }
 }
 
 // ---- Products

@@ -300,8 +300,9 @@ TEST_F(SharedGLContextTest, repeatedDisableMakesNoGLCall) {
 
 TEST_F(SharedGLContextTest, repeatedEnableMakesNoGLCallButAChangeDoes) {
     auto viewport = viewportWithWindow(5);
-    for (const bool isEnabled : {true, true, false, false, true})
+    for (const bool isEnabled : {true, true, false, false, true}) {
         isEnabled ? viewport->enableCapability(kBlend) : viewport->disableCapability(kBlend);
+    }
     EXPECT_EQ(journal.take(), (Lines{"glEnable 3042", "glDisable 3042", "glEnable 3042"}));
 }
 

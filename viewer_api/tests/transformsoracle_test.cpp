@@ -49,8 +49,9 @@ protected:
                 SCOPED_TRACE("seed " + std::to_string(seed) + " view " + std::to_string(view) +
                              " " + scene[place].path);
                 compareWhole(static_cast<int>(place), view);
-                for (int query = 0; query < 6; ++query)
+                for (int query = 0; query < 6; ++query) {
                     comparePart(static_cast<int>(place), view);
+                }
             }
         }
     }
@@ -73,8 +74,9 @@ private:
             scene.push_back({at(parent).path + "/n" + std::to_string(i), parent});
         }
         for (Location& location : scene) {
-            if (!oneIn(6))
+            if (!oneIn(6)) {
                 location.xform = xforms.make();
+            }
             location.isOpen = !oneIn(4);
             location.isPinned = oneIn(10);
             location.isSource = oneIn(5);
@@ -86,44 +88,55 @@ private:
         for (const Location& location : scene) {
             GroupBuilder attributes;
             attributes.set("name", VlAttribute::StringAttribute(location.path));
-            if (location.xform)
+            if (location.xform) {
                 attributes.set("xform", toAttribute(*location.xform));
+            }
             const GroupAttribute built = attributes.build();
             client(kPrimaryClient).report(location.path, built, {"x"});
             client(kSourcesClient).report(location.path, built, {"x"});
-            if (location.isCached)
+            if (location.isCached) {
                 client(kLookThroughClient).report(location.path, built, {"x"});
+            }
             const char* const path = location.path.c_str();
-            if (location.isOpen)
+            if (location.isOpen) {
                 delegate->openLocations(&path, 1);
-            if (location.isPinned)
+            }
+            if (location.isPinned) {
                 delegate->pinLocations(&path, 1);
-            if (location.isSource)
+            }
+            if (location.isSource) {
                 delegate->activateSourceLocations(&path, 1);
+            }
         }
         delegate->processLocationEvents();
     }
 
     bool isAtOrBelow(int place, int ancestor) const {
-        while (place > ancestor)
+        while (place > ancestor) {
             place = at(place).parent;
+        }
         return place == ancestor;
     }
 
     /// Whether plug-ins were told of the location in that view.
     bool isSent(int place, int view) const {
         bool areAncestorsOpen = true;
-        for (int above = at(place).parent; above >= 0; above = at(above).parent)
+        for (int above = at(place).parent; above >= 0; above = at(above).parent) {
             areAncestorsOpen = areAncestorsOpen && at(above).isOpen;
-        if (view == kVlViewerDelegatePrimary && areAncestorsOpen)
+        }
+        if (view == kVlViewerDelegatePrimary && areAncestorsOpen) {
             return true;
+        }
         for (std::size_t i = 0; i < scene.size(); ++i) {
             const int other = static_cast<int>(i);
-            if (view == kVlViewerDelegatePrimary && scene[i].isPinned && isAtOrBelow(other, place))
+            if (view == kVlViewerDelegatePrimary && scene[i].isPinned &&
+                isAtOrBelow(other, place)) {
                 return true;
+            }
             if (view == kVlViewerDelegateSources && scene[i].isSource &&
-                (isAtOrBelow(other, place) || isAtOrBelow(place, other)))
+                (isAtOrBelow(other, place) || isAtOrBelow(place, other))) {
                 return true;
+            }
         }
         return false;
     }
@@ -139,16 +152,18 @@ private:
     PlainSamples worldOf(int place, int view) const {
         PlainXform chain;
         for (; place >= 0; place = at(place).parent) {
-            if (const std::optional<PlainXform>& xform = xformOf(place, view))
+            if (const std::optional<PlainXform>& xform = xformOf(place, view)) {
                 chain.insert(chain.begin(), xform->begin(), xform->end());
+            }
         }
         return evaluateIn(view, chain);
     }
 
     /// The trees keep the transform at time 0.
     static PlainSamples evaluateIn(int view, const PlainXform& xform) {
-        if (view == kVlViewerDelegateLookThrough)
+        if (view == kVlViewerDelegateLookThrough) {
             return evaluateAtExistingTimes(xform);
+        }
         return {{0.0F, evaluate(xform, 0.0F).matrix}};
     }
 
@@ -182,19 +197,22 @@ private:
         if (!xform.empty() && !oneIn(10)) {
             const PlainGroup& group = xform[static_cast<std::size_t>(upTo(int(xform.size())))];
             query.groupName = group.name;
-            if (!group.components.empty() && !oneIn(10))
+            if (!group.components.empty() && !oneIn(10)) {
                 query.componentName =
                     group.components[static_cast<std::size_t>(upTo(int(group.components.size())))]
                         .name;
+            }
         }
         // By the whole name, by the beginning of it, or by something longer.
-        if (oneIn(2))
+        if (oneIn(2)) {
             query.componentName.resize(
                 static_cast<std::size_t>(upTo(int(query.componentName.size()) + 1)));
-        else if (oneIn(20))
+        } else if (oneIn(20)) {
             query.componentName += "x";
-        if (oneIn(2))
+        }
+        if (oneIn(2)) {
             query.componentName += "?";
+        }
         query.includeComponent = oneIn(2);
         query.includeGroupsBefore = oneIn(2);
         query.includeGroupsAfter = oneIn(2);
@@ -207,23 +225,27 @@ private:
         PlainXform part;
         const PlainGroup* wanted = nullptr;
         for (const PlainGroup& group : xform) {
-            if (group.name == query.groupName)
+            if (group.name == query.groupName) {
                 wanted = &group;
-            else if (wanted ? query.includeGroupsAfter : query.includeGroupsBefore)
+            } else if (wanted ? query.includeGroupsAfter : query.includeGroupsBefore) {
                 part.push_back(group);
+            }
         }
-        if (!wanted)
+        if (!wanted) {
             return std::nullopt;
+        }
         std::string pattern = query.componentName;
-        if (!pattern.empty() && pattern.back() == '?')
+        if (!pattern.empty() && pattern.back() == '?') {
             pattern.pop_back();
+        }
         const auto matches = [&pattern](const PlainComponent& component) {
             return component.name.compare(0, pattern.size(), pattern) == 0;
         };
         const auto& all = wanted->components;
         const auto first = std::find_if(all.begin(), all.end(), matches);
-        if (first == all.end())
+        if (first == all.end()) {
             return std::nullopt;
+        }
         const auto last =
             query.includeComponent ? std::find_if_not(first, all.end(), matches) : first;
         // It is put together under the name "xform", behind what bears that name already.
@@ -248,15 +270,18 @@ private:
             at(place).path, query.groupName, query.componentName, query.includeComponent, view,
             includeParent, query.includeGroupsBefore, query.includeGroupsAfter);
         std::optional<PlainXform> part;
-        if (xform && (view == kVlViewerDelegateLookThrough || isSent(place, view)))
+        if (xform && (view == kVlViewerDelegateLookThrough || isSent(place, view))) {
             part = partOf(*xform, query);
+        }
         ASSERT_EQ(actual.isValid(), part.has_value());
-        if (!part)
+        if (!part) {
             return;
+        }
         ++numberOfParts;
         PlainSamples expected = evaluateAtExistingTimes(*part);
-        if (includeParent && !evaluate(*part, 0.0F).isAbsolute)
+        if (includeParent && !evaluate(*part, 0.0F).isAbsolute) {
             expected = multiply(expected, worldOf(at(place).parent, view));
+        }
         EXPECT_EQ(complaint(expected, actual), "");
     }
 
@@ -268,8 +293,9 @@ TEST_F(TransformsOracle, randomHierarchiesEqualThePlainEvaluationInAllViews) {
     const OracleSeeds seeds(20261121, 150);
     for (unsigned seed = seeds.first; seed - seeds.first < seeds.count; ++seed) {
         run(seed);
-        if (HasFailure())
+        if (HasFailure()) {
             return;
+        }
     }
     // Where nothing was compared, nothing would be proved.
     EXPECT_GT(numberOfParts, static_cast<int>(seeds.count) * 5);

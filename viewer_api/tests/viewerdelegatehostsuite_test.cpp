@@ -51,10 +51,11 @@ std::string taken(VlAttributeStruct* returned) {
 
 template <class Suite>
 const Suite& suiteOf() {
-    if constexpr (std::is_same_v<Suite, ViewerDelegateHostSuite>)
+    if constexpr (std::is_same_v<Suite, ViewerDelegateHostSuite>) {
         return *getViewerDelegateHostSuite();
-    else
+    } else {
         return *getViewerDelegateHostSuiteV2();
+    }
 }
 
 /// Every entry of both versions' tables, through one delegate.
@@ -419,8 +420,9 @@ TEST(ViewerDelegateHostSuiteVersions, differInEntry5Alone) {
     std::array<std::uintptr_t, kEntries> version3{};
     std::memcpy(version2.data(), getViewerDelegateHostSuiteV2(), sizeof(version2));
     std::memcpy(version3.data(), getViewerDelegateHostSuite(), sizeof(version3));
-    for (std::size_t entry = 0; entry < kEntries; ++entry)
+    for (std::size_t entry = 0; entry < kEntries; ++entry) {
         EXPECT_EQ(version2[entry] == version3[entry], entry != 5) << "entry " << entry;
+    }
 }
 
 TEST(ViewerDelegateHostSuiteVersions, haveNoGaps) {
@@ -428,8 +430,9 @@ TEST(ViewerDelegateHostSuiteVersions, haveNoGaps) {
     std::memcpy(entries.data(), getViewerDelegateHostSuite(), sizeof(entries));
     std::vector<std::size_t> nullEntries;
     for (std::size_t entry = 0; entry < kEntries; ++entry) {
-        if (!entries[entry])
+        if (!entries[entry]) {
             nullEntries.push_back(entry);
+        }
     }
     EXPECT_THAT(nullEntries, IsEmpty());
 }

@@ -23,8 +23,9 @@ protected:
     void SetUp() override {
         setChannelDispatch([this](void*, const char* channel, const VlAttribute::Attribute& value) {
             journal.addCall(channel, textOf(value));
-            if (onChannel)
+            if (onChannel) {
                 onChannel();
+            }
             return VlAttribute::Attribute();
         });
         delegate = std::make_unique<VlViewerDelegateHostStruct>("Recording", nullptr);
@@ -130,8 +131,9 @@ class ViewportRemovingItself : public ViewportDelegate,
 
 TEST_P(ViewportRemovingItself, leavesTheListAtOnceAndIsDeletedWhenItsCallReturns) {
     const bool isSetup = std::string(GetParam().name) == "setup";
-    if (!isSetup)
+    if (!isSetup) {
         viewport->setup(7);
+    }
     onEntry(std::string("viewport1.") + GetParam().name, [&] {
         delegate->removeViewport("view");
         EXPECT_EQ(delegate->getNumberOfViewports(), 0u);
@@ -216,8 +218,9 @@ TEST_F(ViewportDelegate, endOfTheDelegateEndsComponentsThenViewportsThenThePlugi
     delegate->addComponent("Part", "part");
     std::vector<int> livingViewports;
     const auto countAtTheEnd = [&](std::string_view entry, std::string_view) {
-        if (entry == "destroy")
+        if (entry == "destroy") {
             livingViewports.push_back(plugins.livingInstances());
+        }
     };
     component.onCall = countAtTheEnd;
     delegatePlugin.onCall = countAtTheEnd;

@@ -30,13 +30,15 @@ struct Triple {
 template <class Host>
 testing::AssertionResult names(const Triple& triple, const Host* object) {
     if (!object) {
-        if (!triple.host && !triple.instance && !triple.suite)
+        if (!triple.host && !triple.instance && !triple.suite) {
             return testing::AssertionSuccess();
+        }
         return testing::AssertionFailure() << "not three nulls";
     }
     if (triple.host == object && triple.instance == object->pluginHandle &&
-        triple.suite == object->pluginSuite)
+        triple.suite == object->pluginSuite) {
         return testing::AssertionSuccess();
+    }
     return testing::AssertionFailure() << "not the object's triple";
 }
 
@@ -123,8 +125,9 @@ TEST_F(ViewportSuites, camerasThatAreNotThereWriteNulls) {
     suite.getCameraByName(viewport.get(), nullptr, &byNull.host, &byNull.instance, &byNull.suite);
     suite.getCameraByIndex(viewport.get(), 1, &atCount.host, &atCount.instance, &atCount.suite);
     suite.getCameraByIndex(viewport.get(), ~0u, &beyond.host, &beyond.instance, &beyond.suite);
-    for (const Triple& triple : {byName, byNull, atCount, beyond})
+    for (const Triple& triple : {byName, byNull, atCount, beyond}) {
         EXPECT_TRUE(names(triple, kNoCamera));
+    }
 }
 
 TEST_F(ViewportSuites, removeCameraByIndexLetsTheRangeErrorThrough) {
@@ -204,8 +207,9 @@ TEST_F(ViewportSuites, layersThatAreNotThereWriteNulls) {
     suite.getLayerByIndex(viewport.get(), 1, &atCount.host, &atCount.instance, &atCount.suite);
     suite.insertLayer(viewport.get(), "Recording", "c", 2, &inserted.host, &inserted.instance,
                       &inserted.suite);
-    for (const Triple& triple : {byName, byNull, atCount, inserted})
+    for (const Triple& triple : {byName, byNull, atCount, inserted}) {
         EXPECT_TRUE(names(triple, kNoLayer));
+    }
 }
 
 TEST_F(ViewportSuites, nullNamesFindAndRemoveNothing) {
@@ -272,8 +276,9 @@ TEST_F(ViewportSuites, layerEntriesReachTheLayer) {
 TEST_F(ViewportSuites, cameraEntriesReachTheCamera) {
     auto* camera = viewport->addCamera("Recording", "a");
     std::array<double, 16> matrix{};
-    for (size_t i = 0; i < 16; ++i)
+    for (size_t i = 0; i < 16; ++i) {
         matrix[i] = static_cast<double>(i * i);
+    }
     cameraSuite.setViewMatrix(camera, matrix.data());
     EXPECT_EQ(std::memcmp(cameraSuite.getViewMatrix(camera), matrix.data(), sizeof matrix), 0);
     cameraSuite.setProjectionMatrix(camera, matrix.data());

@@ -34,8 +34,9 @@ protected:
 
     Lines names() {
         Lines result;
-        for (std::uint32_t index = 0; index < delegate->getNumberOfViewports(); ++index)
+        for (std::uint32_t index = 0; index < delegate->getNumberOfViewports(); ++index) {
             result.emplace_back(delegate->getViewportName(index));
+        }
         return result;
     }
 

@@ -19,8 +19,9 @@ protected:
     }
     [[nodiscard]] Lines activeNames() const {
         Lines names;
-        for (const VlManipulatorHostStruct* const manipulator : viewport->activeManipulators)
+        for (const VlManipulatorHostStruct* const manipulator : viewport->activeManipulators) {
             names.push_back(manipulator->pluginName);
+        }
         return names;
     }
 };
@@ -31,10 +32,12 @@ TEST_F(ViewportManipulators, standInTheOrderOfTheirActivation) {
     EXPECT_EQ(activeNames(), (Lines{"Move", "Aim"}));
     EXPECT_EQ(viewport->getNumberOfActiveManipulators(), 2U);
     EXPECT_EQ(viewport->getActiveManipulatorByIndex(1), viewport->getActiveManipulator("Aim"));
-    for (const std::uint32_t index : {2U, 3U, ~0U})
+    for (const std::uint32_t index : {2U, 3U, ~0U}) {
         EXPECT_EQ(viewport->getActiveManipulatorByIndex(index), nullptr);
-    for (const char* name : {"move", "Mov", "Move ", ""})
+    }
+    for (const char* name : {"move", "Mov", "Move ", ""}) {
         EXPECT_EQ(viewport->getActiveManipulator(name), nullptr) << "names compare exactly";
+    }
 }
 
 TEST_F(ViewportManipulators, activatingTwiceLeavesOneInstanceAndSendsOneSignal) {
@@ -116,8 +119,9 @@ TEST_F(ViewportManipulators, theContextIsCurrentForCreateAndDestroy) {
     Lines seen;
     move.onCall = [&](std::string_view entry) {
         seen.push_back(std::string(entry));
-        for (const std::string& line : journal.take())
+        for (const std::string& line : journal.take()) {
             seen.push_back(line);
+        }
     };
     const auto windowCalls = [&](const std::function<void()>& action) {
         journal.take();
@@ -152,8 +156,9 @@ TEST_F(ViewportManipulators, endWithTheViewportAfterItsLayersAndBeforeItsPlugin)
     viewport->addLayer("Recording", "l");
     activate({});
     activate({}, "Aim");
-    for (const char* entry : {"layer1.destroy", "viewport1.destroy"})
+    for (const char* entry : {"layer1.destroy", "viewport1.destroy"}) {
         plugins.hooks[entry] = [&](auto& instance) { log.lines.push_back(instance.name); };
+    }
     log.take();
     delegate->removeViewport("view");
     EXPECT_THAT(log.take(), ElementsAre("layer1", "Move destroy", "Aim destroy", "viewport1"))

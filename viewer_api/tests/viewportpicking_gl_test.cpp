@@ -23,8 +23,9 @@ using Ids = std::vector<int64_t>;
 Ids idsOf(const GroupAttribute& picked) {
     EXPECT_TRUE(picked.isValid());
     Ids ids;
-    for (int64_t i = 0; i < picked.getNumberOfChildren(); ++i)
+    for (int64_t i = 0; i < picked.getNumberOfChildren(); ++i) {
         ids.push_back(std::stoll(std::string(picked.getChildName(i))));
+    }
     return ids;
 }
 
@@ -64,8 +65,9 @@ protected:
 
     // Registers so many objects, each with its id as value.
     void addObjects(int count) {
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
             viewport->addPickableObject(IntAttribute(i));
+        }
     }
 
     void onPickerDraw(std::function<void(const GroupAttribute& excluded)> draw) {
@@ -82,13 +84,16 @@ protected:
 TEST_F(ViewportPickingGL, idsReadBackExactlyAndWhereTheyWereDrawn) {
     onPickerDraw([&](const GroupAttribute&) {
         addObjects(kWidth * kHeight);
-        for (int y = 0; y < kHeight; ++y)
-            for (int x = 0; x < kWidth; ++x)
+        for (int y = 0; y < kHeight; ++y) {
+            for (int x = 0; x < kWidth; ++x) {
                 fill({x, y, 1, 1}, static_cast<uint32_t>(y * kWidth + x));
+            }
+        }
     });
     Ids all;
-    for (int id = 0; id < kWidth * kHeight; ++id)
+    for (int id = 0; id < kWidth * kHeight; ++id) {
         all.push_back(id);
+    }
     EXPECT_EQ(pick({0, 0, kWidth, kHeight}), all);
     EXPECT_EQ(pick({0, 0, 1, 1}), Ids{0}) << "the top left";
     EXPECT_EQ(pick({kWidth - 1, 0, 1, 1}), Ids{kWidth - 1});
@@ -111,8 +116,9 @@ TEST_F(ViewportPickingGL, idsBeyond24BitsAreToldApart) {
     onPickerDraw([&](const GroupAttribute&) {
         // As if so many had been registered.
         viewport->picker->pickableObjects.assign(kFirst + 4, IntAttribute(1));
-        for (int i = 0; i < 5; ++i)
+        for (int i = 0; i < 5; ++i) {
             fill({i, 0, 1, 1}, kFirst + static_cast<uint32_t>(i));
+        }
     });
     EXPECT_EQ(pick({0, 0, 5, 1}), (Ids{kFirst, kFirst + 1, kFirst + 2, kFirst + 3}))
         << "the last is no object's";
@@ -124,18 +130,22 @@ TEST_F(ViewportPickingGL, everyByteOfAnIdSurvivesWithWhatGLStartsWithAndMore) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
     std::vector<uint32_t> ids(kWidth);
-    for (uint32_t& id : ids)
+    for (uint32_t& id : ids) {
         id = static_cast<uint32_t>(random());
+    }
     std::vector<uint8_t> pixels(kWidth * 4);
     onPickerDraw([&](const GroupAttribute&) {
         // None of these may touch the surface: it has one sample, is linear and has all 8 bits.
-        for (const GLenum capability : {GL_DITHER, GL_MULTISAMPLE, GL_FRAMEBUFFER_SRGB})
+        for (const GLenum capability : {GL_DITHER, GL_MULTISAMPLE, GL_FRAMEBUFFER_SRGB}) {
             glEnable(capability);
-        for (int x = 0; x < kWidth; ++x)
+        }
+        for (int x = 0; x < kWidth; ++x) {
             fill({x, 0, 1, 1}, ids[static_cast<size_t>(x)]);
+        }
         glReadPixels(0, kHeight - 1, kWidth, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-        for (const GLenum capability : {GL_MULTISAMPLE, GL_FRAMEBUFFER_SRGB})
+        for (const GLenum capability : {GL_MULTISAMPLE, GL_FRAMEBUFFER_SRGB}) {
             glDisable(capability);
+        }
     });
     pick({0, 0, 1, 1});
     for (size_t x = 0; x < ids.size(); ++x) {
@@ -193,11 +203,14 @@ TEST_F(ViewportPickingGL, depthOfOnePixelIsTheWindowDepthThere) {
 
 TEST_F(ViewportPickingGL, deepPickFindsWhatLiesBehind) {
     onPickerDraw([&](const GroupAttribute& excluded) {
-        if (excluded.getNumberOfChildren() == 0)
+        if (excluded.getNumberOfChildren() == 0) {
             addObjects(4);
-        for (const int id : {2, 0, 3, 1})
-            if (!excluded.getChildByName(std::to_string(id)).isValid())
+        }
+        for (const int id : {2, 0, 3, 1}) {
+            if (!excluded.getChildByName(std::to_string(id)).isValid()) {
                 fillAt(0.2f * static_cast<float>(id + 1), static_cast<uint32_t>(id));
+            }
+        }
     });
     float depth = -1.0f;
     EXPECT_EQ(pick({3, 3, 1, 1}, false, &depth), Ids{0});

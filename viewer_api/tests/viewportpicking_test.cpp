@@ -162,8 +162,9 @@ protected:
     void showNearest(const std::string& instance, const std::function<void()>& registerObjects) {
         plugins.hooks[instance + ".pickerDraw"] = [this, registerObjects](auto& plugin) {
             excluded.push_back(GroupAttribute(plugin.lastAttribute));
-            if (excluded.size() == 1)
+            if (excluded.size() == 1) {
                 registerObjects();
+            }
             gl.ids = {kBackground};
             gl.depth = 1.0f;
             for (uint32_t id = 0; id < 3; ++id) {
@@ -180,8 +181,9 @@ protected:
 
 TEST_F(DeepPicking, peelsUntilAPassFindsNothing) {
     showNearest("viewport1", [&] {
-        for (const int value : {10, 11, 12})
+        for (const int value : {10, 11, 12}) {
             viewport->addPickableObject(IntAttribute(value));
+        }
     });
     float depth = 0.0f;
     EXPECT_EQ(pickedText(viewport->getPickedObjects({0, 0, 1, 1}, true, &depth)), "0=10 1=11 2=12");
@@ -203,8 +205,9 @@ TEST_F(DeepPicking, findsTheNearestAloneWhenItIsNotDeep) {
 TEST_F(DeepPicking, pluginThatIgnoresTheExclusionsIsAskedAHundredTimes) {
     int passes = 0;
     onEntry("viewport1.pickerDraw", [&] {
-        if (passes++ == 0)
+        if (passes++ == 0) {
             viewport->addPickableObject(IntAttribute(10));
+        }
     });
     gl.ids = {0};
     EXPECT_EQ(pickedText(viewport->getPickedObjects({0, 0, 2, 1}, true, nullptr)), "0=10");

@@ -261,12 +261,13 @@ TEST_F(ViewportReentrance, cameraReplacedInItsOwnCallIsDeletedWhenItReturns) {
 TEST_F(ViewportReentrance, pluginMayCallTheTableFromEveryEntry) {
     const ViewportHostSuite& suite = *getViewportHostSuite();
     int calls = 0;
-    for (const char* entry : {"setup", "draw", "resize", "hover", "event", "freeze", "cleanup"})
+    for (const char* entry : {"setup", "draw", "resize", "hover", "event", "freeze", "cleanup"}) {
         plugins.hooks[std::string("viewport1.") + entry] = [&](auto& instance) {
             suite.setDirty(instance.host, 1);
             EXPECT_EQ(suite.getNumberOfLayers(instance.host), 0u);
             ++calls;
         };
+    }
     viewport->setup(7);
     viewport->draw();
     viewport->resize(1, 1);
@@ -281,8 +282,9 @@ TEST_F(ViewportReentrance, destroyOfALayerSeesTheViewportWithoutIt) {
     viewport->addLayer("Recording", "a");
     viewport->addLayer("Recording", "b");
     std::vector<uint32_t> counts;
-    for (const char* entry : {"layer1.destroy", "layer2.destroy"})
+    for (const char* entry : {"layer1.destroy", "layer2.destroy"}) {
         onEntry(entry, [&, host = viewport.get()] { counts.push_back(host->getNumberOfLayers()); });
+    }
     viewport.reset();
     EXPECT_EQ(counts, (std::vector<uint32_t>{1, 0}));
 }

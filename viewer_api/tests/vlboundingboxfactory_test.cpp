@@ -23,8 +23,9 @@ protected:
     bool tell(const char* path, const GroupAttribute& attributes) {
         const LocationPath location(path);
         const bool isWanted = factory.storeLocation(location, attributes);
-        if (isWanted)
+        if (isWanted) {
             factory.requestProduce(location);
+        }
         return isWanted;
     }
 
@@ -102,8 +103,9 @@ TEST_F(VlBoundingBoxFactoryTest, givesAttributesTheirTypesTupleSizesAndInheritan
     const IntAttribute starts(box.getChildByName("geometry.poly.startIndex"));
     EXPECT_EQ(starts.getNumberOfValues(), 7);
     EXPECT_EQ(starts.getTupleSize(), 1);
-    for (std::int64_t index = 0; index < box.getNumberOfChildren(); ++index)
+    for (std::int64_t index = 0; index < box.getNumberOfChildren(); ++index) {
         EXPECT_TRUE(box.isGroupInherit(index)) << box.getChildName(index);
+    }
 }
 
 TEST_F(VlBoundingBoxFactoryTest, takesAMinimumAboveItsMaximumAsItStands) {

@@ -21,14 +21,16 @@ protected:
 
     /// Handles of "Arrow" under these names.
     void add(const std::vector<std::string>& names) {
-        for (const std::string& name : names)
+        for (const std::string& name : names) {
             added.push_back(host.addManipulatorHandle("Arrow", name));
+        }
         log.take();
     }
     [[nodiscard]] std::vector<std::string> namesByIndex() const {
         std::vector<std::string> names;
-        for (std::uint32_t index = 0; index < host.getNumberOfManipulatorHandles(); ++index)
+        for (std::uint32_t index = 0; index < host.getNumberOfManipulatorHandles(); ++index) {
             names.emplace_back(host.getManipulatorHandleName(index));
+        }
         return names;
     }
 
@@ -76,8 +78,9 @@ TEST_F(ManipulatorHandles, removalByNameKeepsAllOtherNamesInStep) {
     host.removeManipulatorHandle("d");
     EXPECT_THAT(log.take(), ElementsAre("Arrow destroy"));
     EXPECT_THAT(namesByIndex(), ElementsAre("b", "a", "c"));
-    for (const char* name : {"a", "b", "c"})
+    for (const char* name : {"a", "b", "c"}) {
         EXPECT_STREQ(host.getManipulatorHandleName(host.handleIndexByName.at(name)), name);
+    }
     host.removeManipulatorHandle("d");
     EXPECT_THAT(log.take(), IsEmpty()) << "a name that is missing";
 }
@@ -230,8 +233,9 @@ TEST_F(ManipulatorHandles, noneIsEngagedWhileTheManipulatorIsMade) {
     bool isEngaged = true;
     VlManipulatorHandleHostStruct* handle = nullptr;
     aim.onCall = [&](std::string_view entry) {
-        if (entry != "create")
+        if (entry != "create") {
             return;
+        }
         handle = static_cast<VlManipulatorHostStruct*>(aim.host)->addManipulatorHandle("Arrow", "");
         handle->engaged = true;
         isEngaged = handle->isEngaged();

@@ -143,8 +143,9 @@ TEST_F(VlManipulatorHost, aRemovedLocationIsGoneBeforePluginsHearOfIt) {
     const VlManipulatorHostStruct& host = *activate({"/root/a"});
     std::string pathsWhenTold;
     plugin.onCall = [&](std::string_view entry, std::string_view) {
-        if (entry == "locationEvent")
+        if (entry == "locationEvent") {
             pathsWhenTold = pathsOf(host);
+        }
     };
     log.take();
     remove("/root/a");
@@ -312,8 +313,9 @@ TEST_F(VlManipulatorHost, aSetupThatThrewIsTriedAgain) {
     populate({{"/root/a", fits()}});
     VlManipulatorHostStruct& host = *activate({"/root/a"});
     move.onCall = [](std::string_view entry) {
-        if (entry == "setup")
+        if (entry == "setup") {
             throw std::runtime_error("no shader");
+        }
     };
     EXPECT_EQ(textThrownBy([&] { host.draw(); }), "no shader");
     EXPECT_EQ(textThrownBy([&] { host.pickerDraw(1); }), "no shader");

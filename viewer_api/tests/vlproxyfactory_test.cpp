@@ -31,9 +31,10 @@ public:
     void collectProducts(std::vector<FactoryProduct>& out) override {
         collectRemovals(out);
         dropRequestsIfDisabled();
-        for (const LocationPath& path : toProduce)
+        for (const LocationPath& path : toProduce) {
             out.push_back({kFactoryProductProduced, generatedPath(path),
                            GroupAttribute(*locations.find(path))});
+        }
         toProduce.clear();
     }
     using VlProxyFactory::collectRemovals;
@@ -133,14 +134,16 @@ TEST_F(VlProxyFactoryTest, knowsWholePathsOnly) {
 
 TEST_F(VlProxyFactoryTest, removesASubtreeAndPassesOverWhatOnlyBeginsAlike) {
     for (const char* path : {"/root/a", "/root/a/b", "/root/a/b/c", "/root/a.b", "/root/a-",
-                             "/root/ab", "/root/b", "/root"})
+                             "/root/ab", "/root/b", "/root"}) {
         know(path);
+    }
     factory.removeSubtree("/root/a");
     std::vector<std::string> left;
     for (const char* path : {"/root/a", "/root/a/b", "/root/a/b/c", "/root/a.b", "/root/a-",
                              "/root/ab", "/root/b", "/root"}) {
-        if (factory.hasLocation(path))
+        if (factory.hasLocation(path)) {
             left.emplace_back(path);
+        }
     }
     EXPECT_THAT(left, ElementsAre("/root/a.b", "/root/a-", "/root/ab", "/root/b", "/root"));
 }

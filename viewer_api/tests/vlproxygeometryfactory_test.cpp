@@ -24,8 +24,10 @@ protected:
     static std::string rootOf(const std::vector<FactoryProduct>& products,
                               const std::string& path) {
         for (const FactoryProduct& product : products) {
-            if (product.kind == kFactoryProductProduced && product.path == path + "/__VlOst_proxy")
+            if (product.kind == kFactoryProductProduced &&
+                product.path == path + "/__VlOst_proxy") {
                 return textOf(product.attrs.getChildByName("of"));
+            }
         }
         return "none";
     }
@@ -287,14 +289,16 @@ TEST_F(VlProxyGeometryFactoryTest, aShownLocationIsRemovedByOneProduct) {
 TEST_F(VlProxyGeometryFactoryTest, anEarlierResultIsRemovedAlsoWhileTheNextIsQueuedOrCooks) {
     for (const bool isCookingNext : {false, true}) {
         factory.setSystemArgs(systemAt(1));
-        if (!isCookingNext)
+        if (!isCookingNext) {
             show("/root/a", proxied("x"), 1, sceneOf("x", {}));
-        else
+        } else {
             tell("/root/a", proxied("x"));
+        }
         collected();
         factory.setSystemArgs(systemAt(2));
-        if (isCookingNext)
+        if (isCookingNext) {
             collected();
+        }
         forget("/root/a");
         EXPECT_THAT(collected(), ElementsAre("removed /root/a/__VlOst_proxy")) << isCookingNext;
         EXPECT_FALSE(factory.hasPendingWork()) << isCookingNext;
@@ -437,9 +441,10 @@ TEST_F(VlProxyGeometryFactoryTest, aProxyThatCannotBeLoadedIsAWarningAndNotTried
     const std::vector<FactoryProduct> products = collect(factory);
     EXPECT_THAT(linesOf(products), testing::UnorderedElementsAre("produced /root/a/__VlOst_proxy",
                                                                  "produced /root/b/__VlOst_proxy"));
-    for (const FactoryProduct& product : products)
+    for (const FactoryProduct& product : products) {
         EXPECT_EQ(textOf(product.attrs),
                   "{type=\"warning\" warningMessage=\"Unable to produce proxy\"}");
+    }
     tell("/root/c", missing);
     EXPECT_THAT(collected(), ElementsAre("produced /root/c/__VlOst_proxy"));
     EXPECT_EQ(log.take("getViewerProxyLoaderOp").size(), 1U);
@@ -519,8 +524,9 @@ TEST_F(VlProxyGeometryFactoryReentrance, mayAskForTheSameAgain) {
 
 TEST_F(VlProxyGeometryFactoryReentrance, mayChangeTheFrame) {
     whileAsked([this, isDone = false]() mutable {
-        if (!std::exchange(isDone, true))
+        if (!std::exchange(isDone, true)) {
             factory.setSystemArgs(systemAt(2));
+        }
     });
     collected();
     EXPECT_EQ(cooks().getNumberOfClients(), 2);

@@ -119,8 +119,9 @@ TEST_F(VlViewerDelegateHost, lowersTheCountAfterThePluginsDestroy) {
     const std::int32_t count = VlViewerDelegateHostStruct::getInstanceCount();
     std::int32_t seen = 0;
     plugin.onCall = [&](std::string_view entry, std::string_view) {
-        if (entry == "destroy")
+        if (entry == "destroy") {
             seen = VlViewerDelegateHostStruct::getInstanceCount();
+        }
     };
     delegate.reset();
     EXPECT_EQ(seen, count);
@@ -149,8 +150,9 @@ TEST_F(VlViewerDelegateHost, failsWithoutTheRuntimeHostSuiteAndDestroysThePlugin
 
 TEST_F(VlViewerDelegateHost, endsWhatItsPluginAddedWhenTheConstructionFails) {
     plugin.onCall = [this](std::string_view entry, std::string_view) {
-        if (entry == "create")
+        if (entry == "create") {
             static_cast<VlViewerDelegateHostStruct*>(plugin.host)->addComponent("A", "a");
+        }
     };
     componentA.onCall = [this](std::string_view entry, std::string_view) {
         if (entry == "destroy") {
@@ -210,8 +212,9 @@ TEST_F(VlViewerDelegateHost, cleansUpComponentsFromLastToFirstAndThenThePlugin) 
 TEST_F(VlViewerDelegateHost, cleanupEndsThoughAComponentsCleanupAddsAnother) {
     delegate->addComponent("A", "a");
     componentA.onCall = [this](std::string_view entry, std::string_view) {
-        if (entry == "cleanup")
+        if (entry == "cleanup") {
             delegate->addComponent("B", "b");
+        }
     };
     log.take();
     delegate->cleanup();
@@ -267,8 +270,9 @@ TEST_F(VlViewerDelegateHost, letsExceptionsOfItsPluginPass) {
 
 TEST_F(VlViewerDelegateHost, survivesAPluginThatThrowsFromDestroy) {
     plugin.onCall = [](std::string_view entry, std::string_view) {
-        if (entry == "destroy")
+        if (entry == "destroy") {
             throw std::runtime_error("from destroy");
+        }
     };
     const std::int32_t count = VlViewerDelegateHostStruct::getInstanceCount();
     setLogSink([](const LogRecord&) {});

@@ -24,8 +24,9 @@ constexpr Matrix kIdentity = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
 Matrix counted() {
     Matrix matrix;
-    for (size_t i = 0; i < 16; ++i)
+    for (size_t i = 0; i < 16; ++i) {
         matrix[i] = static_cast<double>(i) + 0.5;
+    }
     return matrix;
 }
 
@@ -44,7 +45,7 @@ struct Product {
 
 Product product(const Matrix& left, const Matrix& right) {
     Product result{};
-    for (size_t row = 0; row < 4; ++row)
+    for (size_t row = 0; row < 4; ++row) {
         for (size_t column = 0; column < 4; ++column) {
             long double sum = 0;
             double sizes = 0;
@@ -56,18 +57,21 @@ Product product(const Matrix& left, const Matrix& right) {
             result.value[row * 4 + column] = static_cast<double>(sum);
             result.tolerance[row * 4 + column] = 4 * kEpsilon * sizes;
         }
+    }
     return result;
 }
 
 Matrix scaled(Matrix matrix, double factor) {
-    for (double& value : matrix)
+    for (double& value : matrix) {
         value *= factor;
+    }
     return matrix;
 }
 
 void expectNear(const Matrix& got, const Matrix& wanted, const Matrix& tolerance) {
-    for (size_t i = 0; i < 16; ++i)
+    for (size_t i = 0; i < 16; ++i) {
         EXPECT_NEAR(got[i], wanted[i], tolerance[i]) << "entry " << i;
+    }
 }
 
 // Zoom first, then the offsets, which therefore are in units of the unzoomed picture's half size.
@@ -244,8 +248,9 @@ TEST_F(VlViewportCameraHost, panAndZoomEqualThePlainEvaluation) {
     viewport->setPanAndZoomActive(true);
     for (int round = 0; round < kRandomRounds; ++round) {
         Matrix matrix;
-        for (double& value : matrix)
+        for (double& value : matrix) {
             value = entry(random);
+        }
         viewport->setPanAndZoomActive(false);
         camera->setProjectionMatrix(matrix.data());
         viewport->setHorizontalOffset(offset(random));
@@ -257,8 +262,9 @@ TEST_F(VlViewportCameraHost, panAndZoomEqualThePlainEvaluation) {
             product(matrix, plainPanZoom(viewport->horizontalOffset, viewport->verticalOffset,
                                          viewport->zoom));
         expectNear(projection(), wanted.value, wanted.tolerance);
-        if (HasFailure())
+        if (HasFailure()) {
             return;
+        }
     }
 }
 
@@ -284,8 +290,9 @@ TEST_F(VlViewportCameraHost, underlyingProjectionTimesPanAndZoomGivesBackWhatWas
     viewport->setPanAndZoomActive(true);
     for (int round = 0; round < kRandomRounds; ++round) {
         Matrix matrix;
-        for (double& value : matrix)
+        for (double& value : matrix) {
             value = entry(random);
+        }
         viewport->setHorizontalOffset(offset(random));
         viewport->setVerticalOffset(offset(random));
         viewport->setZoom(zoom(random));
@@ -294,8 +301,9 @@ TEST_F(VlViewportCameraHost, underlyingProjectionTimesPanAndZoomGivesBackWhatWas
         // Three roundings on the way, each of the same bound as the product's own: the inverse's
         // entries, the product with it, and the product back.
         expectNear(back.value, matrix, scaled(back.tolerance, 4));
-        if (HasFailure())
+        if (HasFailure()) {
             return;
+        }
     }
 }
 
@@ -399,14 +407,16 @@ TEST_F(VlViewportCameraHost, vectorsOfARigidViewAreItsTransposeApplied) {
     for (int round = 0; round < kRandomRounds; ++round) {
         Vector axis = {coordinate(random), coordinate(random), coordinate(random)};
         const double length = std::hypot(axis[0], axis[1], axis[2]);
-        for (double& value : axis)
+        for (double& value : axis) {
             value /= length;
+        }
         const auto rotation = plainRotation(axis, angle(random));
         const Vector move = {place(random), place(random), place(random)};
         Matrix view = kIdentity;
         for (size_t row = 0; row < 3; ++row) {
-            for (size_t column = 0; column < 3; ++column)
+            for (size_t column = 0; column < 3; ++column) {
                 view[row * 4 + column] = rotation[row][column];
+            }
             view[12 + row] = move[row];
         }
         camera->setViewMatrix(view.data());
@@ -420,16 +430,19 @@ TEST_F(VlViewportCameraHost, vectorsOfARigidViewAreItsTransposeApplied) {
         expectNear(camera->getUp(), up, tolerance);
         expectNear(camera->getDirection(), {-back[0], -back[1], -back[2]}, tolerance);
         Vector origin{};
-        for (size_t i = 0; i < 3; ++i)
-            for (size_t k = 0; k < 3; ++k)
+        for (size_t i = 0; i < 3; ++i) {
+            for (size_t k = 0; k < 3; ++k) {
                 origin[i] -= move[k] * rotation[i][k];
+            }
+        }
         // The move's entries are up to 1000, and three of them are summed.
         expectNear(camera->getOrigin(), origin, 3 * 1000.0 * tolerance);
         const Imath::V3d left = camera->getLeft();
         // A camera's right is the first row of the inverse.
         expectNear(left, {-rotation[0][0], -rotation[1][0], -rotation[2][0]}, 4 * tolerance);
-        if (HasFailure())
+        if (HasFailure()) {
             return;
+        }
     }
 }
 

@@ -168,10 +168,12 @@ TEST_P(VlViewportHostSetup, initialisesWhenEitherJoiningOrBindingSucceeds) {
     // A context and a device context from an earlier setup, so that each step can fail alone.
     viewport->setup(7);
     viewport->cleanup();
-    if (!GetParam().joins)
+    if (!GetParam().joins) {
         windows.failing.insert("setPixelFormat");
-    if (!GetParam().binds)
+    }
+    if (!GetParam().binds) {
         windows.failing.insert("makeCurrent");
+    }
     viewport->setup(7);
     EXPECT_EQ(viewport->isInitialized, GetParam().isInitialized);
 }
@@ -351,8 +353,9 @@ TEST_F(VlViewportHost, endLeavesTheCamerasAlive) {
 TEST_F(VlViewportHost, exceptionsOfThePluginPassThrough) {
     viewport->setup(7);
     const auto raise = [](auto&) { throw std::runtime_error("from the plug-in"); };
-    for (const char* entry : {"draw", "event", "hover", "resize", "freeze", "thaw", "cleanup"})
+    for (const char* entry : {"draw", "event", "hover", "resize", "freeze", "thaw", "cleanup"}) {
         plugins.hooks[std::string("viewport1.") + entry] = raise;
+    }
     const GroupAttribute data = GroupAttribute::Empty();
     EXPECT_THROW(viewport->draw(), std::runtime_error);
     EXPECT_THROW(viewport->event(data.getHandle()), std::runtime_error);

@@ -55,8 +55,9 @@ Lines creation(int first, const std::string& size) {
 
 Lines namesOf(const GroupAttribute& group) {
     Lines names;
-    for (int64_t i = 0; i < group.getNumberOfChildren(); ++i)
+    for (int64_t i = 0; i < group.getNumberOfChildren(); ++i) {
         names.emplace_back(group.getChildName(i));
+    }
     return names;
 }
 
@@ -72,8 +73,9 @@ protected:
         journal.take();
     }
     void addObjects(int count) {
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
             picker.addPickableObject(IntAttribute(i));
+        }
     }
 
     CallJournal journal;
@@ -258,8 +260,9 @@ TEST_F(ViewportPicker, widthOrHeightZeroIsNullWithoutAGLRead) {
     makeBound();
     for (const PixelRegion region :
          {PixelRegion{0, 0, 0, 1}, PixelRegion{0, 0, 1, 0}, PixelRegion{0, 0, -1, -1},
-          PixelRegion{0, 0, std::numeric_limits<int>::min(), 5}})
+          PixelRegion{0, 0, std::numeric_limits<int>::min(), 5}}) {
         EXPECT_FALSE(picker.pick(region, nullptr).isValid());
+    }
     EXPECT_EQ(journal.take(), Lines{});
 }
 

@@ -91,12 +91,15 @@ TEST_P(WorkingSetStates, areReadFromTheThreeIntegers) {
     GroupBuilder builder;
     builder.set("__viewerWorkingSets.viewerVisibility.polished", GroupAttribute::Empty());
     const std::string prefix = kPolished;
-    if (row.included)
+    if (row.included) {
         builder.set(prefix + "included", IntAttribute(*row.included));
-    if (row.hasIncludedChildren)
+    }
+    if (row.hasIncludedChildren) {
         builder.set(prefix + "hasIncludedChildren", IntAttribute(*row.hasIncludedChildren));
-    if (row.childrenInherit)
+    }
+    if (row.childrenInherit) {
         builder.set(prefix + "childrenInheritInclusion", IntAttribute(*row.childrenInherit));
+    }
     WorkingSetState state;
     static_cast<void>(extractWorkingSetState(builder.build(), state));
     EXPECT_EQ(state, row.expected);

@@ -97,8 +97,9 @@ const std::vector<std::string> kNewsOfA{
 
 std::vector<std::string> joined(std::initializer_list<std::vector<std::string>> parts) {
     std::vector<std::string> lines;
-    for (const auto& part : parts)
+    for (const auto& part : parts) {
         lines.insert(lines.end(), part.begin(), part.end());
+    }
     return lines;
 }
 
@@ -432,8 +433,9 @@ INSTANTIATE_TEST_SUITE_P(Entries, DelegateHostSuite,
 TEST(DelegateHostSuiteSubjects, callEveryEntry) {
     std::set<std::string> called;
     for (const Subject& subject : kSubjects) {
-        for (const Step& step : subject.steps)
+        for (const Step& step : subject.steps) {
             called.insert(step.call.substr(0, step.call.find(' ')));
+        }
     }
     EXPECT_EQ(called, std::set<std::string>(kEntries.begin(), kEntries.end()));
 }

@@ -34,10 +34,12 @@ protected:
         using ViewerAPI::test::textOf;
         ViewerAPI::setChannelDispatch([this](void*, const char* name, const Attribute& value) {
             ui.lines.push_back("channel " + std::string(name) + " " + textOf(value));
-            if (name == std::string("failing"))
+            if (name == std::string("failing")) {
                 throw std::runtime_error("the listener failed");
-            if (name == std::string("__GET_SELECTED_LOCATIONS") || name == std::string("answer"))
+            }
+            if (name == std::string("__GET_SELECTED_LOCATIONS") || name == std::string("answer")) {
                 return answer;
+            }
             return name == std::string("echo") ? value : Attribute();
         });
         ProbeTest::SetUp();
@@ -97,11 +99,13 @@ protected:
 
     Lines takeEffects() {
         Lines effects = runtime.takeCommands();
-        for (std::string& line : ui.take())
+        for (std::string& line : ui.take()) {
             effects.push_back(std::move(line));
+        }
         for (std::string& line : log("libraryLog")) {
-            if (line.find("-> ") == std::string::npos)
+            if (line.find("-> ") == std::string::npos) {
                 effects.push_back(std::move(line));
+            }
         }
         clearLog();
         return effects;

@@ -34,8 +34,9 @@ DelegateHostEntries entriesOf(std::uint32_t version) {
 TEST_F(DelegateHostSuiteTest, theVersionsDifferInEntry5Alone) {
     const DelegateHostEntries version2 = entriesOf(VL_VIEWER_DELEGATE_HOST_SUITE_VERSION_2);
     const DelegateHostEntries version3 = entriesOf(VL_VIEWER_DELEGATE_HOST_SUITE_VERSION);
-    for (std::size_t entry = 0; entry < version2.size(); ++entry)
+    for (std::size_t entry = 0; entry < version2.size(); ++entry) {
         EXPECT_EQ(version2[entry] == version3[entry], entry != 5) << "entry " << entry;
+    }
 }
 
 TEST_F(DelegateHostSuiteTest, version2TakesInTheParentAndTheGroupsBeforeAndVersion3AsTold) {
@@ -47,8 +48,9 @@ TEST_F(DelegateHostSuiteTest, version2TakesInTheParentAndTheGroupsBeforeAndVersi
     const std::pair<const char*, const char*> flags[] = {
         {" 0 0 0", "100"},  {" 1 0 0", "101"},  {" 0 1 0", "110"},  {" 1 1 0", "111"},
         {" 0 0 1", "1100"}, {" 1 0 1", "1101"}, {" 0 1 1", "1110"}, {" -1 2 256", "1111"}};
-    for (const auto& [words, x] : flags)
+    for (const auto& [words, x] : flags) {
         EXPECT_EQ(call("delegate", arguments + words), translation(x)) << words;
+    }
 }
 
 TEST_F(DelegateHostSuiteTest, bothVersionsReachOneDelegate) {
@@ -100,8 +102,9 @@ TEST_P(DelegateHostSuiteVersion, aReturnedHandleIsTheCallersAndAPassedOneStaysIt
     const std::pair<std::uint32_t, std::uint32_t> before{attributes.getHandle()->refCount,
                                                          answer.getHandle()->refCount};
     for (const char* const line : lines) {
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             EXPECT_NE(call(GetParam(), line), "null");
+        }
         EXPECT_EQ(attributes.getHandle()->refCount, before.first) << line;
         EXPECT_EQ(answer.getHandle()->refCount, before.second) << line;
     }

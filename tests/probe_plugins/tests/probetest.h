@@ -40,8 +40,9 @@ protected:
     Lines log(const char* which = "log") {
         const VlAttribute::StringAttribute lines(delegate->getOption(id(which)));
         Lines result;
-        for (const auto& line : lines.getNearestSample(0.0F))
+        for (const auto& line : lines.getNearestSample(0.0F)) {
             result.emplace_back(line);
+        }
         return result;
     }
 

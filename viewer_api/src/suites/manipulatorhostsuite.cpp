@@ -85,8 +85,9 @@ void getManipulatorHandleByIndex(void* host, uint32_t index, void** handleHost, 
 }
 
 void removeManipulatorHandle(void* host, const char* name) {
-    if (name)
+    if (name) {
         manipulatorOf(host).removeManipulatorHandle(name);
+    }
 }
 
 void removeManipulatorHandleByIndex(void* host, uint32_t index) {

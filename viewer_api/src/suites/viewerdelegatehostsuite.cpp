@@ -135,8 +135,9 @@ void getComponentByIndex(VlViewerDelegateHandle host, uint32_t index, void** com
 }
 
 void removeComponent(VlViewerDelegateHandle host, const char* name) {
-    if (name)
+    if (name) {
         delegateOf(host).removeComponent(name);
+    }
 }
 
 void removeComponentByIndex(VlViewerDelegateHandle host, uint32_t index) {
@@ -166,8 +167,9 @@ void getViewportByIndex(VlViewerDelegateHandle host, uint32_t index, void** view
 }
 
 void removeViewport(VlViewerDelegateHandle host, const char* name) {
-    if (name)
+    if (name) {
         delegateOf(host).removeViewport(name);
+    }
 }
 
 void removeViewportByIndex(VlViewerDelegateHandle host, uint32_t index) {

@@ -61,8 +61,9 @@ void getCameraByIndex(void* host, uint32_t index, void** cameraHost, void** inst
 }
 
 void removeCameraByName(void* host, const char* name) {
-    if (name)
+    if (name) {
         viewportOf(host).removeCameraByName(name);
+    }
 }
 
 void removeCameraByIndex(void* host, uint32_t index) {
@@ -131,8 +132,9 @@ void getLayerByIndex(void* host, uint32_t index, void** layerHost, void** instan
 }
 
 void removeLayer(void* host, const char* name) {
-    if (name)
+    if (name) {
         viewportOf(host).removeLayer(name);
+    }
 }
 
 void removeLayerByIndex(void* host, uint32_t index) {

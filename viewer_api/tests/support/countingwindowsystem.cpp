@@ -16,8 +16,9 @@ std::string nameOf(const void* handle) {
 // "8193=1 8208=1": the pairs up to the 0 that ends them.
 std::string pairsOf(const int* attributes) {
     std::string text;
-    for (; *attributes; attributes += 2)
+    for (; *attributes; attributes += 2) {
         text += " " + std::to_string(attributes[0]) + "=" + std::to_string(attributes[1]);
+    }
     return text.empty() ? text : text.substr(1);
 }
 
@@ -60,8 +61,9 @@ int CountingWindowSystem::releaseDC(std::intptr_t windowId, NativeDeviceContext 
 int CountingWindowSystem::choosePixelFormat(NativeDeviceContext deviceContext,
                                             const int* attributes, int* format) {
     record("choosePixelFormat", nameOf(deviceContext), pairsOf(attributes));
-    if (fails("choosePixelFormat"))
+    if (fails("choosePixelFormat")) {
         return 0;
+    }
     *format = kFormat;
     return 1;
 }
@@ -69,8 +71,9 @@ int CountingWindowSystem::choosePixelFormat(NativeDeviceContext deviceContext,
 int CountingWindowSystem::describePixelFormat(NativeDeviceContext deviceContext, int format,
                                               unsigned size, PixelFormatDescriptor* descriptor) {
     record("describePixelFormat", nameOf(deviceContext), format, size);
-    if (fails("describePixelFormat"))
+    if (fails("describePixelFormat")) {
         return 0;
+    }
     *descriptor = description;
     return 1;
 }
@@ -86,16 +89,18 @@ NativeGLContext CountingWindowSystem::createContextAttribs(NativeDeviceContext d
                                                            NativeGLContext share,
                                                            const int* attributes) {
     record("createContextAttribs", nameOf(deviceContext), nameOf(share), pairsOf(attributes));
-    if (fails("createContextAttribs"))
+    if (fails("createContextAttribs")) {
         return nullptr;
+    }
     const int number = static_cast<int>(contexts_.size()) + 1;
     return &contexts_.try_emplace(number, "context" + std::to_string(number)).first->second;
 }
 
 int CountingWindowSystem::makeCurrent(NativeDeviceContext deviceContext, NativeGLContext context) {
     record("makeCurrent", nameOf(deviceContext), nameOf(context));
-    if (fails("makeCurrent"))
+    if (fails("makeCurrent")) {
         return 0;
+    }
     currentDeviceContext = context ? deviceContext : nullptr;
     currentContext = context;
     return 1;

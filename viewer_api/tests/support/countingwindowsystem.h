@@ -52,8 +52,9 @@ public:
 private:
     template <class... Parts>
     void record(const Parts&... parts) {
-        if (!isQuiet)
+        if (!isQuiet) {
             journal_.addCall(parts...);
+        }
     }
     [[nodiscard]] bool fails(const std::string& operation) const {
         return failing.contains(operation);

@@ -75,8 +75,9 @@ protected:
 
     /// What a test makes doubles do refers to its own variables, which end before the delegate.
     void TearDown() override {
-        for (RecordingPlugin* const recorder : {&plugin, &componentA, &componentB, &componentC})
+        for (RecordingPlugin* const recorder : {&plugin, &componentA, &componentB, &componentC}) {
             recorder->onCall = nullptr;
+        }
         bridge.onCall = nullptr;
         channels.onFire = nullptr;
     }

@@ -39,9 +39,10 @@ inline VlAttribute::GroupAttribute bounded(double size) {
 /// `produced PATH` or `removed PATH`.
 inline std::vector<std::string> linesOf(const std::vector<FactoryProduct>& products) {
     std::vector<std::string> lines;
-    for (const FactoryProduct& product : products)
+    for (const FactoryProduct& product : products) {
         lines.push_back((product.kind == kFactoryProductProduced ? "produced " : "removed ") +
                         product.path);
+    }
     return lines;
 }
 

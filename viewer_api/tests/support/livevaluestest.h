@@ -42,8 +42,9 @@ protected:
     /// What the delegate plug-in was shown, as `path attributes`.
     Lines takeShown() {
         Lines lines;
-        for (const RecordedEvent& event : std::exchange(plugin.events, {}))
+        for (const RecordedEvent& event : std::exchange(plugin.events, {})) {
             lines.push_back(event.path + " " + textOf(event.attributes));
+        }
         return lines;
     }
 };

@@ -39,10 +39,12 @@ protected:
     }
     void TearDown() override {
         DelegateTest::TearDown();
-        for (RecordingManipulator* const each : {&move, &aim})
+        for (RecordingManipulator* const each : {&move, &aim}) {
             each->onCall = nullptr;
-        for (RecordingHandle* const each : {&arrow, &ring})
+        }
+        for (RecordingHandle* const each : {&arrow, &ring}) {
             each->onCall = nullptr;
+        }
         move.onMatches = aim.onMatches = nullptr;
         plugins.hooks.clear();
     }

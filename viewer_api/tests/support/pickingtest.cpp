@@ -6,12 +6,14 @@ using VlAttribute::GroupAttribute;
 using VlAttribute::IntAttribute;
 
 std::string pickedText(const GroupAttribute& picked) {
-    if (!picked.isValid())
+    if (!picked.isValid()) {
         return "null";
+    }
     std::string text;
-    for (int64_t i = 0; i < picked.getNumberOfChildren(); ++i)
+    for (int64_t i = 0; i < picked.getNumberOfChildren(); ++i) {
         text += (i ? " " : "") + std::string(picked.getChildName(i)) + "=" +
                 std::to_string(IntAttribute(picked.getChildByIndex(i)).getValue());
+    }
     return text;
 }
 

@@ -11,16 +11,18 @@ using VlAttribute::DoubleAttribute;
 
 PlainBox boxOf(const std::array<double, 6>& values) {
     PlainBox box{values, values};
-    for (double& size : box.sizes)
+    for (double& size : box.sizes) {
         size = std::abs(size);
+    }
     return box;
 }
 
 namespace {
 
 PlainBox transformed(const PlainBox& box, const PlainMatrix& matrix) {
-    if (box.isInverted()) // nothing has no place
+    if (box.isInverted()) { // nothing has no place
         return box;
+    }
     PlainBox result;
     for (std::size_t axis = 0; axis < 3; ++axis) {
         double low = std::numeric_limits<double>::infinity();
@@ -49,8 +51,9 @@ PlainBox transformed(const PlainBox& box, const PlainMatrix& matrix) {
 
 PlainBoxes transformed(const PlainBoxes& boxes, const PlainMatrix& matrix) {
     PlainBoxes result;
-    for (const auto& [time, box] : boxes)
+    for (const auto& [time, box] : boxes) {
         result[time] = transformed(box, matrix);
+    }
     return result;
 }
 
@@ -76,20 +79,23 @@ void mergeInto(PlainBoxes& merged, const PlainBoxes& added) {
 }
 
 std::string complaint(const PlainBoxes& expected, const DoubleAttribute& actual) {
-    if (actual.getNumberOfTimeSamples() != static_cast<std::int64_t>(expected.size()))
+    if (actual.getNumberOfTimeSamples() != static_cast<std::int64_t>(expected.size())) {
         return std::to_string(actual.getNumberOfTimeSamples()) + " samples instead of " +
                std::to_string(expected.size());
+    }
     std::ostringstream out;
     std::int64_t sample = 0;
     for (const auto& [time, box] : expected) {
         const auto values = actual.getSample(sample++);
-        if (values.size() != 6)
+        if (values.size() != 6) {
             return std::to_string(values.size()) + " values";
+        }
         for (std::size_t side = 0; side < 6; ++side) {
             const double difference = std::abs(values[side] - box.values[side]);
-            if (!(difference <= kPlainTolerance * box.sizes[side]))
+            if (!(difference <= kPlainTolerance * box.sizes[side])) {
                 out << "at " << time << " value " << side << " is " << values[side]
                     << " instead of " << box.values[side] << "\n";
+            }
         }
     }
     return out.str();

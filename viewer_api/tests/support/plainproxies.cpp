@@ -11,57 +11,68 @@ void PlainProxies::show(const std::string& path, const std::string& proxies) {
     const bool isNews = !location.isKnown || location.proxies != proxies;
     location.isKnown = true;
     location.proxies = proxies;
-    if (isNews && enabled)
+    if (isNews && enabled) {
         requestProduce(location);
+    }
 }
 
 void PlainProxies::disqualify(const std::string& path) {
     Location& location = locations[path];
-    if (!location.isKnown)
+    if (!location.isKnown) {
         return;
+    }
     location.isKnown = false;
-    if (enabled)
+    if (enabled) {
         requestRemove(location);
+    }
 }
 
 void PlainProxies::remove(const std::string& path) {
     for (auto& [each, location] : locations) {
-        if (each != path && each.rfind(path + "/", 0) != 0)
+        if (each != path && each.rfind(path + "/", 0) != 0) {
             continue;
+        }
         location.isKnown = false;
         location.queued.reset();
         visible.erase(each);
-        if (!location.waiting)
+        if (!location.waiting) {
             continue;
+        }
         const std::string job = *location.waiting;
         location.waiting.reset();
         bool isWantedByOthers = false;
-        for (const auto& other : locations)
+        for (const auto& other : locations) {
             isWantedByOthers = isWantedByOthers || other.second.waiting == job;
-        if (!isWantedByOthers)
+        }
+        if (!isWantedByOthers) {
             cooking.erase(job);
+        }
     }
 }
 
 void PlainProxies::setEnabled(bool isEnabled) {
-    if (isEnabled == enabled)
+    if (isEnabled == enabled) {
         return;
+    }
     enabled = isEnabled;
     for (auto& [path, location] : locations) {
-        if (location.isKnown && enabled)
+        if (location.isKnown && enabled) {
             requestProduce(location);
-        else if (location.isKnown)
+        } else if (location.isKnown) {
             requestRemove(location);
+        }
     }
 }
 
 void PlainProxies::setTime(int newTime) {
-    if (newTime == time)
+    if (newTime == time) {
         return;
+    }
     time = newTime;
     for (auto& [path, location] : locations) {
-        if (location.isKnown && enabled)
+        if (location.isKnown && enabled) {
             requestProduce(location);
+        }
     }
 }
 
@@ -81,17 +92,20 @@ void PlainProxies::clear() {
 void PlainProxies::requestProduce(Location& location) {
     const std::string job = jobOf(location.proxies);
     const bool isCached = cached.contains(job);
-    if (isCached)
+    if (isCached) {
         makeReady(location, job);
-    if (location.waiting == job)
+    }
+    if (location.waiting == job) {
         return;
+    }
     const bool wasWaiting = location.waiting.has_value();
     if (wasWaiting) {
         cooking.erase(*location.waiting);
         location.waiting.reset();
     }
-    if (isCached || location.queued == job)
+    if (isCached || location.queued == job) {
         return;
+    }
     location.queued = job;
     location.queuedSince = ++pushes;
 }
@@ -133,11 +147,13 @@ void PlainProxies::submitQueued() {
     for (;;) {
         Location* oldest = nullptr;
         for (auto& [path, location] : locations) {
-            if (location.queued && (!oldest || location.queuedSince < oldest->queuedSince))
+            if (location.queued && (!oldest || location.queuedSince < oldest->queuedSince)) {
                 oldest = &location;
+            }
         }
-        if (!oldest)
+        if (!oldest) {
             return;
+        }
         const std::string job = *oldest->queued;
         oldest->queued.reset();
         if (job.front() == '!') {

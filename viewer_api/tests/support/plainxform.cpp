@@ -21,18 +21,21 @@ namespace {
 template <class DataAttribute, class Value>
 DataAttribute toAttributeOf(const PlainComponent& component) {
     const std::vector<Value> all(component.values.begin(), component.values.end());
-    if (component.times.empty())
+    if (component.times.empty()) {
         return DataAttribute(all);
+    }
     const std::size_t length = all.size() / component.times.size();
     std::vector<std::vector<Value>> samples;
-    for (std::size_t start = 0; start < all.size(); start += length)
+    for (std::size_t start = 0; start < all.size(); start += length) {
         samples.emplace_back(all.data() + start, all.data() + start + length);
+    }
     return DataAttribute(component.times, samples);
 }
 
 std::vector<double> valuesAt(const PlainComponent& component, float time) {
-    if (component.times.empty())
+    if (component.times.empty()) {
         return component.values;
+    }
     const std::size_t length = component.values.size() / component.times.size();
     std::map<float, std::vector<double>> samples;
     for (std::size_t index = 0; index < component.times.size(); ++index) {
@@ -50,18 +53,20 @@ bool beginsWith(const std::string& name, const char* prefix) {
 PlainMatrix rotation(double degrees, double x, double y, double z) {
     PlainMatrix matrix;
     const double length = std::sqrt(x * x + y * y + z * z);
-    if (length == 0)
+    if (length == 0) {
         return matrix;
+    }
     const std::array<double, 3> axis{x / length, y / length, z / length};
     const double sine = std::sin(degrees * std::numbers::pi / 180.0);
     const double cosine = std::cos(degrees * std::numbers::pi / 180.0);
     for (std::size_t row = 0; row < 3; ++row) {
         for (std::size_t column = 0; column < 3; ++column) {
             double value = axis[row] * axis[column] * (1 - cosine);
-            if (row == column)
+            if (row == column) {
                 value += cosine;
-            else // the axis that is neither, with the sign of the cyclic order
+            } else { // the axis that is neither, with the sign of the cyclic order
                 value += axis[3 - row - column] * ((row + 1) % 3 == column ? sine : -sine);
+            }
             matrix.values[row * 4 + column] = value;
             matrix.sizes[row * 4 + column] = 1;
         }
@@ -71,17 +76,21 @@ PlainMatrix rotation(double degrees, double x, double y, double z) {
 
 PlainMatrix matrixOf(const std::string& name, const std::vector<double>& v) {
     PlainMatrix matrix;
-    if (beginsWith(name, "rotate") && v.size() == 4)
+    if (beginsWith(name, "rotate") && v.size() == 4) {
         return rotation(v[0], v[1], v[2], v[3]);
-    if (beginsWith(name, "translate") && v.size() == 3)
+    }
+    if (beginsWith(name, "translate") && v.size() == 3) {
         std::copy(v.begin(), v.end(), matrix.values.begin() + 12);
-    else if (beginsWith(name, "scale") && v.size() == 3)
-        for (std::size_t axis = 0; axis < 3; ++axis)
+    } else if (beginsWith(name, "scale") && v.size() == 3) {
+        for (std::size_t axis = 0; axis < 3; ++axis) {
             matrix.values[axis * 5] = v[axis];
-    else if (beginsWith(name, "matrix") && v.size() == 16)
+        }
+    } else if (beginsWith(name, "matrix") && v.size() == 16) {
         std::copy(v.begin(), v.end(), matrix.values.begin());
-    for (std::size_t index = 0; index < 16; ++index)
+    }
+    for (std::size_t index = 0; index < 16; ++index) {
         matrix.sizes[index] = std::abs(matrix.values[index]);
+    }
     return matrix;
 }
 
@@ -90,8 +99,9 @@ bool hasTimes(const PlainComponent& component) {
         component.times.empty() ? 0 : component.values.size() / component.times.size();
     for (const auto& [prefix, size] :
          {std::pair{"translate", 3U}, {"rotate", 4U}, {"scale", 3U}, {"matrix", 16U}}) {
-        if (beginsWith(component.name, prefix) && count == size)
+        if (beginsWith(component.name, prefix) && count == size) {
             return component.times.size() > 1;
+        }
     }
     return false;
 }
@@ -103,10 +113,11 @@ GroupAttribute toAttribute(const PlainXform& xform) {
     for (const PlainGroup& group : xform) {
         GroupBuilder components;
         for (const PlainComponent& component : group.components) {
-            if (component.isFloat)
+            if (component.isFloat) {
                 components.set(component.name, toAttributeOf<FloatAttribute, float>(component));
-            else
+            } else {
                 components.set(component.name, toAttributeOf<DoubleAttribute, double>(component));
+            }
         }
         builder.set(group.name, components.build());
     }
@@ -134,10 +145,11 @@ PlainTransform evaluate(const PlainXform& xform, float time) {
     PlainTransform result;
     for (const PlainGroup& group : xform) {
         for (const PlainComponent& component : group.components) {
-            if (beginsWith(component.name, "reset"))
+            if (beginsWith(component.name, "reset")) {
                 result = {PlainMatrix(), true};
-            else
+            } else {
                 result.matrix = matrixOf(component.name, valuesAt(component, time)) * result.matrix;
+            }
         }
     }
     return result;
@@ -147,22 +159,26 @@ PlainSamples evaluateAtExistingTimes(const PlainXform& xform) {
     std::set<float> times;
     for (const PlainGroup& group : xform) {
         for (const PlainComponent& component : group.components) {
-            if (hasTimes(component))
+            if (hasTimes(component)) {
                 times.insert(component.times.begin(), component.times.end());
+            }
         }
     }
-    if (times.empty())
+    if (times.empty()) {
         times.insert(0.0F);
+    }
     PlainSamples samples;
-    for (const float time : times)
+    for (const float time : times) {
         samples[time] = evaluate(xform, time).matrix;
+    }
     return samples;
 }
 
 PlainSamples multiply(const PlainSamples& left, const PlainSamples& right) {
     PlainSamples product;
-    for (const float time : timesOf(left, right))
+    for (const float time : timesOf(left, right)) {
         product[time] = nearest(left, time) * nearest(right, time);
+    }
     return product;
 }
 
@@ -175,8 +191,9 @@ std::string complaint(const PlainSamples& expected, const DoubleAttribute& actua
     std::int64_t sample = 0;
     for (const auto& [time, matrix] : expected) {
         const auto values = actual.getSample(sample);
-        if (expected.size() > 1 && actual.getSampleTime(sample) != time)
+        if (expected.size() > 1 && actual.getSampleTime(sample) != time) {
             out << "a sample at " << actual.getSampleTime(sample) << " instead of " << time << "\n";
+        }
         if (values.size() != 16) {
             out << values.size() << " values\n";
             return out.str();
@@ -184,9 +201,10 @@ std::string complaint(const PlainSamples& expected, const DoubleAttribute& actua
         for (std::size_t index = 0; index < 16; ++index) {
             // Written so that what is no number is complained of too.
             if (!(std::abs(values[index] - matrix.values[index]) <=
-                  kPlainTolerance * matrix.sizes[index]))
+                  kPlainTolerance * matrix.sizes[index])) {
                 out << "at " << time << " value " << index << " is " << values[index]
                     << " instead of " << matrix.values[index] << "\n";
+            }
         }
         ++sample;
     }
@@ -205,11 +223,13 @@ PlainXform RandomXforms::make() const {
     for (int group = 0; group < groups; ++group) {
         PlainGroup& added = xform.emplace_back();
         added.name = kNames[static_cast<std::size_t>(group + upTo(2))];
-        if (group > 0 && added.name == xform[static_cast<std::size_t>(group) - 1].name)
+        if (group > 0 && added.name == xform[static_cast<std::size_t>(group) - 1].name) {
             added.name += "2";
+        }
         const int components = upTo(4);
-        for (int component = 0; component < components; ++component)
+        for (int component = 0; component < components; ++component) {
             added.components.push_back(makeComponent(component));
+        }
     }
     return xform;
 }
@@ -229,8 +249,9 @@ PlainComponent RandomXforms::makeComponent(int number) const {
     }
     for (std::size_t sample = 0; sample < std::max<std::size_t>(1, component.times.size());
          ++sample) {
-        for (const double value : makeValues(kind))
+        for (const double value : makeValues(kind)) {
             component.values.push_back(component.isFloat ? static_cast<float>(value) : value);
+        }
     }
     if (upTo(20) == 0) { // of a size that has no effect
         component.times.clear();
@@ -243,24 +264,29 @@ std::vector<double> RandomXforms::makeValues(const std::string& kind) const {
     const auto number = [this](double low, double high) {
         return std::uniform_real_distribution<double>(low, high)(random);
     };
-    if (beginsWith(kind, "translate"))
+    if (beginsWith(kind, "translate")) {
         return {number(-3, 3), number(-3, 3), number(-3, 3)};
-    if (beginsWith(kind, "rotate"))
+    }
+    if (beginsWith(kind, "rotate")) {
         return upTo(10) == 0 ? std::vector<double>{number(-180, 180), 0, 0, 0}
                              : std::vector<double>{number(-180, 180), number(-2, 2), number(-2, 2),
                                                    number(0.1, 2)};
-    if (beginsWith(kind, "scale"))
+    }
+    if (beginsWith(kind, "scale")) {
         return {number(0.5, 3), upTo(4) == 0 ? -1.0 : number(0.5, 2), number(0.5, 2)};
+    }
     if (beginsWith(kind, "matrix")) {
         std::vector<double> values(PlainMatrix::kIdentity.begin(), PlainMatrix::kIdentity.end());
         for (std::size_t index = 0; index < 15; ++index) {
-            if (index % 4 != 3)
+            if (index % 4 != 3) {
                 values[index] += number(-0.5, 0.5);
+            }
         }
         return values;
     }
-    if (beginsWith(kind, "reset"))
+    if (beginsWith(kind, "reset")) {
         return {1};
+    }
     return {number(-3, 3), number(-3, 3), number(-3, 3), 1, 1, 1}; // shear, turn
 }
 

@@ -73,8 +73,9 @@ const Value& nearest(const std::map<float, Value>& samples, float time) {
     auto best = samples.begin();
     for (auto each = samples.begin(); each != samples.end(); ++each) {
         const auto distance = [&](float from) { return from < time ? time - from : from - time; };
-        if (distance(each->first) < distance(best->first))
+        if (distance(each->first) < distance(best->first)) {
             best = each;
+        }
     }
     return best->second;
 }
@@ -84,8 +85,9 @@ std::set<float> timesOf(const std::map<float, Value>& first, const std::map<floa
     std::set<float> times;
     for (const auto* samples : {&first, &second}) {
         for (const auto& sample : *samples) {
-            if (samples->size() > 1)
+            if (samples->size() > 1) {
                 times.insert(sample.first);
+            }
         }
     }
     return times.empty() ? std::set<float>{0.0F} : times;

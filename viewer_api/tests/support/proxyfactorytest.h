@@ -35,8 +35,9 @@ protected:
         VlAttribute::GroupBuilder builder;
         builder.set("proxies.viewer.load.opType", VlAttribute::StringAttribute("Load"));
         builder.set("proxies.viewer.load.opArgs.what", VlAttribute::StringAttribute(what));
-        for (const auto& [name, value] : more)
+        for (const auto& [name, value] : more) {
             builder.set(std::string("proxies.") + name, value);
+        }
         return builder.build();
     }
 
@@ -68,8 +69,9 @@ protected:
     /// Knows the location as the view does, and asks for its proxy where that is called for.
     void tell(const char* path, const VlAttribute::GroupAttribute& attributes) {
         const LocationPath location(path);
-        if (factory.storeLocation(location, attributes))
+        if (factory.storeLocation(location, attributes)) {
             factory.requestProduce(location);
+        }
     }
     /// The location does not qualify any more.
     void forget(const char* path) {

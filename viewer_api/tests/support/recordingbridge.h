@@ -76,8 +76,9 @@ private:
 
     void called(const std::string& line) {
         log.lines.push_back("bridge " + line);
-        if (onCall)
+        if (onCall) {
             onCall(line);
+        }
     }
 
     PluginLog& log;

@@ -43,16 +43,18 @@ RecordingGLCalls::~RecordingGLCalls() {
 
 void RecordingGLCalls::viewport(int x, int y, int width, int height) {
     viewport_ = {x, y, width, height};
-    if (!isQuiet)
+    if (!isQuiet) {
         journal_.addCall("glViewport", x, y, width, height);
+    }
 }
 
 void RecordingGLCalls::getIntegerv(uint32_t parameter, int* values) {
     journal_.addCall("glGetIntegerv", nameOf(parameter));
-    if (parameter == GL_VIEWPORT)
+    if (parameter == GL_VIEWPORT) {
         std::ranges::copy(viewport_, values);
-    else if (parameter == GL_DRAW_FRAMEBUFFER_BINDING)
+    } else if (parameter == GL_DRAW_FRAMEBUFFER_BINDING) {
         *values = static_cast<int>(boundFramebuffer);
+    }
 }
 
 // As whole numbers: the host clears to black and white only.
@@ -79,8 +81,9 @@ void RecordingGLCalls::readPixels(int x, int y, int width, int height, uint32_t 
     auto* byte = static_cast<uint8_t*>(pixels);
     for (int i = 0; i < width * height; ++i) {
         const uint32_t id = ids[static_cast<size_t>(i) % ids.size()];
-        for (const int shift : {24, 16, 8, 0})
+        for (const int shift : {24, 16, 8, 0}) {
             *byte++ = static_cast<uint8_t>(id >> shift);
+        }
     }
 }
 

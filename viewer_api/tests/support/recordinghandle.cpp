@@ -28,8 +28,9 @@ struct HandleEntries {
         RecordingHandle& plugin = *slots[slot];
         plugin.host = host;
         plugin.called("create");
-        if (plugin.refusesCreate)
+        if (plugin.refusesCreate) {
             return nullptr;
+        }
         ++plugin.numberOfInstances;
         return &plugin;
     }
@@ -73,13 +74,15 @@ struct HandleEntries {
 
 RecordingHandle::RecordingHandle(PluginLog& pluginLog, std::string pluginName, Table table)
     : log(pluginLog), name(std::move(pluginName)) {
-    while (slots.at(slot))
+    while (slots.at(slot)) {
         ++slot;
+    }
     const VlPluginRecord record = {VL_MANIPULATOR_HANDLE_PLUGIN_TYPE, name.c_str(),
                                    VL_MANIPULATOR_HANDLE_PLUGIN_API_VERSION,
                                    table == Table::Whole ? HandleEntries::table(slot) : nullptr};
-    if (!VlPluginSystem::registerPlugin(record))
+    if (!VlPluginSystem::registerPlugin(record)) {
         throw std::runtime_error("RecordingHandle: can't register '" + name + "'");
+    }
     slots[slot] = this;
 }
 
@@ -92,8 +95,9 @@ RecordingHandle::~RecordingHandle() {
 void RecordingHandle::called(std::string_view entry, const std::string& arguments) {
     log.lines.push_back(name + " " + std::string(entry) +
                         (arguments.empty() ? "" : " " + arguments));
-    if (onCall)
+    if (onCall) {
         onCall(entry);
+    }
 }
 
 } // namespace ViewerAPI::test

@@ -33,8 +33,9 @@ struct ManipulatorEntries {
     static VlAttributeStruct* getTags(std::size_t slot) {
         RecordingManipulator& plugin = *slots[slot];
         plugin.log.lines.push_back(plugin.name + " getTags");
-        if (plugin.onGetTags)
+        if (plugin.onGetTags) {
             plugin.onGetTags();
+        }
         return plugin.tags.getRetainedHandle();
     }
 
@@ -42,8 +43,9 @@ struct ManipulatorEntries {
         RecordingManipulator& plugin = *slots[slot];
         plugin.host = host;
         plugin.called("create");
-        if (plugin.refusesCreate)
+        if (plugin.refusesCreate) {
             return nullptr;
+        }
         ++plugin.numberOfInstances;
         return &plugin;
     }
@@ -103,13 +105,15 @@ struct ManipulatorEntries {
 RecordingManipulator::RecordingManipulator(PluginLog& pluginLog, std::string pluginName,
                                            Table table)
     : log(pluginLog), name(std::move(pluginName)) {
-    while (slots.at(slot))
+    while (slots.at(slot)) {
         ++slot;
+    }
     const VlPluginRecord record = {
         VL_MANIPULATOR_PLUGIN_TYPE, name.c_str(), VL_MANIPULATOR_PLUGIN_API_VERSION,
         table == Table::Whole ? ManipulatorEntries::table(slot) : nullptr};
-    if (!VlPluginSystem::registerPlugin(record))
+    if (!VlPluginSystem::registerPlugin(record)) {
         throw std::runtime_error("RecordingManipulator: can't register '" + name + "'");
+    }
     slots[slot] = this;
 }
 
@@ -122,8 +126,9 @@ RecordingManipulator::~RecordingManipulator() {
 void RecordingManipulator::called(std::string_view entry, const std::string& arguments) {
     log.lines.push_back(name + " " + std::string(entry) +
                         (arguments.empty() ? "" : " " + arguments));
-    if (onCall)
+    if (onCall) {
         onCall(entry);
+    }
 }
 
 } // namespace ViewerAPI::test

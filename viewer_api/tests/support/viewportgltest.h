@@ -33,8 +33,9 @@ protected:
         viewport->resize(kWidth, kHeight);
         viewport->setup(window);
         sharedContext() = SharedGLContext::instance();
-        if (!viewport->isInitialized)
+        if (!viewport->isInitialized) {
             GTEST_SKIP() << "no GL context: " << (log.empty() ? "no reason told" : log[0].text);
+        }
     }
     void TearDown() override {
         viewport.reset();

@@ -30,8 +30,9 @@ Instance& of(void* instance) {
 
 std::string numbers(std::initializer_list<int> values) {
     std::string text;
-    for (const int value : values)
+    for (const int value : values) {
         text += (text.empty() ? "" : " ") + std::to_string(value);
+    }
     return text;
 }
 
@@ -97,8 +98,9 @@ int customPick(void* instance, int x, int y, int width, int height, int deepPick
         plugins().called(instance, "customPick", numbers({x, y, width, height, deepPicking}));
     if (answer) {
         *picked = plugins().attributeAnswer.getRetainedHandle();
-        if (depth)
+        if (depth) {
             *depth = plugins().depthAnswer;
+        }
     }
     return answer;
 }
@@ -193,8 +195,9 @@ const Suite* failing(Suite suite) {
 } // namespace
 
 ViewportPlugins::ViewportPlugins(CallJournal& journal) : journal_(journal) {
-    if (currentPlugins)
+    if (currentPlugins) {
         throw std::logic_error("ViewportPlugins: there is one already");
+    }
     currentPlugins = this;
     static const ViewportPluginSuite viewports = viewportSuite();
     static const ViewportLayerPluginSuite layers = layerSuite();
@@ -212,15 +215,17 @@ ViewportPlugins::ViewportPlugins(CallJournal& journal) : journal_(journal) {
 }
 
 ViewportPlugins::~ViewportPlugins() {
-    for (const auto& [typeName, name] : registered_)
+    for (const auto& [typeName, name] : registered_) {
         VlPluginSystem::unregisterPlugin(typeName, name, kApiVersion);
+    }
     currentPlugins = nullptr;
 }
 
 void ViewportPlugins::registerPlugin(const char* typeName, const char* name, const void* suite) {
-    if (!VlPluginSystem::registerPlugin({typeName, name, kApiVersion, suite}))
+    if (!VlPluginSystem::registerPlugin({typeName, name, kApiVersion, suite})) {
         throw std::logic_error(std::string("ViewportPlugins: not registered: ") + typeName + " " +
                                name);
+    }
     registered_.emplace_back(typeName, name);
 }
 
@@ -229,9 +234,11 @@ ViewportPlugins& ViewportPlugins::current() {
 }
 
 ViewportPlugins::Instance& ViewportPlugins::instance(const std::string& name) {
-    for (const auto& candidate : instances_)
-        if (candidate->name == name)
+    for (const auto& candidate : instances_) {
+        if (candidate->name == name) {
             return *candidate;
+        }
+    }
     throw std::logic_error("ViewportPlugins: no instance " + name);
 }
 
@@ -241,9 +248,11 @@ int ViewportPlugins::livingInstances() const {
 }
 
 void ViewportPlugins::endCameras() {
-    for (const auto& candidate : instances_)
-        if (!candidate->isDestroyed && candidate->name.starts_with("camera"))
+    for (const auto& candidate : instances_) {
+        if (!candidate->isDestroyed && candidate->name.starts_with("camera")) {
             HostObject::retire(static_cast<VlViewportCameraHostStruct*>(candidate->host));
+        }
+    }
 }
 
 void* ViewportPlugins::create(const char* kind, void* host) {
