@@ -132,9 +132,11 @@ TEST(ViewerDelegatePlugin, entriesReachTheirMethods) {
     EXPECT_EQ(takeCall(), "destroy ");
 }
 
-class Viewport : public ViewportPlugin {
+/// What viewports and layers have in common.
+template <class Plugin>
+class Drawing : public Plugin {
 public:
-    using ViewportPlugin::ViewportPlugin;
+    using Plugin::Plugin;
     void setup() override { note("setup"); }
     void cleanup() override { note("cleanup"); }
     bool event(const GroupAttribute& event) override {
@@ -161,6 +163,8 @@ public:
                             : std::nullopt;
     }
 };
+
+using Viewport = Drawing<ViewportPlugin>;
 
 /// The entries that the tables of viewports and of layers share.
 template <typename Suite>
@@ -216,35 +220,10 @@ TEST(ViewportPlugin, entriesReachTheirMethods) {
     suite.destroy(instance);
 }
 
-class Layer : public ViewportLayerPlugin {
+class Layer : public Drawing<ViewportLayerPlugin> {
 public:
-    using ViewportLayerPlugin::ViewportLayerPlugin;
-    void setup() override { note("setup"); }
-    void cleanup() override { note("cleanup"); }
-    bool event(const GroupAttribute& event) override {
-        note("event", event.getNumberOfChildren());
-        return true;
-    }
-    void draw() override { note("draw"); }
-    void resize(int width, int height) override { note("resize", width, height); }
-    void hover(bool isHovering, int x, int y) override { note("hover", isHovering, x, y); }
-    void setOption(std::uint64_t id, const Attribute& value) override {
-        note("setOption", id, valueOf(value));
-    }
-    Attribute getOption(std::uint64_t id) override {
-        return IntAttribute(static_cast<std::int32_t>(id));
-    }
-    void freeze() override { note("freeze"); }
-    void thaw() override { note("thaw"); }
-    void pickerDraw(const PickRegion& r, const GroupAttribute& excluded) override {
-        note("pickerDraw", r.x, r.y, r.width, r.height, excluded.getNumberOfChildren());
-    }
+    using Drawing::Drawing;
     bool usesPickingCache() override { return true; }
-    std::optional<PickResult> customPick(const PickRegion& r, bool deep) override {
-        note("customPick", r.x, r.y, r.width, r.height, deep);
-        return r.width == 1 ? std::optional(PickResult{GroupAttribute::Empty(), 0.25f})
-                            : std::nullopt;
-    }
 };
 
 TEST(ViewportLayerPlugin, entriesReachTheirMethods) {

@@ -1,5 +1,6 @@
 """The viewer's command line, from a model file to a picture."""
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -273,6 +274,30 @@ class ViewTest(unittest.TestCase):
             self.assertTrue(lines[-1].startswith("view: error: " + problem), lines)
         status, lines = self.view("--proxy", DUCK)
         self.assertEqual((status, lines[-1]), (2, "view: error: --proxy goes with a SCENE"))
+
+    def testATerminalIsToldWhatTakesLong(self):
+        materials = os.path.join(self.folder, "held.mtl")
+        os.mkfifo(materials)  # reading the model takes until somebody writes them
+        model = self.path("held.obj", b"mtllib held.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n")
+        reader, terminal = os.openpty()
+        self.addCleanup(os.close, reader)
+        process = subprocess.Popen([sys.executable, VIEW, model, "--output", self.output],
+                                   stderr=terminal)
+        os.close(terminal)
+        told = b""
+        while b"1 to come" not in told:
+            told += os.read(reader, 1000)  # fails when the viewer ends
+        open(materials, "w").close()
+        try:
+            while True:
+                told += os.read(reader, 1000)
+        except OSError:
+            self.assertEqual(process.wait(), 0)
+        lines = told.decode("ascii").split("\r")
+        for line in lines[1:-2]:
+            self.assertTrue(re.match(r"view: loading, \d+\.\d s, [01] to come +$", line), line)
+        self.assertEqual((lines[-2].strip(), lines[-1]), ("", ""), "it is wiped away again")
+        self.assertTrue(os.path.exists(self.output))
 
     def testHelpTellsTheOptions(self):
         process = subprocess.Popen([sys.executable, VIEW, "--help"], stdout=subprocess.PIPE)
