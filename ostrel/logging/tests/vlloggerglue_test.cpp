@@ -91,6 +91,21 @@ TEST_F(VlLoggerGlueTest, anEmptySinkRestoresStderr) {
     EXPECT_TRUE(records.empty());
 }
 
+TEST_F(VlLoggerGlueTest, linesOnStderrBearTheirLevel) {
+    setLogSink({});
+    setLogLevel(LogLevel::Debug);
+    testing::internal::CaptureStderr();
+    logger.debug("one", nullptr, 0);
+    logger.info("two", nullptr, 0);
+    logger.warning("three", nullptr, 0);
+    logger.error("four", nullptr, 0);
+    const std::string lines = testing::internal::GetCapturedStderr();
+    for (const char* line : {" debug Channel: one\n", " info Channel: two\n",
+                             " warning Channel: three\n", " error Channel: four\n"}) {
+        EXPECT_NE(lines.find(line), std::string::npos) << line << lines;
+    }
+}
+
 TEST_F(VlLoggerGlueTest, bracesInATextAreNoFormat) {
     setLogSink({});
     testing::internal::CaptureStderr();

@@ -117,10 +117,6 @@ bool waitUntilIdle(std::chrono::duration<double> timeout) {
     return application().engine->waitUntilIdle(timeout);
 }
 
-bool isProcessing() {
-    return application().engine->isProcessing();
-}
-
 std::size_t countLocationsToCome() {
     return application().engine->countToCome();
 }

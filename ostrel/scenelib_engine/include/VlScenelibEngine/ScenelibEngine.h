@@ -57,9 +57,6 @@ private:
 /// can be fetched. Returns false when that takes longer than `timeout`.
 [[nodiscard]] bool waitUntilIdle(std::chrono::duration<double> timeout);
 
-/// Whether waitUntilIdle() would have to wait.
-[[nodiscard]] bool isProcessing();
-
 /// How many locations clients want that are not there yet: they are to be cooked, or wait for a
 /// file that is being read. What is below them is not known and comes on top. Those are not counted
 /// that are told of already and are being cooked again, nor those that are cooked at this moment.
