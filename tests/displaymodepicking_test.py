@@ -38,7 +38,7 @@ class DisplayModePickingTest(unittest.TestCase):
         hit = [x for x in range(WIDTH) if QUAD in self.view.pick(x, HEIGHT // 2)]
         return (hit[0], hit[-1], len(hit)) if hit else None
 
-    def test_surfaces_are_hit_inside_and_wires_near_their_edges_alone(self):
+    def testSurfacesAreHitInsideAndWiresNearTheirEdgesAlone(self):
         first, last, count = self.hits("shaded")
         self.assertEqual(last - first + 1, count)
         self.assertEqual((first, last, count), self.hits("wireframeOnShaded"))
@@ -59,11 +59,11 @@ class DisplayModePickingTest(unittest.TestCase):
         for mode in ("wireframe", "wireframeOnShaded"):
             self.assertEqual(front["wireframe"], self.hits(mode), mode)
 
-    def test_polygons_that_the_layer_leaves_out_are_not_hit_but_for_their_wires(self):
+    def testPolygonsThatTheLayerLeavesOutAreNotHitButForTheirWires(self):
         self.view.viewport.getLayer("meshes").setOptionByName("cullBackFaces", IntAttribute(1))
         self.check_that_back_sides_are_not_hit_but_for_their_wires()
 
-    def test_polygons_that_the_material_leaves_out_are_not_hit_but_for_their_wires(self):
+    def testPolygonsThatTheMaterialLeavesOutAreNotHitButForTheirWires(self):
         self.session.setAttribute(QUAD, "material.doubleSided", IntAttribute(0))
         self.session.pump()
         self.check_that_back_sides_are_not_hit_but_for_their_wires()

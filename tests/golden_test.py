@@ -123,11 +123,11 @@ class GoldenTest(unittest.TestCase):
             difference = Difference(shown.blocks(), storedBlocks(golden))
         self.assertTrue(isSame(difference), "%s: %r" % (golden.name, difference))
 
-    def test_folder_holds_these_pictures_and_no_others(self):
+    def testFolderHoldsThesePicturesAndNoOthers(self):
         self.assertEqual(sorted(golden.name + ".png" for golden in goldenscenes.GOLDENS),
                          sorted(os.listdir(FOLDER)))
 
-    def test_pictures_are_all_different(self):
+    def testPicturesAreAllDifferent(self):
         for i, golden in enumerate(goldenscenes.GOLDENS):
             for other in goldenscenes.GOLDENS[:i]:
                 # Culling shows nothing of a closed shape, and a draft is meant to look alike.
@@ -138,13 +138,13 @@ class GoldenTest(unittest.TestCase):
                 difference = Difference(storedBlocks(golden), storedBlocks(other))
                 self.assertFalse(isSame(difference), (golden.name, other.name))
 
-    def test_two_viewports_of_a_session_show_the_same(self):
+    def testTwoViewportsOfASessionShowTheSame(self):
         golden = goldenscenes.byName("selected")
         with Shown(golden, numberOfViews=2) as shown:
             for view in shown.views + shown.views[:1]:
                 self.assertTrue(isSame(Difference(shown.blocks(view), storedBlocks(golden))))
 
-    def test_viewports_in_different_modes_do_not_disturb_each_other(self):
+    def testViewportsInDifferentModesDoNotDisturbEachOther(self):
         golden = goldenscenes.byName("wireframe")
         other = goldenscenes.byName("draft_wireframe")
         with Shown(golden, numberOfViews=2) as shown:
@@ -153,7 +153,7 @@ class GoldenTest(unittest.TestCase):
             for view, its in zip(shown.views * 2, (golden, other) * 2):
                 self.assertTrue(isSame(Difference(shown.blocks(view), storedBlocks(its))))
 
-    def test_changes_and_their_reversal_show_the_picture_again(self):
+    def testChangesAndTheirReversalShowThePictureAgain(self):
         golden = goldenscenes.byName("shapes")
         with Shown(golden) as shown:
             view = shown.views[0]

@@ -239,17 +239,17 @@ class ManipulatorSuitesTest(ProbeTest):
     def callManipulator(self, call):
         return self.call(self.manipulator, "manipulator." + call)
 
-    def test_every_entry_has_calls(self):
+    def testEveryEntryHasCalls(self):
         self.checkEntries("ManipulatorHostSuite", MANIPULATOR_CALLS)
         self.checkEntries("ManipulatorHandleHostSuite", HANDLE_CALLS)
 
-    def test_every_entry_of_the_manipulators_suite(self):
+    def testEveryEntryOfTheManipulatorsSuite(self):
         self.checkCalls("manipulator", MANIPULATOR_CALLS)
 
-    def test_every_entry_of_the_handles_suite(self):
+    def testEveryEntryOfTheHandlesSuite(self):
         self.checkCalls("handle", HANDLE_CALLS)
 
-    def test_without_locations(self):
+    def testWithoutLocations(self):
         for paths in ((), ("/root/unknown",)):
             self.activate(*paths)
             self.callManipulator("addManipulatorHandle ProbeHandle g")
@@ -258,7 +258,7 @@ class ManipulatorSuitesTest(ProbeTest):
             called = [line for line in self.logOf(self.manipulator) if not line.startswith("->")]
             self.assertEqual(["event 7"], called, "not set up, not drawn")
 
-    def test_while_and_after_the_plugin_is_created(self):
+    def testWhileAndAfterThePluginIsCreated(self):
         told = [("addManipulatorHandle ProbeHandle g", "found")] + list(DURING_CREATE)
         calls = [(call if call.startswith("handle.") else "manipulator." + call, result)
                  for call, result in told]
@@ -270,13 +270,13 @@ class ManipulatorSuitesTest(ProbeTest):
                           if line.startswith("->")])
         self.checkRows("manipulator", "after create", AFTER_CREATE)
 
-    def test_editable_is_what_the_application_may_edit_everywhere(self):
+    def testEditableIsWhatTheApplicationMayEditEverywhere(self):
         for paths, isEditable in (((A, B), "1"), ((A, LOCKED), "0"), ((ORPHAN,), "0"),
                                   ((A, "/root/unknown"), "1")):
             self.activate(*paths)
             self.assertEqual(isEditable, self.callManipulator("isEditable"), paths)
 
-    def test_values_of_a_locked_node_show_until_the_drag_ends(self):
+    def testValuesOfALockedNodeShowUntilTheDragEnds(self):
         self.activate(LOCKED)
         for isFinal in (0, 1):
             self.assertEqual("1", self.callManipulator("setValue /root/locked label %d int:1" %
@@ -286,7 +286,7 @@ class ManipulatorSuitesTest(ProbeTest):
         self.assertEqual("null", self.callManipulator("getValue /root/locked label"))
         self.assertFalse(self.session.canUndo())
 
-    def test_final_values_are_edits_of_the_scene(self):
+    def testFinalValuesAreEditsOfTheScene(self):
         self.callManipulator("setValue /root/a label 0 int:1")
         self.assertFalse(self.session.canUndo())
         self.callManipulator("setValue /root/a label -1 int:2")
@@ -295,7 +295,7 @@ class ManipulatorSuitesTest(ProbeTest):
         self.assertEqual("null", self.callManipulator("getValue /root/a label"))
         self.assertFalse(self.session.canUndo())
 
-    def test_values_of_a_group_are_one_edit(self):
+    def testValuesOfAGroupAreOneEdit(self):
         for call in ("openManipulationGroup /root/a", "openManipulationGroup /root/b",
                      "setValue /root/a label 1 int:1", "setValue /root/b label 1 int:1"):
             self.callManipulator(call)
@@ -305,7 +305,7 @@ class ManipulatorSuitesTest(ProbeTest):
         self.assertTrue(self.session.undo())
         self.assertFalse(self.session.canUndo())
 
-    def test_calls_reach_the_manipulator(self):
+    def testCallsReachTheManipulator(self):
         self.command("return:-7@ProbeManipulator.event")
         for call, result in (("event int:7", "1"), ("event null", "1"),
                              ("pickerDraw %d" % ALL_BITS, "1"), ("draw", "1")):
@@ -315,7 +315,7 @@ class ManipulatorSuitesTest(ProbeTest):
                           "setup", "pickerDraw %d" % ALL_BITS, "-> manipulator.pickerDraw: 1",
                           "draw", "-> manipulator.draw: 1"], self.logOf(self.manipulator))
 
-    def test_calls_reach_the_handle(self):
+    def testCallsReachTheHandle(self):
         self.command("return:256@ProbeHandle.event")
         for call in ("event int:7", "event null", "draw", "pickerDraw %d" % ALL_BITS,
                      "notifyPlugin", "setEngaged 1", "setMarked 1"):
@@ -326,7 +326,7 @@ class ManipulatorSuitesTest(ProbeTest):
         self.assertEqual(["1", "1"], [line.split()[-1] for line in self.logOf(self.manipulator)
                                       if line.startswith("-> handle.event")])
 
-    def test_a_draw_goes_from_the_viewport_through_both_tables(self):
+    def testADrawGoesFromTheViewportThroughBothTables(self):
         self.command("call:handle.draw@ProbeManipulator.draw")
         self.command("call:handle:h.draw@ProbeManipulator.draw")
         self.command("call:manipulator.getNumberOfManipulatorHandles@ProbeHandle.draw")
@@ -339,14 +339,14 @@ class ManipulatorSuitesTest(ProbeTest):
             counted + ["ProbeManipulator -> handle:h.draw: done",
                        "ProbeViewport -> manipulator.draw: 1"], self.libraryLog())
 
-    def test_handles_end_before_their_manipulator(self):
+    def testHandlesEndBeforeTheirManipulator(self):
         self.callManipulator("removeManipulatorHandle h")
         self.viewport.deactivateAllManipulators(False)
         self.assertEqual(["ProbeHandle destroy",
                           "ProbeManipulator -> manipulator.removeManipulatorHandle: done",
                           "ProbeHandle destroy", "ProbeManipulator destroy"], self.libraryLog())
 
-    def test_a_handle_that_fails_to_be_created_is_not_added(self):
+    def testAHandleThatFailsToBeCreatedIsNotAdded(self):
         for rule, text in (("returnNull", "Failed to create ManipulatorHandle plugin instance for "
                                           "'ProbeHandle'."),
                            ("throwStd:no good", "no good"),
@@ -357,7 +357,7 @@ class ManipulatorSuitesTest(ProbeTest):
                             ("getNumberOfManipulatorHandles", "2"),
                             ("getManipulatorHandle i", "null")))
 
-    def test_what_a_plugin_throws_goes_through_both_tables(self):
+    def testWhatAPluginThrowsGoesThroughBothTables(self):
         self.command("call:handle.draw@ProbeManipulator.draw")
         self.command("throwStd:no good@ProbeHandle.draw#1")
         self.checkRows("manipulator", "draw", (("draw", Raises("no good")), ("draw", "1")))

@@ -69,7 +69,7 @@ class PickingTest(unittest.TestCase):
         red, green, blue = bytearray(pixels)[4 * (y * width + x):][:3]
         return red << 16 | green << 8 | blue
 
-    def test_pick_answers_what_is_seen_where(self):
+    def testPickAnswersWhatIsSeenWhere(self):
         self.show(self.viewport, LEFT, RIGHT)
         self.assertEqual([(0, 0)], self.pick(self.viewport, 0, 0))
         self.assertEqual([(0, 0)], self.pick(self.viewport, 19, 9))
@@ -78,7 +78,7 @@ class PickingTest(unittest.TestCase):
         self.assertEqual([(1, 1)], self.pick(self.viewport, 30, 0))
         self.assertEqual([(0, 0), (1, 1)], self.pick(self.viewport, 19, 0, 12, 1))
 
-    def test_picked_tiles_are_those_of_the_picture(self):
+    def testPickedTilesAreThoseOfThePicture(self):
         self.show(self.viewport, LEFT, RIGHT, BEHIND_LEFT)
         colors = {(): BLACK, (0,): RED, (1,): GREEN, (2,): BLUE}
         self.viewport.draw()
@@ -87,14 +87,14 @@ class PickingTest(unittest.TestCase):
                 tiles = tuple(tile for _, tile in self.pick(self.viewport, x, y))
                 self.assertEqual(colors[tiles], self.pixel(x, y), (x, y))
 
-    def test_ids_beyond_24_bits_are_exact(self):
+    def testIdsBeyond24BitsAreExact(self):
         first = 2 ** 24
         self.show(self.viewport, *[(x, 0, 1, 1, 50, RED) for x in range(4)])
         self.viewport.setOptionByName("objectsBefore", IntAttribute(first))
         self.assertEqual([(first + tile, tile) for tile in range(4)],
                          self.pick(self.viewport, 0, 0, 4, 1))
 
-    def test_depth_is_written_for_one_pixel(self):
+    def testDepthIsWrittenForOnePixel(self):
         self.show(self.viewport, LEFT)
         self.pick(self.viewport, 1, 1)
         self.assertAlmostEqual(0.5, self.depth(self.viewport), 6)
@@ -103,24 +103,24 @@ class PickingTest(unittest.TestCase):
         self.pick(self.viewport, 1, 1, 2, 1)
         self.assertEqual(-1.0, self.depth(self.viewport))
 
-    def test_empty_region_gives_an_empty_group(self):
+    def testEmptyRegionGivesAnEmptyGroup(self):
         self.show(self.viewport, LEFT)
         for width, height in ((0, 1), (1, 0), (-1, 1), (1, -1), (-2, -2)):
             self.assertEqual([], self.pick(self.viewport, 0, 0, width, height))
 
-    def test_deep_pick_finds_what_lies_behind_after_what_lies_in_front(self):
+    def testDeepPickFindsWhatLiesBehindAfterWhatLiesInFront(self):
         self.show(self.viewport, BEHIND_LEFT, LEFT)
         self.assertEqual([(1, 1)], self.pick(self.viewport, 5, 5))
         self.assertEqual([(1, 1), (0, 0)], self.pick(self.viewport, 5, 5, deep=1))
         self.assertEqual((3, 1.0), (self.passes(self.viewport), self.depth(self.viewport)))
 
-    def test_deep_pick_ends_after_100_passes(self):
+    def testDeepPickEndsAfter100Passes(self):
         self.show(self.viewport, LEFT)
         self.viewport.setOptionByName("ignoreExcluded", IntAttribute(1))
         self.assertEqual([(0, 0)], self.pick(self.viewport, 5, 5, deep=1))
         self.assertEqual(100, self.passes(self.viewport))
 
-    def test_pick_leaves_the_picture(self):
+    def testPickLeavesThePicture(self):
         self.show(self.viewport, LEFT)
         self.viewport.draw()
         self.pick(self.viewport, 5, 5)
@@ -128,7 +128,7 @@ class PickingTest(unittest.TestCase):
         self.viewport.draw()
         self.assertEqual((RED, BLACK), (self.pixel(5, 5), self.pixel(25, 5)))
 
-    def test_layer_picks_its_own_objects(self):
+    def testLayerPicksItsOwnObjects(self):
         self.show(self.viewport, LEFT)
         layer = self.viewport.addLayer("TileLayer", "l")
         self.show(layer, RIGHT)
@@ -137,7 +137,7 @@ class PickingTest(unittest.TestCase):
         self.assertEqual([], self.pick(self.viewport, 35, 5))
         self.assertEqual(1, self.passes(layer))
 
-    def test_cached_layer_shows_what_was_drawn_last(self):
+    def testCachedLayerShowsWhatWasDrawnLast(self):
         layer = self.viewport.addLayer("CachedTileLayer", "l")
         self.show(layer, LEFT)
         self.assertEqual([], self.pick(layer, 5, 5))
@@ -151,7 +151,7 @@ class PickingTest(unittest.TestCase):
         self.assertEqual([(0, 0)], self.pick(layer, 35, 5))
         self.assertEqual((BLACK, GREEN), (self.pixel(5, 5), self.pixel(35, 5)))
 
-    def test_deep_pick_of_a_cached_layer_draws_and_keeps_the_cache(self):
+    def testDeepPickOfACachedLayerDrawsAndKeepsTheCache(self):
         layer = self.viewport.addLayer("CachedTileLayer", "l")
         self.show(layer, LEFT, BEHIND_LEFT)
         self.viewport.draw()
@@ -160,7 +160,7 @@ class PickingTest(unittest.TestCase):
         self.assertEqual([(0, 0)], self.pick(layer, 5, 5))
         self.assertEqual(0, self.passes(layer))
 
-    def test_cached_layers_do_not_mix(self):
+    def testCachedLayersDoNotMix(self):
         first = self.viewport.addLayer("CachedTileLayer", "first")
         second = self.viewport.addLayer("CachedTileLayer", "second")
         self.show(first, LEFT)
@@ -171,7 +171,7 @@ class PickingTest(unittest.TestCase):
         self.viewport.removeLayer("first")
         self.assertEqual(([], [(0, 0)]), (self.pick(second, 5, 5), self.pick(second, 35, 5)))
 
-    def test_resized_viewport_picks_by_its_new_size(self):
+    def testResizedViewportPicksByItsNewSize(self):
         far = (90, 70, 5, 5, 50, RED)
         layer = self.viewport.addLayer("CachedTileLayer", "l")
         for target in (self.viewport, layer):
@@ -185,7 +185,7 @@ class PickingTest(unittest.TestCase):
             self.assertEqual([], self.pick(target, 89, 72))
         self.assertEqual(RED, self.pixel(92, 72))
 
-    def test_viewport_without_a_size_picks_once_it_has_one(self):
+    def testViewportWithoutASizePicksOnceItHasOne(self):
         viewport = self.addViewport("w")
         other = self.delegate.addViewport("TileViewport", "unsized")
         window = PyWindowSystem.createOffscreen(16, 16)
@@ -197,7 +197,7 @@ class PickingTest(unittest.TestCase):
         self.assertEqual([(0, 0)], self.pick(other, 1, 1))
         self.assertEqual([], self.pick(viewport, 1, 1))
 
-    def test_pick_before_setup_is_empty(self):
+    def testPickBeforeSetupIsEmpty(self):
         other = self.delegate.addViewport("TileViewport", "early")
         layer = other.addLayer("CachedTileLayer", "l")
         other.resize(16, 16)
@@ -207,7 +207,7 @@ class PickingTest(unittest.TestCase):
         layer.draw()
         other.draw()
 
-    def test_viewports_pick_apart_and_whichever_ends_first(self):
+    def testViewportsPickApartAndWhicheverEndsFirst(self):
         for ends, stays in (("v", "w"), ("w", "v")):
             self.delegate.removeViewport("v")
             self.viewport = None
@@ -225,7 +225,7 @@ class PickingTest(unittest.TestCase):
             viewport.draw()
             self.delegate.removeViewport(stays)
 
-    def test_window_that_is_gone_raises_nothing(self):
+    def testWindowThatIsGoneRaisesNothing(self):
         other = self.addViewport("gone")
         layer = other.addLayer("CachedTileLayer", "l")
         PyWindowSystem.destroyOffscreen(self.windows.pop())
@@ -237,7 +237,7 @@ class PickingTest(unittest.TestCase):
         self.show(self.viewport, LEFT)
         self.assertEqual([(0, 0)], self.pick(self.viewport, 1, 1))
 
-    def test_plugin_that_throws_while_it_draws_ids_disturbs_no_later_pick(self):
+    def testPluginThatThrowsWhileItDrawsIdsDisturbsNoLaterPick(self):
         probe = self.addViewport("probe", plugin="ProbeViewport")
         command = lambda text: probe.setOptionByName("command", StringAttribute(text))
         command("throwStd:no shader@pickerDraw#1")
@@ -249,7 +249,7 @@ class PickingTest(unittest.TestCase):
         self.assertEqual(RED, self.pixel(5, 5))
         self.assertEqual([(0, 0)], self.pick(self.viewport, 5, 5))
 
-    def test_shader_of_the_plugin_guide_is_the_one_that_these_tests_draw_with(self):
+    def testShaderOfThePluginGuideIsTheOneThatTheseTestsDrawWith(self):
         with open(os.path.join(FOLDER, "..", "docs", "plugin-guide.md")) as guide:
             shader = re.search("```glsl\n(.*?)```", guide.read(), re.DOTALL).group(1)
         with open(os.path.join(FOLDER, "picking_plugins", "tilepainter.cpp")) as painter:

@@ -231,21 +231,21 @@ class ViewportSuitesTest(ProbeTest):
     def probe(self):
         return self.viewport
 
-    def test_every_entry_has_calls(self):
+    def testEveryEntryHasCalls(self):
         self.checkEntries("ViewportHostSuite", VIEWPORT_CALLS)
         self.checkEntries("ViewportLayerHostSuite", LAYER_CALLS)
         self.checkEntries("ViewportCameraHostSuite", CAMERA_CALLS)
 
-    def test_every_entry_of_the_viewports_suite(self):
+    def testEveryEntryOfTheViewportsSuite(self):
         self.checkCalls("viewport", VIEWPORT_CALLS)
 
-    def test_every_entry_of_the_layers_suite(self):
+    def testEveryEntryOfTheLayersSuite(self):
         self.checkCalls("layer", LAYER_CALLS)
 
-    def test_every_entry_of_the_cameras_suite(self):
+    def testEveryEntryOfTheCamerasSuite(self):
         self.checkCalls("camera", CAMERA_CALLS)
 
-    def test_calls_reach_the_plugins(self):
+    def testCallsReachThePlugins(self):
         layer = self.layers[0]
         self.clearLog()
         self.command("return:3@event")
@@ -259,7 +259,7 @@ class ViewportSuitesTest(ProbeTest):
         self.assertEqual(["event 8", "-> layer.event: 1", "resize 5 4", "hover 1 3 -4",
                           "-> layer.hover: done"], self.logOf(layer))
 
-    def test_camera_setters_tell_the_plugin(self):
+    def testCameraSettersTellThePlugin(self):
         camera = self.cameras[0]
         for call, told in (("setCenterOfInterest 1", 1), ("setFOV 1", 1), ("setNearFar 1 2", 1),
                            ("setOrthographicWidth 1", 1), ("setOrthographicWidth 0", 0),
@@ -269,7 +269,7 @@ class ViewportSuitesTest(ProbeTest):
             self.call(camera, "camera." + call)
             self.assertEqual(["setDirty 1"] * told, self.logOf(camera)[:-1], call)
 
-    def test_manipulators_are_created_and_destroyed_with_the_call(self):
+    def testManipulatorsAreCreatedAndDestroyedWithTheCall(self):
         self.clearLog()
         heard = []
         self.delegate.setActiveManipulatorsChangedCallback(heard.append)
@@ -282,7 +282,7 @@ class ViewportSuitesTest(ProbeTest):
                          self.libraryLog())
         self.assertEqual(2, len(heard), "the entries always signal")
 
-    def test_active_camera_gives_the_viewports_matrices(self):
+    def testActiveCameraGivesTheViewportsMatrices(self):
         self.call(self.cameras[0], "camera.setViewMatrix " + MATRIX)
         self.call(self.viewport, "viewport.setActiveCamera a")
         self.assertEqual("(%s)" % MATRIX, self.call(self.viewport, "viewport.getViewMatrix"))
@@ -291,7 +291,7 @@ class ViewportSuitesTest(ProbeTest):
         self.assertEqual("(2 0 0 0 0 2 0 0 0 0 1 0 0 0 0 1)",
                          self.call(self.viewport, "viewport.getProjectionMatrix"))
 
-    def test_custom_pick_goes_before_the_hosts(self):
+    def testCustomPickGoesBeforeTheHosts(self):
         for kind, probe in (("viewport", self.viewport), ("layer", self.layers[0])):
             self.clearLog()
             self.command("return:1@customPick#2")
@@ -302,7 +302,7 @@ class ViewportSuitesTest(ProbeTest):
             self.assertEqual(["customPick 1 2 1 1 1"] * 2,
                              [line for line in self.logOf(probe) if "Pick " in line])
 
-    def test_ids_are_drawn_once_and_the_context_is_bound(self):
+    def testIdsAreDrawnOnceAndTheContextIsBound(self):
         for kind, probe in (("viewport", self.viewport), ("layer", self.layers[0])):
             self.call(self.viewport, "viewport.doneGLContextCurrent")
             self.clearLog()
@@ -311,14 +311,14 @@ class ViewportSuitesTest(ProbeTest):
                              self.logOf(probe)[:2])
             self.assertEqual("1", self.call(self.viewport, "viewport.isGLContextCurrent"))
 
-    def test_pick_within_a_pick_is_null(self):
+    def testPickWithinAPickIsNull(self):
         for kind, probe in (("viewport", self.viewport), ("layer", self.layers[0])):
             self.command("call:%s.getPickedObjects 0 0 1 1 1@pickerDraw#1" % kind)
             self.assertEqual("{} at depth 1.000000",
                              self.call(probe, kind + ".getPickedObjects 0 0 1 1 0"))
             self.assertIn("-> %s.getPickedObjects: null" % kind, self.logOf(probe))
 
-    def test_layer_may_remove_itself_while_it_is_picked(self):
+    def testLayerMayRemoveItselfWhileItIsPicked(self):
         for entry in ("customPick", "pickerDraw", "draw"):
             self.command("call:viewport.removeLayerByIndex 0@ProbeLayer.%s#1" % entry)
             target = self.viewport.getLayerByIndex(0) or self.viewport.addLayer("ProbeLayer", "n")
@@ -331,7 +331,7 @@ class ViewportSuitesTest(ProbeTest):
                 target.draw()
             self.assertEqual("Underlying C++ layer has been destroyed", str(raised.exception))
 
-    def test_viewport_may_be_removed_while_it_is_picked(self):
+    def testViewportMayBeRemovedWhileItIsPicked(self):
         self.command("call:delegate.removeViewport v@ProbeViewport.pickerDraw#1")
         self.command("call:viewport.getPickedObjects 0 0 1 1 1")
         self.assertEqual(0, self.delegate.getNumberOfViewports())
@@ -340,7 +340,7 @@ class ViewportSuitesTest(ProbeTest):
         self.assertEqual("Underlying C++ viewport has been destroyed", str(raised.exception))
         self.viewport = self.delegate.addViewport("ProbeViewport", "v")
 
-    def test_what_a_plugin_throws_from_a_pick_goes_through_the_table(self):
+    def testWhatAPluginThrowsFromAPickGoesThroughTheTable(self):
         for kind, probe in (("viewport", self.viewport), ("layer", self.layers[0])):
             for entry in ("customPick", "pickerDraw"):
                 self.command("throwStd:no good@%s#1" % entry)
@@ -354,7 +354,7 @@ class ViewportSuitesTest(ProbeTest):
             self.assertEqual("{} at depth 1.000000",
                              self.call(probe, kind + ".getPickedObjects 0 0 1 1 0"))
 
-    def test_cached_layer_draws_its_ids_with_its_picture(self):
+    def testCachedLayerDrawsItsIdsWithItsPicture(self):
         self.command("return:1@usesPickingCache")
         cached = self.viewport.addLayer("ProbeLayer", "cached")
         self.clearLog()
@@ -366,7 +366,7 @@ class ViewportSuitesTest(ProbeTest):
         self.assertEqual(["customPick 0 0 2 2 0", "-> layer.getPickedObjects: {}"],
                          self.logOf(cached))
 
-    def test_context_entries_without_a_window(self):
+    def testContextEntriesWithoutAWindow(self):
         viewport = self.delegate.addViewport("ProbeViewport", "early")
         for call, expected in (("makeGLContextCurrent", "0"), ("doneGLContextCurrent", "1"),
                                ("isGLContextCurrent", "0"), ("initializeGLContext", "0"),

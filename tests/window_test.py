@@ -94,14 +94,14 @@ class WindowTest(TkWindowTest):
         for corner in corners(picture):
             self.assertFalse(predicate(corner), "%r in a corner" % (corner,))
 
-    def test_draw_shows_a_model_in_the_window(self):
+    def testDrawShowsAModelInTheWindow(self):
         self.importCube("red")
         frame = self.addFrame()
         view = self.addView(frame, "main")
         view.draw()
         self.assertShowsCube(self.see(frame, isRed), isRed)
 
-    def test_window_shows_a_change_of_the_scene_at_the_next_draw(self):
+    def testWindowShowsAChangeOfTheSceneAtTheNextDraw(self):
         op = self.importCube("red")
         frame = self.addFrame()
         view = self.addView(frame, "main")
@@ -114,7 +114,7 @@ class WindowTest(TkWindowTest):
         self.assertShowsCube(picture, isGreen)
         self.assertLess(share(picture, isRed), AXIS_SHARE)
 
-    def test_second_viewport_shares_the_context(self):
+    def testSecondViewportSharesTheContext(self):
         self.importCube("red")
         first, second = self.addFrame(), self.addFrame(300, 200)
         firstView = self.addView(first, "first")
@@ -132,7 +132,7 @@ class WindowTest(TkWindowTest):
         firstView.draw()
         self.assertShowsCube(self.see(first, isRed), isRed)
 
-    def test_viewports_keep_their_own_pictures(self):
+    def testViewportsKeepTheirOwnPictures(self):
         self.importCube("red")
         first, second = self.addFrame(), self.addFrame()
         firstView, secondView = self.addView(first, "first"), self.addView(second, "second")
@@ -146,7 +146,7 @@ class WindowTest(TkWindowTest):
         picture = self.see(second, lambda pixel: not isRed(pixel))
         self.assertLess(share(picture, isRed), AXIS_SHARE)
 
-    def test_viewport_that_leaves_does_not_disturb_the_other(self):
+    def testViewportThatLeavesDoesNotDisturbTheOther(self):
         self.importCube("red")
         for leaving in ("first", "second"):
             frames = {"first": self.addFrame(), "second": self.addFrame()}
@@ -162,7 +162,7 @@ class WindowTest(TkWindowTest):
             self.session.delegate.removeViewport(name)
             frames[name].destroy()
 
-    def test_resized_window_is_filled(self):
+    def testResizedWindowIsFilled(self):
         self.importCube("red")
         frame = self.addFrame(100, 80)
         view = self.addView(frame, "main")
@@ -176,7 +176,7 @@ class WindowTest(TkWindowTest):
         self.assertEqual((picture.width, picture.height), (320, 240))
         self.assertShowsCube(picture, isRed)
 
-    def test_click_in_the_window_selects_and_is_seen(self):
+    def testClickInTheWindowSelectsAndIsSeen(self):
         self.importCube("red")
         frame = self.addFrame()
         view = self.addView(frame, "main")
@@ -193,7 +193,7 @@ class WindowTest(TkWindowTest):
         self.assertTrue(isRed(centre(picture)) and picture.pixels != plain,
                         "the selection is not seen")
 
-    def test_wheel_in_the_window_fills_it_with_what_is_under_the_cursor(self):
+    def testWheelInTheWindowFillsItWithWhatIsUnderTheCursor(self):
         self.importCube("red")
         frame = self.addFrame()
         view = self.addView(frame, "main")
@@ -203,7 +203,7 @@ class WindowTest(TkWindowTest):
         view.draw()
         self.assertGreater(share(self.see(frame, isRed), isRed), 0.95)
 
-    def test_window_that_is_gone_raises_nothing(self):
+    def testWindowThatIsGoneRaisesNothing(self):
         self.importCube("red")
         gone, staying = self.addFrame(), self.addFrame()
         goneView, stayingView = self.addView(gone, "gone"), self.addView(staying, "staying")
@@ -227,7 +227,7 @@ class WindowTest(TkWindowTest):
         self.assertFalse(viewport.event(PyVlAttribute.GroupAttribute()))
         self.session.delegate.removeViewport("refused")
 
-    def test_id_that_is_no_window_is_logged_and_disturbs_nobody(self):
+    def testIdThatIsNoWindowIsLoggedAndDisturbsNobody(self):
         self.importCube("red")
         frame = self.addFrame()
         view = self.addView(frame, "main")
@@ -235,7 +235,7 @@ class WindowTest(TkWindowTest):
         view.draw()
         self.assertShowsCube(self.see(frame, isRed), isRed)
 
-    def test_window_of_another_visual_is_logged_and_disturbs_nobody(self):
+    def testWindowOfAnotherVisualIsLoggedAndDisturbsNobody(self):
         self.importCube("red")
         frame = self.addFrame()
         view = self.addView(frame, "main")

@@ -108,10 +108,10 @@ class WindowPickingTest(TkWindowTest):
             view.assertShows()
         self.assertEqual([], self.log)
 
-    def test_windows_of_different_size(self):
+    def testWindowsOfDifferentSize(self):
         self.assertAllRight(self.addTwo())
 
-    def test_windows_that_are_resized(self):
+    def testWindowsThatAreResized(self):
         first, second = views = self.addTwo()
         self.assertAllRight(views)
         first.resize(260, 70)
@@ -121,7 +121,7 @@ class WindowPickingTest(TkWindowTest):
         first.resize(30, 30)
         self.assertAllRight(views)
 
-    def test_window_that_is_hidden_and_shown_again(self):
+    def testWindowThatIsHiddenAndShownAgain(self):
         first, second = self.addTwo()
         self.assertAllRight([first, second])
         first.frame.pack_forget()
@@ -133,7 +133,7 @@ class WindowPickingTest(TkWindowTest):
         self.root.update()
         self.assertAllRight([first, second])
 
-    def test_windows_that_end_in_either_order(self):
+    def testWindowsThatEndInEitherOrder(self):
         for ending in (0, 1):
             views = self.addTwo()
             self.assertAllRight(views)
@@ -141,7 +141,7 @@ class WindowPickingTest(TkWindowTest):
             self.assertAllRight(views)
             views.pop().end()
 
-    def test_windows_that_are_destroyed_before_their_viewports_in_either_order(self):
+    def testWindowsThatAreDestroyedBeforeTheirViewportsInEitherOrder(self):
         for ending in (0, 1):
             views = self.addTwo()
             self.assertAllRight(views)
@@ -161,7 +161,7 @@ class WindowPickingTest(TkWindowTest):
             staying.end()
             del self.log[:]
 
-    def test_size_zero_keeps_the_surface_until_there_is_a_size_again(self):
+    def testSizeZeroKeepsTheSurfaceUntilThereIsASizeAgain(self):
         first, second = views = self.addTwo()
         self.assertAllRight(views)
         first.viewport.resize(0, 0)
@@ -171,7 +171,7 @@ class WindowPickingTest(TkWindowTest):
         first.viewport.resize(*first.size())
         self.assertAllRight(views)
 
-    def test_window_of_another_visual_is_logged_and_picks_nothing(self):
+    def testWindowOfAnotherVisualIsLoggedAndPicksNothing(self):
         first, second = views = self.addTwo()
         self.assertAllRight(views)
         other = self.addFrameOfAnotherVisual(60, 60)
@@ -186,7 +186,7 @@ class WindowPickingTest(TkWindowTest):
         self.delegate.removeViewport("refused")
         self.assertAllRight(views)
 
-    def test_id_that_is_no_window_is_logged_and_picks_nothing(self):
+    def testIdThatIsNoWindowIsLoggedAndPicksNothing(self):
         views = self.addTwo()
         viewport = self.delegate.addViewport("TileViewport", "refused")
         viewport.resize(60, 60)

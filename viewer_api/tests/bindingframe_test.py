@@ -17,16 +17,16 @@ PATH_METHODS = ("openLocations", "closeLocations", "pinLocations", "unpinLocatio
 
 
 class ConstructionTest(ScriptedTest):
-    def test_viewerDelegateRefusesDirectConstruction(self):
+    def testViewerDelegateRefusesDirectConstruction(self):
         text = "Please use the CreateViewerDelegate() function to instantiate a ViewerDelegate."
         self.assertError(RuntimeError, text, ViewerAPI.ViewerDelegate)
         self.assertError(RuntimeError, text, ViewerAPI.ViewerDelegate, 1, 2)
 
-    def test_theInterpreterRefusesToConstructTheOthers(self):
+    def testTheInterpreterRefusesToConstructTheOthers(self):
         for name in ("Viewport", "ViewportLayer", "ViewportCamera", "ViewerDelegateComponent"):
             self.assertRaises(TypeError, getattr(ViewerAPI, name))
 
-    def test_initOfTheOthersNamesTheWayToMakeThem(self):
+    def testInitOfTheOthersNamesTheWayToMakeThem(self):
         viewport = self.createViewport()
         objects = (
             (viewport, "Please use the ViewerDelegate.addViewport() function to instantiate a "
@@ -43,19 +43,19 @@ class ConstructionTest(ScriptedTest):
         for wrapper, text in objects:
             self.assertError(RuntimeError, text, wrapper.__init__)
 
-    def test_typesCannotBeSubclassed(self):
+    def testTypesCannotBeSubclassed(self):
         for name in ("ViewerDelegate", "Viewport", "ViewportLayer", "ViewportCamera",
                      "ViewerDelegateComponent"):
             self.assertRaises(TypeError, type, "Derived", (getattr(ViewerAPI, name),), {})
 
-    def test_anObjectFromNewAloneIsRefusedByEveryMethod(self):
+    def testAnObjectFromNewAloneIsRefusedByEveryMethod(self):
         hollow = ViewerAPI.ViewerDelegate.__new__(ViewerAPI.ViewerDelegate)
         text = "Underlying C++ viewer delegate has been destroyed"
         self.assertError(RuntimeError, text, hollow.setup)
         self.assertError(RuntimeError, text, hollow.registerCallback, "x", len)
         self.assertError(RuntimeError, text, hollow.unregisterAllCallbacks)
 
-    def test_onlyViewerDelegateSupportsWeakReferences(self):
+    def testOnlyViewerDelegateSupportsWeakReferences(self):
         viewport = self.createViewport()
         self.assertIs(self.delegate, weakref.ref(self.delegate)())
         for wrapper in (viewport, viewport.addLayer(LAYER, "l"), viewport.addCamera(CAMERA, "c"),
@@ -64,14 +64,14 @@ class ConstructionTest(ScriptedTest):
 
 
 class ArgumentTest(ScriptedTest):
-    def test_aTupleIsNoList(self):
+    def testATupleIsNoList(self):
         self.createDelegate()
         for name in PATH_METHODS:
             self.assertError(TypeError, NOT_A_LIST, getattr(self.delegate, name), ("/root",))
         self.assertError(TypeError, "Argument must be a list of strings.",
                          self.delegate.hideLocations, ("/root",))
 
-    def test_wrongNumbersOfArgumentsHaveTheTextOfTheList(self):
+    def testWrongNumbersOfArgumentsHaveTheTextOfTheList(self):
         self.createDelegate()
         for arguments in ((), (["/root"], "", "")):
             for name in PATH_METHODS:
@@ -79,7 +79,7 @@ class ArgumentTest(ScriptedTest):
             self.assertError(TypeError, "Argument must be a list of strings.",
                              self.delegate.hideLocations, *arguments)
 
-    def test_oneItemThatIsNoStringRefusesTheWholeList(self):
+    def testOneItemThatIsNoStringRefusesTheWholeList(self):
         self.createDelegate()
         foreign = (1, None, b"/x" if IS_PYTHON_3 else u"/x")
         for item in foreign:
@@ -91,7 +91,7 @@ class ArgumentTest(ScriptedTest):
         self.assertEqual(([], []), (self.plugins.take(), ScriptedScene.takeCommands()),
                          "nothing is called, not even for the first path")
 
-    def test_aListIsReleasedWithItsItems(self):
+    def testAListIsReleasedWithItsItems(self):
         self.createDelegate()
         path = "/" + "x" * 100
         paths = [path]
@@ -103,7 +103,7 @@ class ArgumentTest(ScriptedTest):
         gc.collect()
         self.assertEqual(before, (sys.getrefcount(path), sys.getrefcount(paths)))
 
-    def test_subclassesOfStrPass(self):
+    def testSubclassesOfStrPass(self):
         class Path(str):
             pass
 
@@ -111,7 +111,7 @@ class ArgumentTest(ScriptedTest):
         self.delegate.setSelectedLocations([Path("/a")])
         self.assertEqual([(DELEGATE, "locationsSelected", ["/a"])], self.plugins.take())
 
-    def test_aListThatShrinksDuringTheCallIsWalkedAsItWas(self):
+    def testAListThatShrinksDuringTheCallIsWalkedAsItWas(self):
         self.createDelegate()
         paths = ["/path%d" % index for index in range(3)]
         self.delegate.addComponent(COMPONENT, "k")
@@ -127,7 +127,7 @@ class ArgumentTest(ScriptedTest):
         self.assertEqual([(plugin, "locationsSelected", ["/path0", "/path1", "/path2"])
                           for plugin in (COMPONENT, DELEGATE)], self.plugins.take())
 
-    def test_pathsThatAreNoUtf8PassUnchanged(self):
+    def testPathsThatAreNoUtf8PassUnchanged(self):
         path = "/caf\udce9" if IS_PYTHON_3 else "/caf\xe9"
         self.createDelegate()
         self.delegate.setSelectedLocations([path])
@@ -137,13 +137,13 @@ class ArgumentTest(ScriptedTest):
         self.assertIn((DELEGATE, "computeExtent", path), self.plugins.take())
 
     @unittest.skipUnless(IS_PYTHON_3, "the interpreter itself says so, in its own words")
-    def test_textWithANullCharacterIsRefusedWhateverItsBytes(self):
+    def testTextWithANullCharacterIsRefusedWhateverItsBytes(self):
         self.createDelegate()
         for text in ("a\0b", "\udce9\0b"):
             self.assertError(ValueError, "embedded null character", self.delegate.getComponent,
                              text)
 
-    def test_aNegativeIndexAnswersNone(self):
+    def testANegativeIndexAnswersNone(self):
         viewport = self.createViewport()
         self.delegate.addComponent(COMPONENT, "k")
         viewport.addLayer(LAYER, "l")
@@ -160,7 +160,7 @@ class ArgumentTest(ScriptedTest):
             self.delegate.getNumberOfComponents(), self.delegate.getNumberOfViewports(),
             viewport.getNumberOfLayers(), viewport.getNumberOfCameras()))
 
-    def test_aGroupArgumentMustBeAGroup(self):
+    def testAGroupArgumentMustBeAGroup(self):
         self.createDelegate()
         for value in (None, 1, IntAttribute(1), {}):
             self.assertError(TypeError, "First argument must be an VlGroupAttribute object",
@@ -182,14 +182,14 @@ class OptionTest(ScriptedTest):
         self.targets = None
         ScriptedTest.tearDown(self)
 
-    def test_anOptionGoesToThePluginByItsId(self):
+    def testAnOptionGoesToThePluginByItsId(self):
         for plugin, target in self.targets:
             value = IntAttribute(7)
             self.assertIsNone(target.setOption(0xfedcba9876540000, value))
             self.assertEqual([(plugin, "setOption", 0xfedcba9876540000, value)],
                              self.plugins.take())
 
-    def test_aNameStandsForItsId(self):
+    def testANameStandsForItsId(self):
         for plugin, target in self.targets:
             optionId = ViewerAPI.GenerateOptionId("speed")
             target.setOptionByName("speed", IntAttribute(1))
@@ -198,18 +198,18 @@ class OptionTest(ScriptedTest):
             self.assertEqual([(plugin, "setOption", optionId, IntAttribute(1)),
                               (plugin, "getOption", optionId)], self.plugins.take())
 
-    def test_aNameThatWasUsedCanBeLookedUp(self):
+    def testANameThatWasUsedCanBeLookedUp(self):
         for plugin, target in self.targets:
             name = "option of " + plugin
             target.getOptionByName(name)
             self.assertEqual(name, ViewerAPI.LookUpOptionId(ViewerAPI.GenerateOptionId(name)))
 
-    def test_anOptionThatIsNotThereIsNone(self):
+    def testAnOptionThatIsNotThereIsNone(self):
         for _, target in self.targets:
             self.assertIsNone(target.getOption(1))
             self.assertIsNone(target.getOptionByName("unknown"))
 
-    def test_aValueMustBeAnAttribute(self):
+    def testAValueMustBeAnAttribute(self):
         text = "Second argument must be an VlAttribute object"
         for _, target in self.targets:
             for value in (None, 1, "text"):
@@ -217,7 +217,7 @@ class OptionTest(ScriptedTest):
                 self.assertError(TypeError, text, target.setOptionByName, "n", value)
         self.assertEqual([], self.plugins.take())
 
-    def test_theNameOfAnOptionThatIsNotSetIsNotRemembered(self):
+    def testTheNameOfAnOptionThatIsNotSetIsNotRemembered(self):
         for plugin, target in self.targets:
             name = "option that " + plugin + " never got"
             # Generated elsewhere, as generating it here would make it known.
@@ -229,7 +229,7 @@ class OptionTest(ScriptedTest):
             target.setOptionByName(name, IntAttribute(1))
             self.assertEqual(name, ViewerAPI.LookUpOptionId(optionId))
 
-    def test_theParserRefusesOtherArguments(self):
+    def testTheParserRefusesOtherArguments(self):
         for _, target in self.targets:
             for method, arguments in (("setOption", (1,)), ("setOption", ("x", IntAttribute(1))),
                                       ("setOptionByName", (1, IntAttribute(1))),

@@ -26,20 +26,20 @@ class RegistrationTest(ScriptedTest):
         ScriptedTest.setUp(self)
         self.createDelegate()
 
-    def test_registerGivesTheFormerCallback(self):
+    def testRegisterGivesTheFormerCallback(self):
         first, second = lambda _: 1, lambda _: 2
         self.assertIsNone(self.delegate.registerCallback("x", first))
         self.assertIs(first, self.delegate.registerCallback("x", second))
         self.assertIs(second, self.delegate.registerCallback("x", first))
 
-    def test_aNameThatIsNoStrIsRefused(self):
+    def testANameThatIsNoStrIsRefused(self):
         foreign = b"x" if IS_PYTHON_3 else u"x"
         for name in (foreign, 1, None):
             self.assertError(TypeError, REGISTER_TEXT, self.delegate.registerCallback, name, len)
             self.assertError(TypeError, UNREGISTER_TEXT, self.delegate.unregisterCallback, name)
         self.assertIsNone(self.delegate.registerCallback("x", len), "the dict has not changed")
 
-    def test_wrongNumbersOfArgumentsHaveTheSameTexts(self):
+    def testWrongNumbersOfArgumentsHaveTheSameTexts(self):
         for method, arguments, text in (
                 ("registerCallback", ("x",), REGISTER_TEXT),
                 ("registerCallback", ("x", len, 1), REGISTER_TEXT),
@@ -52,7 +52,7 @@ class RegistrationTest(ScriptedTest):
                                                                  "object.")):
             self.assertError(TypeError, text, getattr(self.delegate, method), *arguments)
 
-    def test_whatIsNotCallableIsTaken(self):
+    def testWhatIsNotCallableIsTaken(self):
         self.assertIsNone(self.delegate.registerCallback("x", 5))
         self.assertEqual(5, self.delegate.registerCallback("x", None))
         self.delegate.setSelectionCallbacks(1, 2)
@@ -61,27 +61,27 @@ class RegistrationTest(ScriptedTest):
                             ("__ACTIVE_MANIPULATORS_CHANGED", 3)):
             self.assertEqual(value, self.delegate.registerCallback(name, None))
 
-    def test_unregisteringWhatIsNotThereIsNoError(self):
+    def testUnregisteringWhatIsNotThereIsNoError(self):
         self.assertIsNone(self.delegate.unregisterCallback("never"))
 
-    def test_unregisterTakesOneAway(self):
+    def testUnregisterTakesOneAway(self):
         self.delegate.registerCallback("x", len)
         self.delegate.registerCallback("y", len)
         self.delegate.unregisterCallback("x")
         self.assertIsNone(self.delegate.registerCallback("x", len))
         self.assertIs(len, self.delegate.registerCallback("y", len))
 
-    def test_unregisterAllTakesAllAwayAndIgnoresArguments(self):
+    def testUnregisterAllTakesAllAwayAndIgnoresArguments(self):
         self.delegate.registerCallback("x", len)
         self.assertIsNone(self.delegate.unregisterAllCallbacks(1, 2))
         self.assertIsNone(self.delegate.registerCallback("x", len))
 
-    def test_cleanupTakesAllAway(self):
+    def testCleanupTakesAllAway(self):
         self.delegate.registerCallback("x", len)
         self.delegate.cleanup()
         self.assertIsNone(self.delegate.registerCallback("x", len))
 
-    def test_cleanupClearsTheCallbacksBeforeThePluginHearsOfIt(self):
+    def testCleanupClearsTheCallbacksBeforeThePluginHearsOfIt(self):
         fired = []
         self.delegate.registerCallback("x", fired.append)
         host = self.host()
@@ -90,7 +90,7 @@ class RegistrationTest(ScriptedTest):
         self.delegate.cleanup()
         self.assertEqual([], fired)
 
-    def test_callbacksAreReleasedWithTheDelegate(self):
+    def testCallbacksAreReleasedWithTheDelegate(self):
         callback = lambda _: None
         before = sys.getrefcount(callback)
         self.delegate.registerCallback("x", callback)
@@ -113,7 +113,7 @@ class DispatchTest(ScriptedTest):
         self.delegate.registerCallback("x", lambda _: answer)
         return self.fire()
 
-    def test_theCallbackGetsTheOneAttribute(self):
+    def testTheCallbackGetsTheOneAttribute(self):
         got = []
         self.delegate.registerCallback("x", lambda *arguments: got.append(arguments))
         value = GroupAttribute(("a", IntAttribute(1)))
@@ -121,10 +121,10 @@ class DispatchTest(ScriptedTest):
         self.fire(None)
         self.assertEqual([(value,), (None,)], got)
 
-    def test_anUnregisteredChannelIsSilent(self):
+    def testAnUnregisteredChannelIsSilent(self):
         self.assertIsNone(self.fire(IntAttribute(1), "nobody"))
 
-    def test_resultsBecomeAttributes(self):
+    def testResultsBecomeAttributes(self):
         class Number(int):
             pass
 
@@ -157,7 +157,7 @@ class DispatchTest(ScriptedTest):
             self.assertEqual(attribute, self.answerOf(result), repr(result))
         self.assertEqual("", self.takePrinted())
 
-    def test_integersBeyond32Bits(self):
+    def testIntegersBeyond32Bits(self):
         # Python 2's int is narrowed. Python 3 has but one integer type, of which the larger
         # values stand where Python 2's long does.
         self.assertEqual(None if IS_PYTHON_3 else IntAttribute(-2 ** 31),
@@ -166,15 +166,15 @@ class DispatchTest(ScriptedTest):
                          self.answerOf(2 ** 40 + 7))
 
     @unittest.skipIf(IS_PYTHON_3, "Python 3 has no long")
-    def test_aLongIsNoIntegerHoweverSmall(self):
+    def testALongIsNoIntegerHoweverSmall(self):
         self.assertIsNone(self.answerOf(eval("1L")))
 
-    def test_anAttributeIsReturnedUnchanged(self):
+    def testAnAttributeIsReturnedUnchanged(self):
         for attribute in (IntAttribute([1, 2, 3]), DoubleAttribute(0.1), StringAttribute("s"),
                           GroupAttribute(("a", FloatAttribute(1.5)))):
             self.assertEqual(attribute, self.answerOf(attribute))
 
-    def test_textThatIsNoUtf8PassesBothWays(self):
+    def testTextThatIsNoUtf8PassesBothWays(self):
         name = "caf\udce9" if IS_PYTHON_3 else "caf\xe9"
         got = []
         self.delegate.registerCallback(name, lambda value: got.append(value) or name)
@@ -182,11 +182,11 @@ class DispatchTest(ScriptedTest):
         self.assertEqual([StringAttribute(name)], got)
 
     @unittest.skipUnless(IS_PYTHON_3, "Python 2's text is bytes")
-    def test_textThatNoBytesStandForIsNull(self):
+    def testTextThatNoBytesStandForIsNull(self):
         self.assertIsNone(self.answerOf("\ud800"))
         self.assertIsNone(errorOf(self.fire))
 
-    def test_aDispatchLeavesNoReferenceBehind(self):
+    def testADispatchLeavesNoReferenceBehind(self):
         value = GroupAttribute(("a", IntAttribute(1)))
         got = []
         self.delegate.registerCallback("x", got.append)
@@ -194,7 +194,7 @@ class DispatchTest(ScriptedTest):
             self.fire(value)
         self.assertEqual([2 + 1] * 3, [sys.getrefcount(item) for item in got])
 
-    def test_aCallbackMayTakeItselfAway(self):
+    def testACallbackMayTakeItselfAway(self):
         def callback(_):
             self.delegate.unregisterAllCallbacks()
             gc.collect()
@@ -205,14 +205,14 @@ class DispatchTest(ScriptedTest):
         self.assertEqual(IntAttribute(4), self.fire())
         self.assertIsNone(self.fire())
 
-    def test_aChannelFiredWhileThePluginIsCreatedIsSilent(self):
+    def testAChannelFiredWhileThePluginIsCreatedIsSilent(self):
         answers = []
         self.plugins.answers[DELEGATE, "create"] = lambda host: answers.append(
             ScriptedPlugins.callPythonCallback(host, "x", IntAttribute(1)))
         ViewerAPI.CreateViewerDelegate(DELEGATE)
         self.assertEqual([None], answers)
 
-    def test_aChannelFiredWhileThePluginIsDestroyedIsSilent(self):
+    def testAChannelFiredWhileThePluginIsDestroyedIsSilent(self):
         fired = []
         self.delegate.registerCallback("x", fired.append)
         answers = []
@@ -237,7 +237,7 @@ class FailureTest(ScriptedTest):
         self.assertIs(RuntimeError, type(error), repr(error))
         return str(error)
 
-    def test_theTextHasTypeReprAndTraceback(self):
+    def testTheTextHasTypeReprAndTraceback(self):
         def inner():
             raise ValueError("x")
 
@@ -254,39 +254,39 @@ class FailureTest(ScriptedTest):
             ['  File "%s", line %d, in outer' % (fileName, first + 4),
              '  File "%s", line %d, in inner' % (fileName, first + 1), ""], lines[2:])
 
-    def test_nothingIsPrinted(self):
+    def testNothingIsPrinted(self):
         self.failureOf(raises(ValueError("x")))
         self.assertEqual("", self.takePrinted())
 
-    def test_theCallbackStaysRegistered(self):
+    def testTheCallbackStaysRegistered(self):
         callback = raises(ValueError("x"))
         self.failureOf(callback)
         self.assertIs(callback, self.delegate.registerCallback("x", None))
 
-    def test_whatIsNotCallableFailsAtDispatch(self):
+    def testWhatIsNotCallableFailsAtDispatch(self):
         text = self.failureOf(5)
         self.assertIn("TypeError(", text)
         self.assertIn("'int' object is not callable", text)
         self.assertNotIn("File", text)
 
-    def test_aCallbackWithoutParametersFails(self):
+    def testACallbackWithoutParametersFails(self):
         self.assertIn("TypeError(", self.failureOf(lambda: None))
 
-    def test_aFileNameLongerThan500CharactersIsCut(self):
+    def testAFileNameLongerThan500CharactersIsCut(self):
         name = "/long/" + "n" * 600 + ".py"
         scope = {}
         exec(compile("def callback(_):\n    raise ValueError('x')\n", name, "exec"), scope)
         lines = self.failureOf(scope["callback"]).split("\n")
         self.assertEqual('  File "%s", line 2, in callback' % name[:500], lines[2])
 
-    def test_aFunctionNameLongerThan500CharactersIsCut(self):
+    def testAFunctionNameLongerThan500CharactersIsCut(self):
         scope = {}
         name = "f" * 700
         exec(compile("def %s(_):\n    raise ValueError('x')\n" % name, "f.py", "exec"), scope)
         lines = self.failureOf(scope[name]).split("\n")
         self.assertEqual('  File "f.py", line 2, in ' + name[:500], lines[2])
 
-    def test_aReprThatRaisesDoesNotHideTheError(self):
+    def testAReprThatRaisesDoesNotHideTheError(self):
         class Unspeakable(Exception):
             def __repr__(self):
                 raise KeyError("repr")
@@ -298,7 +298,7 @@ class FailureTest(ScriptedTest):
         self.assertEqual("<no description>", lines[1])
         self.assertTrue(lines[2].startswith("  File"), lines[2])
 
-    def test_aTypeWhoseStrRaisesDoesNotHideTheError(self):
+    def testATypeWhoseStrRaisesDoesNotHideTheError(self):
         class Meta(type):
             def __str__(cls):
                 raise KeyError("str")
@@ -310,7 +310,7 @@ class FailureTest(ScriptedTest):
         self.assertEqual("<no description>", lines[0])
         self.assertTrue(lines[1].startswith("Hidden('text'"), lines[1])
 
-    def test_aReprThatIsNoUtf8IsPassedOn(self):
+    def testAReprThatIsNoUtf8IsPassedOn(self):
         text = "caf\udce9" if IS_PYTHON_3 else "caf\xe9"
 
         class Odd(Exception):
@@ -319,7 +319,7 @@ class FailureTest(ScriptedTest):
 
         self.assertEqual(text, self.failureOf(raises(Odd())).split("\n")[1])
 
-    def test_itSurfacesUnderProcessLocationEvents(self):
+    def testItSurfacesUnderProcessLocationEvents(self):
         self.delegate.registerCallback("__SELECTED_ENABLED_LOCATIONS_CHANGED",
                                        raises(ValueError("x")))
         ScriptedScene.report(self.firstClient, "/root")
@@ -328,7 +328,7 @@ class FailureTest(ScriptedTest):
         self.assertIn("ValueError('x')" if IS_PYTHON_3 else "ValueError('x',)", str(error))
         self.assertTrue([line for line in str(error).split("\n") if line.startswith("  File")])
 
-    def test_itSurfacesUnderAViewportsMethod(self):
+    def testItSurfacesUnderAViewportsMethod(self):
         viewport = self.createViewport()
         self.delegate.registerCallback("__VIEWPORT_VIEW_FROZEN_STATE_CHANGED",
                                        raises(ValueError("x")))
@@ -336,13 +336,13 @@ class FailureTest(ScriptedTest):
         self.assertIs(RuntimeError, type(error))
         self.assertIn("ValueError('x'", str(error))
 
-    def test_aCallbackMayRaiseWhatIsNoException(self):
+    def testACallbackMayRaiseWhatIsNoException(self):
         class Stop(BaseException):
             pass
 
         self.assertIn("Stop(", self.failureOf(raises(Stop("now"))))
 
-    def test_failuresLeakNothing(self):
+    def testFailuresLeakNothing(self):
         callback = raises(ValueError("x"))
         self.failureOf(callback)
         before = sys.getrefcount(callback), sys.getrefcount(ValueError)
@@ -359,7 +359,7 @@ class ChannelTest(ScriptedTest):
         ScriptedTest.setUp(self)
         self.createDelegate()
 
-    def test_selectLocationFiresOnePath(self):
+    def testSelectLocationFiresOnePath(self):
         selected = []
         self.delegate.setSelectionCallbacks(selected.append, None)
         ScriptedPlugins.selectLocation(self.host(), "/root/a")
@@ -368,14 +368,14 @@ class ChannelTest(ScriptedTest):
                          selected)
         self.assertEqual(1, selected[1].getTupleSize())
 
-    def test_afterUnregisterASelectFromAPluginDoesNothing(self):
+    def testAfterUnregisterASelectFromAPluginDoesNothing(self):
         selected = []
         self.delegate.setSelectionCallbacks(selected.append, None)
         self.delegate.unregisterCallback("__SELECT_LOCATIONS")
         ScriptedPlugins.selectLocation(self.host(), "/root/a")
         self.assertEqual([], selected)
 
-    def test_getSelectedLocationsTakesStringsOnly(self):
+    def testGetSelectedLocationsTakesStringsOnly(self):
         for answer, selected in ((StringAttribute(["/a", "/b"]), StringAttribute(["/a", "/b"])),
                                  ("/a", StringAttribute("/a")), (1, None), (None, None),
                                  (GroupAttribute(), None)):
@@ -385,7 +385,7 @@ class ChannelTest(ScriptedTest):
             self.assertEqual(selected, ScriptedPlugins.getSelectedLocations(self.host()))
             self.assertEqual([None], got)
 
-    def test_theViewFrozenChannelTellsOfChangesOnly(self):
+    def testTheViewFrozenChannelTellsOfChangesOnly(self):
         viewport = self.createViewport("left")
         told = []
         self.delegate.registerCallback("__VIEWPORT_VIEW_FROZEN_STATE_CHANGED", told.append)
@@ -396,7 +396,7 @@ class ChannelTest(ScriptedTest):
             [GroupAttribute(("viewport", StringAttribute("left")),
                             ("isViewFrozen", IntAttribute(value))) for value in (1, 0)], told)
 
-    def test_thePumpTellsThatItDelivered(self):
+    def testThePumpTellsThatItDelivered(self):
         told = []
         self.delegate.registerCallback("__SELECTED_ENABLED_LOCATIONS_CHANGED", told.append)
         self.delegate.processLocationEvents()

@@ -19,7 +19,7 @@ class CameraTest(ScriptedTest):
         self.viewport = self.camera = None
         ScriptedTest.tearDown(self)
 
-    def test_matricesComeBackAsTheyWereSet(self):
+    def testMatricesComeBackAsTheyWereSet(self):
         for name in ("ViewMatrix", "ProjectionMatrix"):
             get = getattr(self.camera, "get" + name)
             self.assertEqual(tuple(float(i % 5 == 0) for i in range(16)), get())
@@ -28,13 +28,13 @@ class CameraTest(ScriptedTest):
                 self.assertEqual(MATRIX, get())
                 self.assertEqual({float}, set(type(value) for value in get()))
 
-    def test_aMatrixIsOneSequenceOf16Numbers(self):
+    def testAMatrixIsOneSequenceOf16Numbers(self):
         for name in ("setViewMatrix", "setProjectionMatrix"):
             for arguments in (MATRIX, (MATRIX[:15],), (MATRIX + (1.0,),), ((),), (1.0,), (),
                               (["x"] * 16,), (MATRIX, MATRIX)):
                 self.assertRaises(TypeError, getattr(self.camera, name), *arguments)
 
-    def test_aProjectionThatIsSetUnderPanAndZoomIsReadBack(self):
+    def testAProjectionThatIsSetUnderPanAndZoomIsReadBack(self):
         self.viewport.setActiveCamera(self.camera)
         self.viewport.setZoom(2.0)
         self.viewport.setPanAndZoomActive(True)
@@ -45,7 +45,7 @@ class CameraTest(ScriptedTest):
                                for index, value in enumerate(MATRIX)),
                          self.camera.getProjectionMatrix())
 
-    def test_numbersComeBackAndAreDirty(self):
+    def testNumbersComeBackAndAreDirty(self):
         for name, initial, values in (
                 ("CenterOfInterest", 20.0, (3.5,)), ("FOV", 45.0, (60.0,)),
                 ("OrthographicWidth", 30.0, (7.0,)), ("NearFar", (0.1, 100000.0), (1.0, 5.0)),
@@ -59,16 +59,16 @@ class CameraTest(ScriptedTest):
             self.assertRaises(TypeError, getattr(self.camera, "set" + name),
                               *(("1",) * len(values)))
 
-    def test_anOrthographicWidthOfZeroIsIgnored(self):
+    def testAnOrthographicWidthOfZeroIsIgnored(self):
         self.camera.setOrthographicWidth(0)
         self.assertEqual((30.0, []), (self.camera.getOrthographicWidth(), self.plugins.take()))
 
-    def test_nearAndFarAreCorrected(self):
+    def testNearAndFarAreCorrected(self):
         for values, corrected in (((0.0, 0.0), (0.001, 0.002)), ((10.0, 5.0), (10.0, 10.001))):
             self.camera.setNearFar(*values)
             self.assertEqual(corrected, self.camera.getNearFar())
 
-    def test_aLocationPathIsNoneUntilItIsSet(self):
+    def testALocationPathIsNoneUntilItIsSet(self):
         self.assertIs(False, self.camera.hasLocationPath())
         self.assertIsNone(self.camera.getLocationPath())
         self.assertIsNone(self.camera.setLocationPath("/root/cam"))
@@ -78,24 +78,24 @@ class CameraTest(ScriptedTest):
         self.assertIsNone(self.camera.getLocationPath())
         self.assertRaises(TypeError, self.camera.setLocationPath, None)
 
-    def test_interactionIsDisabledWhenTold(self):
+    def testInteractionIsDisabledWhenTold(self):
         self.assertIs(False, self.camera.isInteractionDisabled())
         self.assertIsNone(self.camera.disableInteraction(3))
         self.assertIs(True, self.camera.isInteractionDisabled())
 
-    def test_vectorsAreTuplesOfThree(self):
+    def testVectorsAreTuplesOfThree(self):
         self.camera.setViewMatrix((1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -1, -2, -3, 1))
         self.assertEqual((1.0, 2.0, 3.0), self.camera.getOrigin())
         self.assertEqual((0.0, 0.0, -1.0), self.camera.getDirection())
         self.assertEqual((0.0, 1.0, 0.0), self.camera.getUp())
         self.assertEqual((-1.0, 0.0, 0.0), self.camera.getLeft())
 
-    def test_setDirtyPassesItsBits(self):
+    def testSetDirtyPassesItsBits(self):
         for bits in (ViewerAPI.CameraDirtyBits_Clean, ViewerAPI.CameraDirtyBits_AllDirty, 77):
             self.assertIsNone(self.camera.setDirty(bits))
             self.assertEqual([(CAMERA, "setDirty", bits)], self.plugins.take())
 
-    def test_typeDimensionsAndAttributesAreThePlugins(self):
+    def testTypeDimensionsAndAttributesAreThePlugins(self):
         group = GroupAttribute(("fov", IntAttribute(3)))
         self.plugins.answers[CAMERA, "getCameraTypeID"] = 2
         self.plugins.answers[CAMERA, "asAttribute"] = group
@@ -107,7 +107,7 @@ class CameraTest(ScriptedTest):
                           (CAMERA, "setViewportDimensions", 640, 480), (CAMERA, "asAttribute")],
                          self.plugins.take())
 
-    def test_setupPassesWhatItGetsAndNullForTheRest(self):
+    def testSetupPassesWhatItGetsAndNullForTheRest(self):
         group = GroupAttribute(("fov", IntAttribute(3)))
         for value, passed in ((group, group), (IntAttribute(1), IntAttribute(1)), (None, None),
                               (5, None)):
@@ -125,7 +125,7 @@ class LayerTest(ScriptedTest):
         self.layer = None
         ScriptedTest.tearDown(self)
 
-    def test_anEventReachesThePluginAlsoBeforeSetup(self):
+    def testAnEventReachesThePluginAlsoBeforeSetup(self):
         event = GroupAttribute(("type", IntAttribute(1)))
         self.assertIs(False, self.layer.event(event))
         self.plugins.answers[LAYER, "event"] = 5
@@ -134,17 +134,17 @@ class LayerTest(ScriptedTest):
         self.assertEqual([(LAYER, "event", event)] * 2 + [(LAYER, "event", IntAttribute(1))],
                          self.plugins.take())
 
-    def test_whatIsNoAttributeIsFalseWithoutAnError(self):
+    def testWhatIsNoAttributeIsFalseWithoutAnError(self):
         for value in (None, 1, "x"):
             self.assertIsNone(errorOf(self.layer.event, value))
             self.assertIs(False, self.layer.event(value))
         self.assertEqual([], self.plugins.take())
 
-    def test_wrongArgumentsRaise(self):
+    def testWrongArgumentsRaise(self):
         self.assertRaises(TypeError, self.layer.event)
         self.assertRaises(TypeError, self.layer.event, None, None)
 
-    def test_setupOnceDrawFreezeAndThawReachThePlugin(self):
+    def testSetupOnceDrawFreezeAndThawReachThePlugin(self):
         for method in ("setup", "setup", "draw", "freeze", "thaw"):
             self.assertIsNone(getattr(self.layer, method)())
         self.assertEqual([(LAYER, "setup"), (LAYER, "draw"), (LAYER, "freeze"), (LAYER, "thaw")],

@@ -153,11 +153,11 @@ class EveryMethodTest(PreparedTest):
             self.assertEqual(text, str(error), call)
         self.assertNothingWasDone(call)
 
-    def test_everyMethodHasARow(self):
+    def testEveryMethodHasARow(self):
         offered = [name for name in vars(ViewerAPI.ViewerDelegate) if not name.startswith("__")]
         self.assertEqual(sorted(offered), sorted(row[0] for row in ROWS))
 
-    def test_goodArguments(self):
+    def testGoodArguments(self):
         for method, _, arguments, expected in ROWS:
             self.prepare()
             result = self.call(method, arguments)
@@ -168,34 +168,34 @@ class EveryMethodTest(PreparedTest):
                 if expected is None or isinstance(expected, bool):
                     self.assertIs(expected, result, method)
 
-    def test_everyBadValueOfEveryParameter(self):
+    def testEveryBadValueOfEveryParameter(self):
         for method, parameters, arguments, _ in ROWS:
             for place, refused in enumerate(parameters):
                 for value, expected in refused:
                     bad = arguments[:place] + (value,) + arguments[place + 1:]
                     self.assertRefused(method, bad, expected)
 
-    def test_tooFewArguments(self):
+    def testTooFewArguments(self):
         for method, parameters, arguments, _ in ROWS:
             for count in range(len(parameters) - OPTIONAL.get(method, 0)):
                 self.assertRefused(method, arguments[:count])
 
-    def test_optionalArgumentsMayBeLeftOut(self):
+    def testOptionalArgumentsMayBeLeftOut(self):
         for method, count in OPTIONAL.items():
             arguments, expected = [row[2:] for row in ROWS if row[0] == method][0]
             self.assertEqual(expected, self.call(method, arguments[:-count]), method)
 
-    def test_tooManyArguments(self):
+    def testTooManyArguments(self):
         for method, _, arguments, _ in ROWS:
             if method not in PARSE_NOTHING:
                 self.assertRefused(method, arguments + (None,))
 
-    def test_methodsThatParseNothingTakeAnything(self):
+    def testMethodsThatParseNothingTakeAnything(self):
         for method in PARSE_NOTHING:
             function = getattr(self.delegate, method)
             self.assertEqual(function(), function(1, None, "x"), method)
 
-    def test_noMethodTakesKeywords(self):
+    def testNoMethodTakesKeywords(self):
         for row in ROWS:
             self.assertRaises(TypeError, getattr(self.delegate, row[0]), name=1)
             self.assertNothingWasDone(row[0])
@@ -204,7 +204,7 @@ class EveryMethodTest(PreparedTest):
 class TextArgumentTest(PreparedTest):
     """What text may be, beyond the plain."""
 
-    def test_subclassesOfStr(self):
+    def testSubclassesOfStr(self):
         class Name(str):
             pass
 
@@ -213,10 +213,10 @@ class TextArgumentTest(PreparedTest):
         self.assertIn((DELEGATE, "locationsSelected", ["/root"]), self.plugins.take())
 
     @unittest.skipIf(IS_PYTHON_3, "Python 3 has no other text")
-    def test_python2TakesUnicodeOfAsciiOutsideLists(self):
+    def testPython2TakesUnicodeOfAsciiOutsideLists(self):
         self.assertEqual(0, self.delegate.getComponentIndex(u"k"))
 
-    def test_namesThatAreNoUtf8ComeBackUnchanged(self):
+    def testNamesThatAreNoUtf8ComeBackUnchanged(self):
         name = "caf\udce9" if IS_PYTHON_3 else "caf\xe9"
         self.delegate.addComponent(COMPONENT, name)
         self.delegate.addViewport(VIEWPORT, name)
@@ -229,17 +229,17 @@ class TextArgumentTest(PreparedTest):
         self.assertEqual((1, 1), (self.delegate.getNumberOfComponents(),
                                   self.delegate.getNumberOfViewports()))
 
-    def test_namesOfOtherScripts(self):
+    def testNamesOfOtherScripts(self):
         name = "\u30d3\u30e5\u30fc" if IS_PYTHON_3 else u"\u30d3\u30e5\u30fc".encode("utf-8")
         self.delegate.addComponent(COMPONENT, name)
         self.assertEqual(name, self.delegate.getComponentName(1))
 
-    def test_theEmptyTextIsText(self):
+    def testTheEmptyTextIsText(self):
         self.delegate.addComponent(COMPONENT, "")
         self.assertEqual(1, self.delegate.getComponentIndex(""))
         self.assertIsNone(self.delegate.getAttributes(""))
 
-    def test_aPathInAListEndsAtItsZero(self):
+    def testAPathInAListEndsAtItsZero(self):
         self.delegate.setSelectedLocations(["/root\0x"])
         self.assertIn((DELEGATE, "locationsSelected", ["/root"]), self.plugins.take())
 
@@ -247,7 +247,7 @@ class TextArgumentTest(PreparedTest):
 class ListArgumentTest(PreparedTest):
     """What a list may be, beyond the plain."""
 
-    def test_subclassesOfList(self):
+    def testSubclassesOfList(self):
         class Paths(list):
             def __iter__(self):
                 raise AssertionError("walked by the list's own items")
@@ -257,16 +257,16 @@ class ListArgumentTest(PreparedTest):
         self.delegate.setSelectedLocations(Paths(["/root"]))
         self.assertIn((DELEGATE, "locationsSelected", ["/root"]), self.plugins.take())
 
-    def test_emptyLists(self):
+    def testEmptyLists(self):
         for method, parameters, _, _ in ROWS:
             if parameters and parameters[0] is NO_LIST_OF_TEXT:
                 self.assertIsNone(errorOf(getattr(self.delegate, method), []), method)
 
-    def test_aPathMayStandTwice(self):
+    def testAPathMayStandTwice(self):
         self.delegate.setSelectedLocations(["/root", "/root"])
         self.assertIn((DELEGATE, "locationsSelected", ["/root", "/root"]), self.plugins.take())
 
-    def test_longLists(self):
+    def testLongLists(self):
         paths = ["/root/%d" % number for number in range(10000)]
         self.delegate.setSelectedLocations(paths)
         self.assertIn((DELEGATE, "locationsSelected", paths), self.plugins.take())
@@ -275,7 +275,7 @@ class ListArgumentTest(PreparedTest):
 class IntegerArgumentTest(PreparedTest):
     """What an integer may be, beyond the plain."""
 
-    def test_theLimitsOf32BitsPass(self):
+    def testTheLimitsOf32BitsPass(self):
         for value in (2 ** 31 - 1, -2 ** 31):
             self.assertIsNone(self.delegate.setManipulationFreezePeriod(value))
             self.assertIsNone(self.delegate.getComponentByIndex(value))
@@ -284,7 +284,7 @@ class IntegerArgumentTest(PreparedTest):
             self.assertIsNone(self.delegate.removeViewportByIndex(value))
         self.assertNothingWasDone("the limits")
 
-    def test_anOptionIdIsCutTo64Bits(self):
+    def testAnOptionIdIsCutTo64Bits(self):
         for value, optionId in ((2 ** 64 - 1, 2 ** 64 - 1), (-1, 2 ** 64 - 1), (2 ** 64 + 5, 5),
                                 (True, 1), (0, 0)):
             self.delegate.getOption(value)
@@ -293,7 +293,7 @@ class IntegerArgumentTest(PreparedTest):
                               (DELEGATE, "setOption", optionId, IntAttribute(1))],
                              self.plugins.take())
 
-    def test_anIntegerMayRunCodeThatChangesTheList(self):
+    def testAnIntegerMayRunCodeThatChangesTheList(self):
         class Index(object):
             def __index__(index):
                 self.delegate.removeComponent("k")
@@ -305,7 +305,7 @@ class IntegerArgumentTest(PreparedTest):
         self.delegate.removeComponentByIndex(Index())
         self.assertEqual(0, self.delegate.getNumberOfComponents())
 
-    def test_anIntegersErrorIsPassedOn(self):
+    def testAnIntegersErrorIsPassedOn(self):
         class Index(object):
             def __index__(index):
                 raise KeyError("index")

@@ -29,32 +29,32 @@ class ManipulatorsTest(ScriptedTest):
             (AIM, "matches"): lambda host, location: 1 if location == LIGHT else 0})
         self.plugins.take()
 
-    def test_registeredManipulatorsComeInTheirOrderWithTheirTags(self):
+    def testRegisteredManipulatorsComeInTheirOrderWithTheirTags(self):
         self.assertEqual(GroupAttribute((MOVE, MOVE_TAGS), (AIM, AIM_TAGS)),
                          self.delegate.getRegisteredManipulatorsInfo())
         self.assertEqual([(MOVE, "getTags"), (AIM, "getTags")], self.plugins.take())
 
-    def test_argumentsOfRegisteredManipulatorsAreIgnored(self):
+    def testArgumentsOfRegisteredManipulatorsAreIgnored(self):
         self.assertEqual(self.delegate.getRegisteredManipulatorsInfo(),
                          self.delegate.getRegisteredManipulatorsInfo(1, 2))
 
-    def test_oneMatchingLocationOfTwoIsEnough(self):
+    def testOneMatchingLocationOfTwoIsEnough(self):
         self.assertEqual(GroupAttribute((MOVE, MOVE_TAGS)),
                          self.delegate.getCompatibleManipulatorsInfo(["/root", "/root/mesh"]))
         self.assertEqual([(MOVE, "matches", GroupAttribute()), (MOVE, "matches", MESH),
                           (MOVE, "getTags"), (AIM, "matches", GroupAttribute()),
                           (AIM, "matches", MESH)], self.plugins.take())
 
-    def test_theOrderIsThePluginsAndNotTheLocations(self):
+    def testTheOrderIsThePluginsAndNotTheLocations(self):
         info = self.delegate.getCompatibleManipulatorsInfo(["/root/light", "/root/mesh"])
         self.assertEqual([MOVE, AIM], [name for name, _ in info])
 
-    def test_noLocationFitsNothing(self):
+    def testNoLocationFitsNothing(self):
         for paths in ([], ["/root/unknown"], [""]):
             self.assertEqual(GroupAttribute(), self.delegate.getCompatibleManipulatorsInfo(paths))
         self.assertEqual([], self.plugins.take())
 
-    def test_aPluginsExceptionIsARuntimeError(self):
+    def testAPluginsExceptionIsARuntimeError(self):
         for entry in ("matches", "getTags"):
             self.plugins.answers[MOVE, entry] = ScriptedPlugins.StandardError("from " + entry)
             self.assertError(RuntimeError, "from " + entry,
@@ -64,14 +64,14 @@ class ManipulatorsTest(ScriptedTest):
                              self.delegate.getCompatibleManipulatorsInfo, ["/root/mesh"])
             self.plugins.answers[MOVE, entry] = 1 if entry == "matches" else MOVE_TAGS
 
-    def test_aListedPluginThatHasGoneIsARuntimeErrorThatNamesIt(self):
+    def testAListedPluginThatHasGoneIsARuntimeErrorThatNamesIt(self):
         self.addCleanup(ScriptedPlugins.registerManipulators)
         self.plugins.answers[MOVE, "getTags"] = (
             lambda host: ScriptedPlugins.unregisterManipulator(AIM))
         text = "Couldn't load Manipulator plugin type '%s'." % AIM
         self.assertError(RuntimeError, text, self.delegate.getRegisteredManipulatorsInfo)
 
-    def test_matchesMayDropTheDelegate(self):
+    def testMatchesMayDropTheDelegate(self):
         holder = [self.delegate]
         self.delegate = None
 

@@ -355,48 +355,48 @@ def documentation(typeName, method):
 class DocumentationTest(unittest.TestCase):
     maxDiff = None
 
-    def test_everyMethodBeginsWithItsSignature(self):
+    def testEveryMethodBeginsWithItsSignature(self):
         for typeName, methods in METHODS:
             for method, signature in methods:
                 lines = documentation(typeName, method).split("\n")
                 self.assertEqual(signature, lines[0], "%s.%s" % (typeName, method))
 
-    def test_everyMethodSaysWhatItDoes(self):
+    def testEveryMethodSaysWhatItDoes(self):
         for typeName, methods in METHODS:
             for method, _ in methods:
                 paragraphs = documentation(typeName, method).split("\n\n")
                 self.assertGreater(len(paragraphs), 1, "%s.%s" % (typeName, method))
                 self.assertTrue(paragraphs[1], "%s.%s" % (typeName, method))
 
-    def test_textsThatCarryMeaning(self):
+    def testTextsThatCarryMeaning(self):
         for typeName, texts in TEXTS.items():
             for method, paragraphs in texts.items():
                 self.assertEqual(paragraphs, documentation(typeName, method).split("\n\n")[1:],
                                  "%s.%s" % (typeName, method))
 
-    def test_theRegisteredManipulatorsInfoHasTheFormOfTheCompatibleOnes(self):
+    def testTheRegisteredManipulatorsInfoHasTheFormOfTheCompatibleOnes(self):
         self.assertTrue(documentation("ViewerDelegate", "getRegisteredManipulatorsInfo")
                         .endswith("\n\n" + MANIPULATORS_INFO))
 
-    def test_hoverTellsOfTheContext(self):
+    def testHoverTellsOfTheContext(self):
         self.assertIn("Called whenever the mouse pointer hovers or exits the Viewport. This runs "
                       "with the GL context made current to allow hovering GL code to run.",
                       documentation("Viewport", "hover"))
 
-    def test_typesOfferTheseMethodsAndNoOthers(self):
+    def testTypesOfferTheseMethodsAndNoOthers(self):
         for typeName, methods in METHODS:
             offered = [name for name in vars(getattr(ViewerAPI, typeName))
                        if not name.startswith("__")]
             self.assertEqual(sorted(name for name, _ in methods), sorted(offered), typeName)
 
     @unittest.skipUnless(sys.version_info[0] >= 3, "Python 2's dicts have no order")
-    def test_methodsStandInTheirOrder(self):
+    def testMethodsStandInTheirOrder(self):
         for typeName, methods in METHODS:
             offered = [name for name in vars(getattr(ViewerAPI, typeName))
                        if not name.startswith("__")]
             self.assertEqual([name for name, _ in methods], offered, typeName)
 
-    def test_typesAndModuleHaveTheirTexts(self):
+    def testTypesAndModuleHaveTheirTexts(self):
         for typeName, _ in METHODS:
             self.assertEqual(typeName + " plugin", getattr(ViewerAPI, typeName).__doc__)
         self.assertEqual(

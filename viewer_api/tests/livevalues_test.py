@@ -86,7 +86,7 @@ X = GroupAttribute(("x", IntAttribute(1)))
 
 
 class SetValueTest(LiveTest):
-    def test_theBridgeGetsTheValueAndWhetherItIsFinal(self):
+    def testTheBridgeGetsTheValueAndWhetherItIsFinal(self):
         self.set(value=5)
         self.set(value=6, final=1)
         self.assertEqual([("setValue", "/root/a", "x", IntAttribute(5), 0),
@@ -94,12 +94,12 @@ class SetValueTest(LiveTest):
         self.assertEqual([str, str, IntAttribute, int],
                          [type(argument) for argument in self.bridge.calls[0][1:]])
 
-    def test_aNullValueDoesNothing(self):
+    def testANullValueDoesNothing(self):
         self.call("setManipulatedAttribute /root/a x 0 null")
         self.assertEqual([], self.bridge.calls)
         self.assertIsNone(self.live())
 
-    def test_anExceptionInSetValueIsPrintedAndTheValueIsStillKept(self):
+    def testAnExceptionInSetValueIsPrintedAndTheValueIsStillKept(self):
         self.bridge.answers["setValue"] = ValueError("refused")
         self.assertIsNone(errorOf(self.set))
         printed = self.takePrinted()
@@ -109,18 +109,18 @@ class SetValueTest(LiveTest):
         self.assertEqual(["/root/a"], self.takeEvents())
         self.assertTrue(self.delegate.isFrozenDueToManipulation())
 
-    def test_aRefusalIsNotLookedAt(self):
+    def testARefusalIsNotLookedAt(self):
         self.bridge.answers["setValue"] = False
         self.set()
         self.assertEqual(X, self.live())
 
-    def test_aLocationThatIsNotThereFailsQuietly(self):
+    def testALocationThatIsNotThereFailsQuietly(self):
         self.set("/root/unknown", final=1)
         self.assertIn(": 0", self.takeLog()[0])
         self.assertFalse(self.delegate.isFrozenDueToManipulation())
         self.assertEqual("", self.takePrinted())
 
-    def test_whatTheViewsShow(self):
+    def testWhatTheViewsShow(self):
         self.set()
         merged = GroupAttribute(("name", StringAttribute("/root/a")), ("x", IntAttribute(1)))
         for method, attributes in (("getAttributes", merged), ("getLiveAttributes", X),
@@ -130,14 +130,14 @@ class SetValueTest(LiveTest):
                          ViewerAPI.kVlViewerDelegateLookThrough):
                 self.assertIsNone(getattr(self.delegate, method)("/root/a", view), method)
 
-    def test_setValueMayPump(self):
+    def testSetValueMayPump(self):
         ScriptedScene.report(self.firstClient, "/root/a", named("newer"))
         self.bridgeDoes("setValue", self.delegate.processLocationEvents)
         self.set()
         self.assertEqual(named("newer"), self.delegate.getCookedAttributes("/root/a"))
         self.assertEqual(X, self.live())
 
-    def test_setValueMayChangeComponentsAndViewports(self):
+    def testSetValueMayChangeComponentsAndViewports(self):
         self.delegate.addComponent(COMPONENT, "c")
         self.delegate.addViewport(VIEWPORT, "v")
 
@@ -153,7 +153,7 @@ class SetValueTest(LiveTest):
                          [call[1] for call in self.plugins.take(COMPONENT)])
         self.assertEqual(X, self.live())
 
-    def test_setValueMayDropTheLastReferenceToTheDelegate(self):
+    def testSetValueMayDropTheLastReferenceToTheDelegate(self):
         viewport = self.delegate.addViewport("ProbeViewport", "v")
         count, counts = instanceCount(), []
 
@@ -171,7 +171,7 @@ class SetValueTest(LiveTest):
 
 
 class FreezeTest(LiveTest):
-    def test_whatTheBridgeAnswersEndsTheFreezeOrNot(self):
+    def testWhatTheBridgeAnswersEndsTheFreezeOrNot(self):
         for answer, isFrozen, printed in ((-1, True, ""), (LONG(-1), True, ""), (0, False, ""),
                                           (7, False, ""), (LONG(7), False, ""),
                                           (LONG(2 ** 31 - 1), False, ""), (-2, False, ""),
@@ -191,7 +191,7 @@ class FreezeTest(LiveTest):
             ScriptedScene.report(self.firstClient, "/root/b", named("older"))
             self.delegate.processLocationEvents()
 
-    def test_whileFrozenTheChannelIsSilentAlthoughThePluginHears(self):
+    def testWhileFrozenTheChannelIsSilentAlthoughThePluginHears(self):
         told = []
         self.delegate.registerCallback(CHANGED, told.append)
         self.set()
@@ -204,7 +204,7 @@ class FreezeTest(LiveTest):
         self.delegate.processLocationEvents()
         self.assertEqual((["/root/b"], [None]), (self.takeEvents(), told))
 
-    def test_theFreezePeriodHoldsByTheMachinesClock(self):
+    def testTheFreezePeriodHoldsByTheMachinesClock(self):
         self.delegate.setManipulationFreezePeriod(3600 * 1000)
         self.set(final=1)
         self.delegate.processLocationEvents()
@@ -215,7 +215,7 @@ class FreezeTest(LiveTest):
 
 
 class GroupTest(LiveTest):
-    def test_duringAGroupPluginsHearAtTheClose(self):
+    def testDuringAGroupPluginsHearAtTheClose(self):
         self.call("openManipulationGroup /root/a")
         self.set(value=1)
         self.set(value=2)
@@ -226,7 +226,7 @@ class GroupTest(LiveTest):
                           "closeManipulationGroup"], [call[0] for call in self.bridge.calls])
         self.assertEqual(("closeManipulationGroup", "/root/a"), self.bridge.calls[-1])
 
-    def test_anErrorOfAGroupCallSurfacesWherePythonCalledAndTheGroupGoesOn(self):
+    def testAnErrorOfAGroupCallSurfacesWherePythonCalledAndTheGroupGoesOn(self):
         for method in ("openManipulationGroup", "closeManipulationGroup"):
             self.bridge.answers[method] = ValueError(method)
         error = errorOf(self.call, "openManipulationGroup /root/a")
@@ -240,7 +240,7 @@ class GroupTest(LiveTest):
         self.assertEqual(["/root/a"], self.takeEvents())
         self.assertEqual("", self.takePrinted())
 
-    def test_aCloseTellsTheLookThroughThenThePluginAndThenEndsTheGroup(self):
+    def testACloseTellsTheLookThroughThenThePluginAndThenEndsTheGroup(self):
         path, order = "/root/a", []
         self.delegate.setLookThroughLocation(self.delegate.addViewport(VIEWPORT, "v"), path)
         ScriptedScene.report(self.firstClient + 3, path, named("camera"))
@@ -259,7 +259,7 @@ class GroupTest(LiveTest):
         self.assertEqual(["bridge", "__LOOKTHROUGH_LOCATION_COOKED", "locationEvent"], order)
         del component
 
-    def test_aListenerThatRaisesDuringACloseLeavesTheGroupClosedAndItsValuesTold(self):
+    def testAListenerThatRaisesDuringACloseLeavesTheGroupClosedAndItsValuesTold(self):
         path = "/root/a"
         self.delegate.setLookThroughLocation(self.delegate.addViewport(VIEWPORT, "v"), path)
         ScriptedScene.report(self.firstClient + 3, path, named("camera"))
@@ -283,7 +283,7 @@ class GroupTest(LiveTest):
 class DeliveryTest(LiveTest):
     """A plug-in that sets values while it is told of locations."""
 
-    def test_recordsStayInOrder(self):
+    def testRecordsStayInOrder(self):
         for rule in ("setManipulatedAttribute /root/b x 0 int:1@ProbeDelegate.locationEvent#1",
                      "setManipulatedAttribute /root/a x 0 int:2@ProbeDelegate.locationEvent#1"):
             self.command("call:delegate." + rule)
@@ -316,7 +316,7 @@ class ListenerTest(LiveTest):
         self.assertIsNone(errorOf(self.delegate.processLocationEvents))
         return first, self.takeEvents()
 
-    def test_itMayRaiseAndTheNextPumpWorks(self):
+    def testItMayRaiseAndTheNextPumpWorks(self):
         def refuse():
             raise ValueError("x")
 
@@ -330,7 +330,7 @@ class ListenerTest(LiveTest):
         self.assertEqual(2, self.told)
         self.assertEqual("", self.takePrinted())
 
-    def test_itMayPump(self):
+    def testItMayPump(self):
         def pump():
             ScriptedScene.report(self.firstClient, "/root/b", named("between"))
             self.delegate.processLocationEvents()
@@ -338,13 +338,13 @@ class ListenerTest(LiveTest):
         self.assertEqual((["/root/a", "/root/b"], ["/root/b"]), self.pumpWith(pump))
         self.assertEqual(3, self.told)
 
-    def test_itMaySetAValue(self):
+    def testItMaySetAValue(self):
         self.assertEqual((["/root/a", "/root/b"], []), self.pumpWith(
             lambda: self.set("/root/b")), "the second event waits: the drag has begun")
         self.assertEqual(1, self.told)
         self.assertEqual(X, self.live("/root/b"))
 
-    def test_itMayChangeComponentsAndViewports(self):
+    def testItMayChangeComponentsAndViewports(self):
         self.delegate.addComponent(COMPONENT, "c")
         self.delegate.addViewport(VIEWPORT, "v")
 
@@ -359,12 +359,12 @@ class ListenerTest(LiveTest):
         self.assertEqual(("d", "w"), (self.delegate.getComponentName(0),
                                       self.delegate.getViewportName(0)))
 
-    def test_itMayClearAllCallbacks(self):
+    def testItMayClearAllCallbacks(self):
         self.assertEqual((["/root/a"], ["/root/b"]), self.pumpWith(
             lambda: (self.delegate.unregisterAllCallbacks(), gc.collect())))
         self.assertEqual((1, None), (self.told, self.error))
 
-    def test_itMayCleanTheDelegateUp(self):
+    def testItMayCleanTheDelegateUp(self):
         self.delegate.addComponent(COMPONENT, "c")
         self.delegate.addViewport(VIEWPORT, "v")
         self.assertEqual((["/root/a"], ["/root/b"]), self.pumpWith(self.delegate.cleanup))
@@ -372,7 +372,7 @@ class ListenerTest(LiveTest):
         self.assertEqual((0, 0), (self.delegate.getNumberOfComponents(),
                                   self.delegate.getNumberOfViewports()))
 
-    def test_itMayDropTheLastReferenceToTheDelegate(self):
+    def testItMayDropTheLastReferenceToTheDelegate(self):
         viewport = self.delegate.addViewport("ProbeViewport", "v")
         count, counts = instanceCount(), []
 
@@ -395,7 +395,7 @@ class ListenerTest(LiveTest):
 
 
 class ChannelOrderTest(LiveTest):
-    def test_onePumpFiresInTheOrderOfItsSteps(self):
+    def testOnePumpFiresInTheOrderOfItsSteps(self):
         path, fired = "/root/a", []
         viewport = self.delegate.addViewport(VIEWPORT, "v")
         for name in LOOKTHROUGH + [CHANGED]:
@@ -414,7 +414,7 @@ class ChannelOrderTest(LiveTest):
         self.delegate.processLocationEvents()
         self.assertEqual(["__LOOKTHROUGH_LOCATION_DOES_NOT_EXIST", CHANGED], fired)
 
-    def test_aValueOnALookedThroughLocationIsToldAtOnceAndBeforeThePluginHears(self):
+    def testAValueOnALookedThroughLocationIsToldAtOnceAndBeforeThePluginHears(self):
         path, got = "/root/a", []
         self.delegate.setLookThroughLocation(self.delegate.addViewport(VIEWPORT, "v"), path)
         ScriptedScene.report(self.firstClient + 3, path, named("camera"))
@@ -430,7 +430,7 @@ class ChannelOrderTest(LiveTest):
         self.assertEqual(merged, self.delegate.getAttributes(
             path, ViewerAPI.kVlViewerDelegateLookThrough))
 
-    def test_aListenerThatRaisesFromAValueLeavesItGuardedAndTold(self):
+    def testAListenerThatRaisesFromAValueLeavesItGuardedAndTold(self):
         path = "/root/a"
         self.delegate.setLookThroughLocation(self.delegate.addViewport(VIEWPORT, "v"), path)
         ScriptedScene.report(self.firstClient + 3, path, named("camera"))

@@ -55,14 +55,14 @@ class LookThroughTest(ScriptedTest):
 
 
 class OutcomeTest(LookThroughTest):
-    def test_aRequestIsToldAndThenItsOutcome(self):
+    def testARequestIsToldAndThenItsOutcome(self):
         self.assertIsNone(self.look(CAMERA))
         self.assertEqual([(REQUESTED, "left", CAMERA)], self.takeFired())
         self.assertEqual(["setLocationsActive"], self.commands())
         self.cook()
         self.assertEqual([(COOKED, "left", CAMERA), (CHANGED, "left", CAMERA)], self.takeFired())
 
-    def test_thePayloadIsViewportLocationAndAttributesInThisOrder(self):
+    def testThePayloadIsViewportLocationAndAttributesInThisOrder(self):
         self.look(CAMERA)
         self.cook()
         named = [("viewport", StringAttribute("left")), ("location", StringAttribute(CAMERA))]
@@ -71,7 +71,7 @@ class OutcomeTest(LookThroughTest):
                          [(channel, list(payload)) for channel, payload in self.fired])
         self.assertIsNone(self.fired[0][1].getChildByName("attrs"))
 
-    def test_whatDoesNotExistIsToldUntilItDoes(self):
+    def testWhatDoesNotExistIsToldUntilItDoes(self):
         self.look(CAMERA)
         ScriptedScene.reportGone(self.firstClient + 3, CAMERA)
         self.delegate.processLocationEvents()
@@ -79,7 +79,7 @@ class OutcomeTest(LookThroughTest):
         self.cook()
         self.assertEqual([(COOKED, "left", CAMERA), (CHANGED, "left", CAMERA)], self.takeFired())
 
-    def test_anEmptyStringEndsIt(self):
+    def testAnEmptyStringEndsIt(self):
         self.look(CAMERA)
         self.takeFired()
         self.commands()
@@ -87,7 +87,7 @@ class OutcomeTest(LookThroughTest):
         self.assertEqual([(CHANGED, "left", "")], self.takeFired())
         self.assertEqual(["setLocationsInactive"], self.commands())
 
-    def test_eachViewportHasItsOwn(self):
+    def testEachViewportHasItsOwn(self):
         right = self.createViewport("right")
         self.look(CAMERA)
         self.look(CAMERA, right)
@@ -97,7 +97,7 @@ class OutcomeTest(LookThroughTest):
                           (COOKED, "right", CAMERA), (CHANGED, "right", CAMERA)],
                          self.takeFired())
 
-    def test_theLookThroughViewHasTheAttributes(self):
+    def testTheLookThroughViewHasTheAttributes(self):
         self.look(CAMERA)
         self.assertIsNone(self.delegate.getAttributes(CAMERA,
                                                       ViewerAPI.kVlViewerDelegateLookThrough))
@@ -107,7 +107,7 @@ class OutcomeTest(LookThroughTest):
 
 
 class ArgumentTest(LookThroughTest):
-    def test_aPathWithoutALeadingSlashRaises(self):
+    def testAPathWithoutALeadingSlashRaises(self):
         self.look(CAMERA)
         self.takeFired()
         for path in ("camera", "root/camera", " "):
@@ -117,14 +117,14 @@ class ArgumentTest(LookThroughTest):
         self.cook()
         self.assertEqual([], self.takeFired(), "the old request is gone")
 
-    def test_wrongArgumentsRaiseTheParsersErrors(self):
+    def testWrongArgumentsRaiseTheParsersErrors(self):
         for arguments in ((), (self.viewport,), (self.viewport, 1), (self.viewport, None),
                           (self.viewport, CAMERA, 1)):
             error = errorOf(self.delegate.setLookThroughLocation, *arguments)
             self.assertIs(TypeError, type(error), arguments)
         self.assertEqual([], self.takeFired())
 
-    def test_aRemovedViewportIsIgnored(self):
+    def testARemovedViewportIsIgnored(self):
         self.look(CAMERA)
         self.delegate.removeViewport("left")
         self.takeFired()
@@ -133,21 +133,21 @@ class ArgumentTest(LookThroughTest):
             self.assertIsNone(self.look(path))
         self.assertEqual(([], []), (self.takeFired(), self.commands()))
 
-    def test_aViewportOfAnotherDelegateIsIgnored(self):
+    def testAViewportOfAnotherDelegateIsIgnored(self):
         first = self.delegate
         other = self.createDelegate().addViewport(VIEWPORT, "other")
         self.commands()
         self.assertIsNone(first.setLookThroughLocation(other, CAMERA))
         self.assertEqual(([], []), (self.takeFired(), self.commands()))
 
-    def test_theDocumentationNamesTheChannels(self):
+    def testTheDocumentationNamesTheChannels(self):
         text = ViewerAPI.ViewerDelegate.setLookThroughLocation.__doc__
         for channel in CHANNELS:
             self.assertIn('"%s"' % channel, text)
 
 
 class ListenerTest(LookThroughTest):
-    def test_anErrorSurfacesAndTheRequestStaysOpen(self):
+    def testAnErrorSurfacesAndTheRequestStaysOpen(self):
         def fail():
             raise ValueError("x")
         self.look(CAMERA)
@@ -160,7 +160,7 @@ class ListenerTest(LookThroughTest):
         self.cook()
         self.assertEqual([(COOKED, "left", CAMERA), (CHANGED, "left", CAMERA)], self.takeFired())
 
-    def test_itMayAskForAnotherLocation(self):
+    def testItMayAskForAnotherLocation(self):
         self.look(CAMERA)
         self.takeFired()
         self.listen(COOKED, lambda: self.look("/root/light"))
@@ -168,7 +168,7 @@ class ListenerTest(LookThroughTest):
         self.assertEqual([(COOKED, "left", CAMERA), (REQUESTED, "left", "/root/light")],
                          self.takeFired())
 
-    def test_itMayRemoveTheViewport(self):
+    def testItMayRemoveTheViewport(self):
         self.look(CAMERA)
         self.takeFired()
         self.listen(COOKED, lambda: self.delegate.removeViewport("left"))
@@ -176,7 +176,7 @@ class ListenerTest(LookThroughTest):
         self.assertEqual([(COOKED, "left", CAMERA)], self.takeFired())
         self.assertEqual(0, self.delegate.getNumberOfViewports())
 
-    def test_itMayLetTheDelegateGo(self):
+    def testItMayLetTheDelegateGo(self):
         self.createViewport("right")
         self.look(CAMERA)
         self.look(CAMERA, self.delegate.getViewport("right"))

@@ -64,14 +64,14 @@ class ManipulatorTest(ScriptedTest):
 
     # ---- Activation
 
-    def test_activationMakesOneInstanceAndSignalsOnce(self):
+    def testActivationMakesOneInstanceAndSignalsOnce(self):
         heard = self.signals()
         for _ in range(2):
             self.assertIsNone(self.viewport.activateManipulator(MOVE, [], True))
         self.assertEqual([(MOVE, "create")], self.plugins.take())
         self.assertEqual([self.signal(MOVE)], heard)
 
-    def test_deactivationDestroysAndSignals(self):
+    def testDeactivationDestroysAndSignals(self):
         self.activate()
         self.activate(name=AIM)
         heard = self.signals()
@@ -85,7 +85,7 @@ class ManipulatorTest(ScriptedTest):
         self.assertEqual([(AIM, "destroy")], self.plugins.take())
         self.assertEqual([self.signal(MOVE), self.signal("")], heard)
 
-    def test_theCallerSaysWhetherToSignal(self):
+    def testTheCallerSaysWhetherToSignal(self):
         heard = self.signals()
         for signal in (False, 0):
             self.viewport.activateManipulator(MOVE, [], signal)
@@ -98,7 +98,7 @@ class ManipulatorTest(ScriptedTest):
             self.viewport.deactivateAllManipulators(signal)
         self.assertEqual(6, len(heard))
 
-    def test_anErrorOfTheListenerIsRaisedWithTheWorkDone(self):
+    def testAnErrorOfTheListenerIsRaisedWithTheWorkDone(self):
         def fail(value):
             raise ValueError("in the panel")
         self.delegate.setActiveManipulatorsChangedCallback(fail)
@@ -110,7 +110,7 @@ class ManipulatorTest(ScriptedTest):
         self.assertIn("in the panel", str(error))
         self.assertEqual(0, self.viewport.getNumberOfActiveManipulators())
 
-    def test_whatThePluginThrowsIsARuntimeError(self):
+    def testWhatThePluginThrowsIsARuntimeError(self):
         self.plugins.answers[MOVE, "create"] = ScriptedPlugins.StandardError("no memory")
         self.assertError(RuntimeError, "no memory", self.viewport.activateManipulator, MOVE, [], 1)
         self.plugins.answers[MOVE, "create"] = ScriptedPlugins.OtherError()
@@ -118,7 +118,7 @@ class ManipulatorTest(ScriptedTest):
                          self.viewport.activateManipulator, MOVE, [], 1)
         self.assertEqual(0, self.viewport.getNumberOfActiveManipulators())
 
-    def test_tagsOfNoManipulatorAskNoPlugin(self):
+    def testTagsOfNoManipulatorAskNoPlugin(self):
         self.activate()
         self.assertEqual(TAGS, self.viewport.getActiveManipulatorTags(0))
         self.assertEqual([(MOVE, "getTags")], self.plugins.take())
@@ -128,7 +128,7 @@ class ManipulatorTest(ScriptedTest):
 
     # ---- Locations
 
-    def test_locationPathsAreThoseThatMatch(self):
+    def testLocationPathsAreThoseThatMatch(self):
         self.cook("/root/mesh", MESH)
         self.cook("/root/light", LIGHT)
         manipulator = self.activate(["/root/light", "/root/later", "/root/mesh"])
@@ -139,7 +139,7 @@ class ManipulatorTest(ScriptedTest):
                          manipulator.getLocationPaths())
         self.assertIs(True, self.viewport.isDirty())
 
-    def test_theApplicationIsAskedWhetherTheNodeMayBeEdited(self):
+    def testTheApplicationIsAskedWhetherTheNodeMayBeEdited(self):
         editor = GroupAttribute(("exclusiveTo", StringAttribute("node1")))
         self.cook("/root/mesh", GroupAttribute(("attributeEditor", editor)))
         self.plugins.answers[MOVE, "matches"] = 1
@@ -148,14 +148,14 @@ class ManipulatorTest(ScriptedTest):
 
     # ---- The type
 
-    def test_methodsAnswer(self):
+    def testMethodsAnswer(self):
         self.cook("/root/mesh", MESH)
         manipulator = self.activate(["/root/mesh"])
         self.assertEqual((MOVE, TAGS, StringAttribute("/root/mesh")),
                          (manipulator.getPluginName(), manipulator.getTags(),
                           manipulator.getLocationPaths()))
 
-    def test_optionsReachThePlugin(self):
+    def testOptionsReachThePlugin(self):
         manipulator = self.activate()
         identity = ViewerAPI.GenerateOptionId("o")
         self.plugins.answers[MOVE, "getOption"] = IntAttribute(5)
@@ -167,13 +167,13 @@ class ManipulatorTest(ScriptedTest):
                           (MOVE, "getOption", 7), (MOVE, "getOption", identity)],
                          self.plugins.take())
 
-    def test_itIsMadeByNobodyElse(self):
+    def testItIsMadeByNobodyElse(self):
         self.assertIs(TypeError, type(errorOf(ViewerAPI.Manipulator)))
         self.assertError(RuntimeError, "Please use the Viewport.activateManipulator() function to "
                          "instantiate a Manipulator.", ViewerAPI.Manipulator.__init__,
                          self.activate())
 
-    def test_itHoldsTheViewportObjectItCameFrom(self):
+    def testItHoldsTheViewportObjectItCameFrom(self):
         before = sys.getrefcount(self.viewport)
         manipulator = self.activate()
         self.assertEqual(before + 1, sys.getrefcount(self.viewport))
@@ -181,7 +181,7 @@ class ManipulatorTest(ScriptedTest):
         self.assertEqual(before, sys.getrefcount(self.viewport))
         self.assertEqual(1, self.viewport.getNumberOfActiveManipulators())
 
-    def test_thoseOfTwoObjectsOfOneViewportAreBothValid(self):
+    def testThoseOfTwoObjectsOfOneViewportAreBothValid(self):
         self.activate()
         other = self.delegate.getViewport("v")
         self.assertIsNot(self.viewport, other)
@@ -191,41 +191,41 @@ class ManipulatorTest(ScriptedTest):
 
     # ---- After its end
 
-    def test_afterDeactivationEveryMethodRaises(self):
+    def testAfterDeactivationEveryMethodRaises(self):
         for end in (lambda: self.viewport.deactivateManipulator(MOVE, True),
                     lambda: self.viewport.deactivateAllManipulators(True)):
             manipulator = self.activate()
             end()
             self.assertDestroyed(manipulator)
 
-    def test_aNewOneOfTheNameDoesNotReviveTheOld(self):
+    def testANewOneOfTheNameDoesNotReviveTheOld(self):
         manipulator = self.activate()
         self.viewport.deactivateManipulator(MOVE, True)
         self.activate()
         self.assertDestroyed(manipulator)
 
-    def test_afterTheViewportsRemovalEveryMethodRaises(self):
+    def testAfterTheViewportsRemovalEveryMethodRaises(self):
         manipulator = self.activate()
         self.delegate.removeViewport("v")
         self.assertDestroyed(manipulator)
 
-    def test_afterTheDelegatesEndEveryMethodRaises(self):
+    def testAfterTheDelegatesEndEveryMethodRaises(self):
         manipulator = self.activate()
         self.delegate = None
         self.assertIn((DELEGATE, "destroy"), self.plugins.take())
         self.assertDestroyed(manipulator)
 
-    def test_afterTheDelegatesCleanupEveryMethodRaises(self):
+    def testAfterTheDelegatesCleanupEveryMethodRaises(self):
         manipulator = self.activate()
         self.delegate.cleanup()
         self.assertDestroyed(manipulator)
 
-    def test_itMayOutliveEverything(self):
+    def testItMayOutliveEverything(self):
         manipulator = self.activate()
         self.viewport = self.delegate = None
         self.assertDestroyed(manipulator)
 
-    def test_deactivatedInItsOwnCallItIsDeadAtOnceAndDestroyedAfterwards(self):
+    def testDeactivatedInItsOwnCallItIsDeadAtOnceAndDestroyedAfterwards(self):
         for call in CALLS[1:2] + CALLS[3:]:
             manipulator = self.activate()
             entry = call[0].replace("ByName", "")
@@ -242,7 +242,7 @@ class ManipulatorTest(ScriptedTest):
             self.assertEqual([DESTROYED], raised, call)
             self.assertEqual((MOVE, "destroy"), self.plugins.take()[-1], call)
 
-    def test_theDelegateMayBeDroppedInItsOwnCall(self):
+    def testTheDelegateMayBeDroppedInItsOwnCall(self):
         manipulator = self.activate()
 
         def drop(host, *_):

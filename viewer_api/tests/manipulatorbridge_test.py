@@ -18,19 +18,19 @@ ODD_TEXT = "/caf\udce9" if IS_PYTHON_3 else "/caf\xe9"
 
 
 class BindingTest(ScriptedTest):
-    def test_everyDelegateMakesABridgeOfItsOwn(self):
+    def testEveryDelegateMakesABridgeOfItsOwn(self):
         first = ViewerAPI.CreateViewerDelegate(DELEGATE)
         second = ViewerAPI.CreateViewerDelegate(DELEGATE)
         self.assertEqual(2, len(application.bridges))
         del first, second
 
-    def test_cleanupOfTheDelegateDoesNotTouchIt(self):
+    def testCleanupOfTheDelegateDoesNotTouchIt(self):
         self.createDelegate()
         self.delegate.cleanup()
         self.delegate.setViewOp(ScriptedScene.addOp())
         self.assertEqual(["updateOp"], [call[0] for call in self.bridge.calls])
 
-    def test_itEndsWithTheDelegate(self):
+    def testItEndsWithTheDelegate(self):
         self.createDelegate()
         reference = weakref.ref(self.bridge)
         self.bridge = None
@@ -41,14 +41,14 @@ class BindingTest(ScriptedTest):
         gc.collect()
         self.assertIsNone(reference())
 
-    def test_methodsAreBoundOnce(self):
+    def testMethodsAreBoundOnce(self):
         self.createDelegate()
         calls = []
         self.bridge.updateOp = calls.append
         self.delegate.setViewOp(ScriptedScene.addOp())
         self.assertEqual(([], ["updateOp"]), (calls, [call[0] for call in self.bridge.calls]))
 
-    def test_methodsAreBoundAndReleasedInTheirOrder(self):
+    def testMethodsAreBoundAndReleasedInTheirOrder(self):
         bound, released = [], []
 
         class Method(object):
@@ -78,7 +78,7 @@ class BindingTest(ScriptedTest):
         del holder
         self.assertEqual(methods[:5] + ["the bridge"] + methods[5:], released)
 
-    def test_aClassThatRaisesIsPrintedAndTheDelegateGoesOn(self):
+    def testAClassThatRaisesIsPrintedAndTheDelegateGoesOn(self):
         def fails():
             raise ValueError("no bridge today")
 
@@ -88,13 +88,13 @@ class BindingTest(ScriptedTest):
         self.delegate.setViewOp(ScriptedScene.addOp())
         self.assertIn(NOT_BOUND, self.takePrinted())
 
-    def test_aMissingClassIsPrintedAndTheDelegateGoesOn(self):
+    def testAMissingClassIsPrintedAndTheDelegateGoesOn(self):
         del application.ManipulatorBridge
         self.createDelegate()
         self.assertIn("ManipulatorBridge", self.takePrinted())
         self.delegate.setup()
 
-    def test_bindingStopsAtTheFirstMethodThatIsMissing(self):
+    def testBindingStopsAtTheFirstMethodThatIsMissing(self):
         class HalfBridge(object):
             calls = []
 
@@ -143,7 +143,7 @@ class BindingTest(ScriptedTest):
             self.assertEqual("", self.takePrinted())
         self.assertEqual(3, len(HalfBridge.calls))
 
-    def test_anEmptyHolderAnswersEveryCall(self):
+    def testAnEmptyHolderAnswersEveryCall(self):
         del application.ManipulatorBridge
         holder = BridgeHolder.create()
         self.takePrinted()
@@ -152,7 +152,7 @@ class BindingTest(ScriptedTest):
         self.assertIsNone(BridgeHolder.getValue(holder, "/a", "x"))
         self.assertEqual(3, self.takePrinted().count(NOT_BOUND))
 
-    def test_getValueMustBeThereAlthoughNothingReadsIt(self):
+    def testGetValueMustBeThereAlthoughNothingReadsIt(self):
         class WithoutGetValue(Bridge):
             getValue = property()  # raises AttributeError
 
@@ -162,7 +162,7 @@ class BindingTest(ScriptedTest):
         self.delegate.setViewOp(ScriptedScene.addOp())
         self.assertIn(NOT_BOUND, self.takePrinted())
 
-    def test_aMissingModuleIsPrintedAndTriedAgainByTheNextDelegate(self):
+    def testAMissingModuleIsPrintedAndTriedAgainByTheNextDelegate(self):
         # The module is kept once found, so this needs an interpreter of its own.
         program = (
             "import sys\n"
@@ -209,7 +209,7 @@ class CallTest(ScriptedTest):
     def call(self, name, *arguments):
         return getattr(BridgeHolder, name)(self.holder, *arguments)
 
-    def test_argumentsArriveAsTheyAre(self):
+    def testArgumentsArriveAsTheyAre(self):
         value = DoubleAttribute([1.0, 2.0])
         for name, arguments, passed in (
                 ("setValue", ("/a", "xform.x", value, False), ("/a", "xform.x", value, 0)),
@@ -229,7 +229,7 @@ class CallTest(ScriptedTest):
             self.assertEqual([type(argument) for argument in passed],
                              [type(argument) for argument in self.bridge.calls[0][1:]])
 
-    def test_truthDecidesSetValueAndIsNodeEditable(self):
+    def testTruthDecidesSetValueAndIsNodeEditable(self):
         for answer, truth in ((True, True), (1, True), ("x", True), ([0], True), (False, False),
                               (0, False), (None, False), ("", False)):
             self.bridge.answers["setValue"] = self.bridge.answers["isNodeEditable"] = answer
@@ -237,7 +237,7 @@ class CallTest(ScriptedTest):
             self.assertIs(truth, self.call("isNodeEditable", "node"))
         self.assertEqual("", self.takePrinted())
 
-    def test_aTruthThatRaisesIsPrintedAndFalse(self):
+    def testATruthThatRaisesIsPrintedAndFalse(self):
         class Unclear(object):
             def __bool__(self):
                 raise ValueError("neither")
@@ -249,7 +249,7 @@ class CallTest(ScriptedTest):
         self.assertIs(False, self.call("isNodeEditable", "node"))
         self.assertEqual(2, self.takePrinted().count("ValueError: neither"))
 
-    def test_exceptionsArePrintedAndGoNoFurther(self):
+    def testExceptionsArePrintedAndGoNoFurther(self):
         for name, arguments, failure in (
                 ("setValue", ("/a", "x", IntAttribute(1), True), False),
                 ("isNodeEditable", ("node",), False),
@@ -264,36 +264,36 @@ class CallTest(ScriptedTest):
             self.assertEqual(2, printed.count("Traceback"), printed)
             self.assertEqual(2, printed.count("ValueError: refused by " + name), printed)
 
-    def test_whatGetValueAnswersIsNotConverted(self):
+    def testWhatGetValueAnswersIsNotConverted(self):
         self.bridge.answers["getValue"] = IntAttribute(5)
         self.assertIsNone(self.call("getValue", "/a", "x"))
 
-    def test_commitIdsAreReadAsTheyAre(self):
+    def testCommitIdsAreReadAsTheyAre(self):
         for commit in (-1, 0, 5, 2 ** 31 - 1, -2, True):
             self.bridge.answers["getManipulationCommitId"] = commit
             self.assertEqual(commit, self.call("getManipulationCommitId"))
         self.assertEqual("", self.takePrinted())
 
-    def test_commitIdsAreReadAs32SignedBits(self):
+    def testCommitIdsAreReadAs32SignedBits(self):
         for answer, commit in ((2 ** 31, -2 ** 31), (2 ** 32 - 1, -1), (2 ** 32 + 5, 5)):
             self.bridge.answers["getManipulationCommitId"] = answer
             self.assertEqual(commit, self.call("getManipulationCommitId"))
         self.assertEqual("", self.takePrinted())
 
     @unittest.skipIf(IS_PYTHON_3, "Python 3 has no long")
-    def test_aLongCommitIdIsReadTheSameAsAnInt(self):
+    def testALongCommitIdIsReadTheSameAsAnInt(self):
         for commit in (-1, 0, 7):
             self.bridge.answers["getManipulationCommitId"] = eval("long")(commit)
             self.assertEqual(commit, self.call("getManipulationCommitId"))
         self.assertEqual("", self.takePrinted())
 
-    def test_aCommitIdThatIsNoNumberIsPrintedAndCountsAsAnError(self):
+    def testACommitIdThatIsNoNumberIsPrintedAndCountsAsAnError(self):
         for commit in (None, "1", [], 10 ** 30):
             self.bridge.answers["getManipulationCommitId"] = commit
             self.assertEqual(-2, self.call("getManipulationCommitId"), repr(commit))
             self.assertIn("Error", self.takePrinted(), repr(commit))
 
-    def test_callsLeakNothing(self):
+    def testCallsLeakNothing(self):
         answer, value = object(), IntAttribute(3)
         name = "location" * 10
         self.bridge.answers["cleanupLiveAttributes"] = answer
@@ -318,13 +318,13 @@ class HostTest(ScriptedTest):
         self.bridge = None
         ScriptedTest.tearDown(self)
 
-    def test_setViewOpTellsTheBridgeAlsoOfTheCurrentOp(self):
+    def testSetViewOpTellsTheBridgeAlsoOfTheCurrentOp(self):
         op = ScriptedScene.addOp()
         self.delegate.setViewOp(op)
         self.delegate.setViewOp(op)
         self.assertEqual([("updateOp", op), ("updateOp", op)], self.bridge.calls)
 
-    def test_cleanupIsCalledForEveryEventOfThePrimaryClients(self):
+    def testCleanupIsCalledForEveryEventOfThePrimaryClients(self):
         ScriptedScene.report(self.firstClient, "/root")
         ScriptedScene.report(self.firstClient, "/root/a")
         ScriptedScene.reportGone(self.firstClient, "/root/a")
@@ -335,7 +335,7 @@ class HostTest(ScriptedTest):
                           for path in ("/root", "/root/a", "/root/a", "/root/pinned")],
                          self.bridge.calls)
 
-    def test_anErrorInCleanupSurfacesAtThePumpWhichHasDoneItsWork(self):
+    def testAnErrorInCleanupSurfacesAtThePumpWhichHasDoneItsWork(self):
         self.bridge.answers["cleanupLiveAttributes"] = ValueError("first")
         for path in ("/root", "/root/a"):
             ScriptedScene.report(self.firstClient, path)
@@ -358,14 +358,14 @@ class PendingErrorTest(ScriptedTest):
         self.bridge = None
         ScriptedTest.tearDown(self)
 
-    def test_anErrorOfEachOfTheseCallsStaysPendingAndIsNotPrinted(self):
+    def testAnErrorOfEachOfTheseCallsStaysPendingAndIsNotPrinted(self):
         holder = BridgeHolder.create()
         for name in ("openManipulationGroup", "closeManipulationGroup", "cleanupLiveAttributes"):
             application.bridges[-1].answers[name] = ValueError(name)
             self.assertError(ValueError, name, getattr(BridgeHolder, name), holder, "/a")
         self.assertEqual("", self.takePrinted())
 
-    def test_aCallAfterItIsNotDisturbed(self):
+    def testACallAfterItIsNotDisturbed(self):
         holder = BridgeHolder.create()
         bridge = application.bridges[-1]
         bridge.answers["cleanupLiveAttributes"] = ValueError("first")
@@ -377,7 +377,7 @@ class PendingErrorTest(ScriptedTest):
         self.assertIn("ValueError: second", printed)
         self.assertNotIn("first", printed)
 
-    def test_theFirstErrorIsTheOneThatSurfaces(self):
+    def testTheFirstErrorIsTheOneThatSurfaces(self):
         errors = [ValueError("first"), ValueError("second"), None]
 
         class Answers(dict):
@@ -390,7 +390,7 @@ class PendingErrorTest(ScriptedTest):
         self.assertError(ValueError, "first", self.delegate.processLocationEvents)
         self.assertEqual([], errors)
 
-    def test_channelsOfTheSameEntryWorkAsEver(self):
+    def testChannelsOfTheSameEntryWorkAsEver(self):
         self.bridge.answers["cleanupLiveAttributes"] = ValueError("first")
         told = []
         self.delegate.registerCallback("__SELECTED_ENABLED_LOCATIONS_CHANGED",

@@ -10,7 +10,7 @@ IS_PYTHON_3 = sys.version_info[0] >= 3
 
 
 class ModuleEntryTest(unittest.TestCase):
-    def test_constantsHaveTheirValues(self):
+    def testConstantsHaveTheirValues(self):
         for name, value in (
                 ("kViewportLayerPluginVersion", 2),
                 ("kVlViewerDelegatePrimary", 0),
@@ -25,25 +25,25 @@ class ModuleEntryTest(unittest.TestCase):
                 ("CameraDirtyBits_AllDirty", 1)):
             self.assertEqual(value, getattr(ViewerAPI, name), name)
 
-    def test_allCameraDirtyBitsAreTheParameters(self):
+    def testAllCameraDirtyBitsAreTheParameters(self):
         self.assertTrue(
             ViewerAPI.CameraDirtyBits_AllDirty == ViewerAPI.CameraDirtyBits_DirtyParams)
 
-    def test_typesBearTheModulesName(self):
+    def testTypesBearTheModulesName(self):
         for name in ("Manipulator", "ViewerDelegate", "ViewerDelegateComponent", "Viewport",
                      "ViewportLayer", "ViewportCamera"):
             self.assertEqual(name, getattr(ViewerAPI, name).__name__)
             self.assertEqual("ViewerAPI_cmodule", getattr(ViewerAPI, name).__module__)
 
     @unittest.skipUnless(IS_PYTHON_3, "the names of a module have no order on Python 2")
-    def test_theLayerVersionAndTheTypesAreAddedInTheirOrder(self):
+    def testTheLayerVersionAndTheTypesAreAddedInTheirOrder(self):
         names = [name for name, value in vars(ViewerAPI).items()
                  if isinstance(value, type) or name == "kViewportLayerPluginVersion"]
         self.assertEqual(["kViewportLayerPluginVersion", "Manipulator", "ViewerDelegate",
                           "ViewerDelegateComponent", "Viewport", "ViewportLayer",
                           "ViewportCamera"], names)
 
-    def test_theInstanceCountIsZeroWhileNoDelegateIsAlive(self):
+    def testTheInstanceCountIsZeroWhileNoDelegateIsAlive(self):
         # In a process of its own: others in this one may have failed to load, which counts on.
         answer = subprocess.check_output([
             sys.executable, "-c",
@@ -54,7 +54,7 @@ class ModuleEntryTest(unittest.TestCase):
         self.assertEqual("1ViewerDelegateInstanceCount0",
                          "".join(c for c in answer.decode() if c.isalnum()))
 
-    def test_functionsRefuseWrongArguments(self):
+    def testFunctionsRefuseWrongArguments(self):
         for function, arguments in (
                 (ViewerAPI.GetDiagnosticInfo, (1,)),
                 (ViewerAPI.CreateViewerDelegate, ()),
@@ -67,45 +67,45 @@ class ModuleEntryTest(unittest.TestCase):
 
 
 class OptionIdTest(unittest.TestCase):
-    def test_lowSixteenBitsAreZero(self):
+    def testLowSixteenBitsAreZero(self):
         for name in ("x", "", "a longer name", "y" * 5000):
             self.assertEqual(0, ViewerAPI.GenerateOptionId(name) & 0xffff, name)
 
-    def test_idIsALongOfSixtyFourBits(self):
+    def testIdIsALongOfSixtyFourBits(self):
         optionId = ViewerAPI.GenerateOptionId("x")
         self.assertIs(type(2 ** 64), type(optionId))
         self.assertLess(0, optionId)
         self.assertLess(optionId, 2 ** 64)
 
-    def test_aNameAlwaysHasTheSameId(self):
+    def testANameAlwaysHasTheSameId(self):
         self.assertEqual(ViewerAPI.GenerateOptionId("some.option"),
                          ViewerAPI.GenerateOptionId("some.option"))
         self.assertNotEqual(ViewerAPI.GenerateOptionId("some.option"),
                             ViewerAPI.GenerateOptionId("some.other"))
 
-    def test_idsAgreeBetweenProcesses(self):
+    def testIdsAgreeBetweenProcesses(self):
         answer = subprocess.check_output([
             sys.executable, "-c",
             "import ViewerAPI_cmodule as v\nprint('%d' % v.GenerateOptionId('some.option'))"])
         self.assertEqual(ViewerAPI.GenerateOptionId("some.option"), int(answer))
 
-    def test_lookUpGivesTheName(self):
+    def testLookUpGivesTheName(self):
         self.assertEqual("x", ViewerAPI.LookUpOptionId(ViewerAPI.GenerateOptionId("x")))
 
-    def test_lookUpOfAnIdNeverGeneratedIsTheEmptyString(self):
+    def testLookUpOfAnIdNeverGeneratedIsTheEmptyString(self):
         # No generated id has low bits set.
         self.assertEqual("", ViewerAPI.LookUpOptionId(1))
 
-    def test_theEmptyNameHasAnIdToo(self):
+    def testTheEmptyNameHasAnIdToo(self):
         optionId = ViewerAPI.GenerateOptionId("")
         self.assertNotEqual(0, optionId)
         self.assertEqual("", ViewerAPI.LookUpOptionId(optionId))
 
-    def test_namesAreTextAsTheInterpreterHasIt(self):
+    def testNamesAreTextAsTheInterpreterHasIt(self):
         name = u"gr\u00f6\u00dfe" if IS_PYTHON_3 else "gr\xc3\xb6\xc3\x9fe"
         self.assertEqual(name, ViewerAPI.LookUpOptionId(ViewerAPI.GenerateOptionId(name)))
 
-    def test_bytesThatAreNoUtf8ComeBackUnchanged(self):
+    def testBytesThatAreNoUtf8ComeBackUnchanged(self):
         name = "caf\udce9" if IS_PYTHON_3 else "caf\xe9"
         self.assertEqual(name, ViewerAPI.LookUpOptionId(ViewerAPI.GenerateOptionId(name)))
 

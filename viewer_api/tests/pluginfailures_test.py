@@ -37,34 +37,34 @@ class ExceptionBoundaryTest(ScriptedTest):
         del self.viewport, self.layer, self.camera, self.component
         ScriptedTest.tearDown(self)
 
-    def test_standardExceptionsBecomeRuntimeErrorWithTheirText(self):
+    def testStandardExceptionsBecomeRuntimeErrorWithTheirText(self):
         for plugin, entry, call in self.ENTRIES:
             self.plugins.answers[plugin, entry] = ScriptedPlugins.StandardError("told " + entry)
             self.assertError(RuntimeError, "told " + entry, call, self)
 
-    def test_otherExceptionsBecomeRuntimeErrorWithAFixedText(self):
+    def testOtherExceptionsBecomeRuntimeErrorWithAFixedText(self):
         for plugin, entry, call in self.ENTRIES:
             self.plugins.answers[plugin, entry] = ScriptedPlugins.OtherError()
             self.assertError(RuntimeError, "Unknown C++ exception", call, self)
 
-    def test_moduleFunctionsAreBoundedToo(self):
+    def testModuleFunctionsAreBoundedToo(self):
         self.plugins.answers[DELEGATE, "create"] = ScriptedPlugins.StandardError("no instance")
         self.assertError(RuntimeError, "no instance", ViewerAPI.CreateViewerDelegate, DELEGATE)
         self.plugins.answers[DELEGATE, "create"] = ScriptedPlugins.OtherError()
         self.assertError(RuntimeError, "Unknown C++ exception", ViewerAPI.CreateViewerDelegate,
                          DELEGATE)
 
-    def test_aViewportThatCannotBeMadeIsNotAdded(self):
+    def testAViewportThatCannotBeMadeIsNotAdded(self):
         self.plugins.answers[VIEWPORT, "create"] = ScriptedPlugins.StandardError("no viewport")
         self.assertError(RuntimeError, "no viewport", self.delegate.addViewport, VIEWPORT, "w")
         self.assertEqual(1, self.delegate.getNumberOfViewports())
 
-    def test_theTextOfAnExceptionNeedsNotBeUtf8(self):
+    def testTheTextOfAnExceptionNeedsNotBeUtf8(self):
         text = "caf\udce9" if IS_PYTHON_3 else "caf\xe9"
         self.plugins.answers[DELEGATE, "setup"] = ScriptedPlugins.StandardError(text)
         self.assertError(RuntimeError, text, self.delegate.setup)
 
-    def test_theDelegateIsUsableAfterwards(self):
+    def testTheDelegateIsUsableAfterwards(self):
         self.plugins.answers[VIEWPORT, "draw"] = ScriptedPlugins.OtherError()
         self.assertRaises(RuntimeError, self.viewport.draw)
         self.plugins.answers.clear()
@@ -110,21 +110,21 @@ class LoadFailureTest(ScriptedTest):
         self.makers = None
         ScriptedTest.tearDown(self)
 
-    def test_anUnknownPluginIsNamed(self):
+    def testAnUnknownPluginIsNamed(self):
         for kind, unknown, _, _ in self.LOAD_TEXTS:
             self.assertError(RuntimeError, unknown % "Nobody", self.makers[kind], "Nobody")
 
-    def test_aPluginOfAnotherKindIsUnknown(self):
+    def testAPluginOfAnotherKindIsUnknown(self):
         for kind, unknown, _, _ in self.LOAD_TEXTS:
             other = LAYER if kind != "layer" else CAMERA
             self.assertError(RuntimeError, unknown % other, self.makers[kind], other)
 
-    def test_aPluginWithoutASuiteIsNamed(self):
+    def testAPluginWithoutASuiteIsNamed(self):
         for kind, _, withoutSuite, _ in self.LOAD_TEXTS:
             self.assertError(RuntimeError, withoutSuite % "WithoutSuite", self.makers[kind],
                              "WithoutSuite")
 
-    def test_aPluginThatMakesNoInstanceIsNamed(self):
+    def testAPluginThatMakesNoInstanceIsNamed(self):
         for kind, _, _, refused in self.LOAD_TEXTS:
             name = self.NAMES[kind]
             self.plugins.answers[name, "create"] = False
@@ -132,7 +132,7 @@ class LoadFailureTest(ScriptedTest):
             self.assertError(RuntimeError, refused % name, self.makers[kind], name)
             self.assertEqual([(name, "create")], self.plugins.take(), "no destroy")
 
-    def test_aFailedLoadLeavesTheInstanceCountRaised(self):
+    def testAFailedLoadLeavesTheInstanceCountRaised(self):
         before = instanceCount()
         self.assertRaises(RuntimeError, ViewerAPI.CreateViewerDelegate, "Nobody")
         gc.collect()

@@ -479,7 +479,7 @@ class RandomCallsTest(ScriptedTest):
             self.addCleanup(PyWindowSystem.destroyOffscreen, window)
         self.number = instanceCount()
 
-    def test_nothingThatAScriptDoesEndsTheProcess(self):
+    def testNothingThatAScriptDoesEndsTheProcess(self):
         for seed in range(SEED, SEED + COUNT):
             script = Script(self, seed, self.windows + [0, -1, 2 ** 31 - 1])
             ScriptedPlugins.setHook(script.plugin)

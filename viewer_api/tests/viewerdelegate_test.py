@@ -21,7 +21,7 @@ class ComponentTest(ViewerDelegateTest):
         return [self.delegate.getComponentName(index)
                 for index in range(self.delegate.getNumberOfComponents())]
 
-    def test_addAppendsAndInsertInserts(self):
+    def testAddAppendsAndInsertInserts(self):
         for name in ("a", "b"):
             component = self.delegate.addComponent(COMPONENT, name)
             self.assertIs(ViewerAPI.ViewerDelegateComponent, type(component))
@@ -30,17 +30,17 @@ class ComponentTest(ViewerDelegateTest):
         self.delegate.insertComponent(COMPONENT, "d", 3)
         self.assertEqual(["a", "c", "b", "d"], self.names())
 
-    def test_insertBeyondTheEndMakesNothing(self):
+    def testInsertBeyondTheEndMakesNothing(self):
         self.delegate.addComponent(COMPONENT, "a")
         self.plugins.take()
         for index in (2, 100, -1):
             self.assertIsNone(self.delegate.insertComponent(COMPONENT, "b", index))
         self.assertEqual(([], ["a"]), (self.plugins.take(), self.names()))
 
-    def test_theCountIsWhatPyLongFromLongGives(self):
+    def testTheCountIsWhatPyLongFromLongGives(self):
         self.assertIs(INTEGER, type(self.delegate.getNumberOfComponents()))
 
-    def test_lookUps(self):
+    def testLookUps(self):
         self.delegate.addComponent(COMPONENT, "a")
         self.delegate.addComponent(COMPONENT, "a")
         for answer in (self.delegate.getComponent("a"), self.delegate.getComponentByIndex(1)):
@@ -52,12 +52,12 @@ class ComponentTest(ViewerDelegateTest):
         self.assertEqual("", self.delegate.getComponentName(-1))
         self.assertEqual(0, self.delegate.getComponentIndex("a"))
 
-    def test_theIndexOfAnUnknownNameIsAValueError(self):
+    def testTheIndexOfAnUnknownNameIsAValueError(self):
         for name in ("nope", "", "caf\udce9" if IS_PYTHON_3 else "caf\xe9"):
             self.assertError(ValueError, "component with name '" + name + "' not found",
                              self.delegate.getComponentIndex, name)
 
-    def test_removal(self):
+    def testRemoval(self):
         for name in ("a", "b", "a"):
             self.delegate.addComponent(COMPONENT, name)
         self.plugins.take()
@@ -71,14 +71,14 @@ class ComponentTest(ViewerDelegateTest):
 
 
 class ViewportListTest(ViewerDelegateTest):
-    def test_addViewportGivesAndAddsIt(self):
+    def testAddViewportGivesAndAddsIt(self):
         viewport = self.delegate.addViewport(VIEWPORT, "left")
         self.assertIs(ViewerAPI.Viewport, type(viewport))
         self.assertEqual("left", viewport.getName())
         self.assertEqual(1, self.delegate.getNumberOfViewports())
         self.assertEqual([(VIEWPORT, "create")], self.plugins.take())
 
-    def test_theNameIsCopied(self):
+    def testTheNameIsCopied(self):
         viewport = self.delegate.addViewport(VIEWPORT, "".join(["le", "ft"] * 50))
         # The string has gone, and others of its size take its memory.
         others = ["".join(["ri", "ght"] * 40) for _ in range(1000)]
@@ -86,7 +86,7 @@ class ViewportListTest(ViewerDelegateTest):
         self.assertEqual("left" * 50, self.delegate.getViewportName(0))
         del others
 
-    def test_lookUps(self):
+    def testLookUps(self):
         for name in ("left", "right"):
             self.delegate.addViewport(VIEWPORT, name)
         self.assertEqual("right", self.delegate.getViewport("right").getName())
@@ -96,7 +96,7 @@ class ViewportListTest(ViewerDelegateTest):
         self.assertEqual(["left", "right", "", ""],
                          [self.delegate.getViewportName(index) for index in (0, 1, 2, -1)])
 
-    def test_removal(self):
+    def testRemoval(self):
         for name in ("a", "b", "c"):
             self.delegate.addViewport(VIEWPORT, name)
         self.delegate.removeViewport("b")
@@ -106,7 +106,7 @@ class ViewportListTest(ViewerDelegateTest):
         self.delegate.removeViewportByIndex(0)
         self.assertEqual("c", self.delegate.getViewportByIndex(0).getName())
 
-    def test_removalByANegativeIndexRemovesNothing(self):
+    def testRemovalByANegativeIndexRemovesNothing(self):
         self.delegate.addViewport(VIEWPORT, "a")
         self.assertIsNone(self.delegate.removeViewportByIndex(-1))
         self.assertEqual(1, self.delegate.getNumberOfViewports())
@@ -116,7 +116,7 @@ class SceneTest(ViewerDelegateTest):
     def commands(self):
         return ScriptedScene.takeCommands()
 
-    def test_locationsAreOpenedClosedPinnedAndUnpinned(self):
+    def testLocationsAreOpenedClosedPinnedAndUnpinned(self):
         for method, told in (("openLocations", "setLocationsOpen"),
                              ("closeLocations", "setLocationsClosed"),
                              ("pinLocations", "setLocationsActive"),
@@ -126,21 +126,21 @@ class SceneTest(ViewerDelegateTest):
             self.assertEqual(1, len(lines), method)
             self.assertIn("[/root/a /root/b]", lines[0])
 
-    def test_anEmptyListIsAList(self):
+    def testAnEmptyListIsAList(self):
         for method in ("openLocations", "hideLocations", "setSelectedLocations"):
             self.assertIsNone(getattr(self.delegate, method)([]))
 
-    def test_setSelectedLocationsReachesThePlugin(self):
+    def testSetSelectedLocationsReachesThePlugin(self):
         self.delegate.setSelectedLocations(["/root/a", "/root/b"])
         self.assertEqual([(DELEGATE, "locationsSelected", ["/root/a", "/root/b"])],
                          self.plugins.take())
 
-    def test_setViewOpViewsTheOp(self):
+    def testSetViewOpViewsTheOp(self):
         op = ScriptedScene.addOp()
         self.assertIsNone(self.delegate.setViewOp(op))
         self.assertIn("op%d" % op, "\n".join(self.commands()))
 
-    def test_workingSetVisibilityIsAnIntegersTruth(self):
+    def testWorkingSetVisibilityIsAnIntegersTruth(self):
         self.assertIs(False, self.delegate.getWorkingSetVisibilityEnabled())
         for value, isEnabled in ((True, True), (0, False), (5, True), (False, False), (-1, True)):
             self.delegate.setWorkingSetVisibilityEnabled(value)
@@ -148,7 +148,7 @@ class SceneTest(ViewerDelegateTest):
         self.assertRaises(TypeError, self.delegate.setWorkingSetVisibilityEnabled, "yes")
         self.assertRaises(TypeError, self.delegate.setWorkingSetVisibilityEnabled, 1.5)
 
-    def test_generatedGeometryIsSwitchedByAnIntegersTruth(self):
+    def testGeneratedGeometryIsSwitchedByAnIntegersTruth(self):
         for name, channel in (("setBoundingBoxesEnabled", "__BOUNDING_BOXES_CHANGED"),
                               ("setProxyGeometryEnabled", "__PROXY_GEOMETRY_CHANGED")):
             method = getattr(self.delegate, name)
@@ -161,7 +161,7 @@ class SceneTest(ViewerDelegateTest):
             for arguments in (("yes",), (1.5,), (), (1, 2)):
                 self.assertRaises(TypeError, method, *arguments)
 
-    def test_aBoxAppearsWithItsLocationAndGoesWhenBoxesAreOff(self):
+    def testABoxAppearsWithItsLocationAndGoesWhenBoxesAreOff(self):
         bound = GroupAttribute(("bound", DoubleAttribute([0.0, 1.0, 0.0, 1.0, 0.0, 1.0])))
         ScriptedScene.report(self.firstClient, "/root", bound)
         self.delegate.processLocationEvents()
@@ -171,17 +171,17 @@ class SceneTest(ViewerDelegateTest):
         self.delegate.processLocationEvents()
         self.assertIsNone(self.delegate.getAttributes("/root/__VlOst_bbox"))
 
-    def test_systemArgsAreAGroup(self):
+    def testSystemArgsAreAGroup(self):
         self.assertIsNone(self.delegate.setSystemArgs(GroupAttribute()))
         for arguments in ((IntAttribute(1),), ("args",), (None,)):
             self.assertError(TypeError, "First argument must be an VlGroupAttribute object",
                              self.delegate.setSystemArgs, *arguments)
 
-    def test_theFreezeIsNotOnByItself(self):
+    def testTheFreezeIsNotOnByItself(self):
         self.assertIsNone(self.delegate.setManipulationFreezePeriod(100))
         self.assertIs(False, self.delegate.isFrozenDueToManipulation())
 
-    def test_eventsReachComponentsAndPlugin(self):
+    def testEventsReachComponentsAndPlugin(self):
         self.delegate.addComponent(COMPONENT, "k")
         self.plugins.answers[COMPONENT, "locationEvent"] = 1
         self.plugins.take()
@@ -190,7 +190,7 @@ class SceneTest(ViewerDelegateTest):
         self.assertEqual([(COMPONENT, "locationEvent", "/root", 0),
                           (DELEGATE, "locationEvent", "/root", 1)], self.plugins.take())
 
-    def test_isProcessingAsksThePluginLast(self):
+    def testIsProcessingAsksThePluginLast(self):
         self.assertIs(False, self.delegate.isProcessing())
         self.plugins.answers[DELEGATE, "isProcessing"] = 1
         self.assertIs(True, self.delegate.isProcessing())
@@ -200,11 +200,11 @@ class SceneTest(ViewerDelegateTest):
         ScriptedScene.setProcessing(False)
         self.assertEqual([], self.plugins.take())
 
-    def test_flushCachesOfAnEmptyTreeTellsNobody(self):
+    def testFlushCachesOfAnEmptyTreeTellsNobody(self):
         self.assertIsNone(self.delegate.flushCaches())
         self.assertEqual([], self.plugins.take())
 
-    def test_flushCachesTakesTheSceneDown(self):
+    def testFlushCachesTakesTheSceneDown(self):
         ScriptedScene.report(self.firstClient, "/root")
         self.delegate.processLocationEvents()
         self.plugins.take()
@@ -224,7 +224,7 @@ class AttributeTest(ViewerDelegateTest):
         self.delegate.processLocationEvents()
         self.plugins.take()
 
-    def test_theViewIsThePrimaryUnlessTold(self):
+    def testTheViewIsThePrimaryUnlessTold(self):
         for method in ("getAttributes", "getCookedAttributes"):
             read = getattr(self.delegate, method)
             self.assertEqual(self.PRIMARY, read("/root"))
@@ -233,12 +233,12 @@ class AttributeTest(ViewerDelegateTest):
             self.assertIsNone(read("/root", ViewerAPI.kVlViewerDelegateLookThrough))
             self.assertIsNone(read("/root", 77))
 
-    def test_absentValuesAreNone(self):
+    def testAbsentValuesAreNone(self):
         self.assertIsNone(self.delegate.getAttributes("/root/absent"))
         self.assertIsNone(self.delegate.getLiveAttributes("/root"))
         self.assertIsNone(self.delegate.getLiveAttributes("/root", 1))
 
-    def test_argumentsAreParsed(self):
+    def testArgumentsAreParsed(self):
         for arguments in ((), (1,), ("/root", "1"), ("/root", 1, 2)):
             self.assertRaises(TypeError, self.delegate.getAttributes, *arguments)
 
@@ -259,14 +259,14 @@ class BoundsTest(ViewerDelegateTest):
             self.plugins.answers[DELEGATE, entry] = lambda host, path: boxes.get(path)
         self.plugins.take()
 
-    def test_thePluginIsAsked(self):
+    def testThePluginIsAsked(self):
         self.assertEqual(self.BOX, self.delegate.getBounds("/root/a"))
         self.assertEqual(self.BOX, self.delegate.computeExtent("/root/a"))
         self.assertEqual([(DELEGATE, "getBounds", "/root/a"),
                           (DELEGATE, "computeExtent", "/root/a")],
                          [call for call in self.plugins.take() if call[2] == "/root/a"])
 
-    def test_aMergedExtentHasNoExclusionUnlessTold(self):
+    def testAMergedExtentHasNoExclusionUnlessTold(self):
         merged = DoubleAttribute([-1.0, 5.0, -2.0, 2.0, -3.0, 3.0])
         values = lambda extent: list(extent.getNearestSample(0.0))
         self.assertEqual(values(merged), values(
@@ -274,13 +274,13 @@ class BoundsTest(ViewerDelegateTest):
         self.assertEqual(values(self.BOX), values(
             self.delegate.computeMergedExtent(["/root/a", "/root/b"], "/root/b")))
 
-    def test_everyWrongArgumentOfAMergedExtentHasOneText(self):
+    def testEveryWrongArgumentOfAMergedExtentHasOneText(self):
         text = "Argument must be a sequence of strings."
         for arguments in ((), ("/root",), (("/root",),), (["/root"], 1), ([1],), ([None], ""),
                           (["/root"], "", "")):
             self.assertError(TypeError, text, self.delegate.computeMergedExtent, *arguments)
 
-    def test_hiddenLocationsAreHiddenUntilAllAreShown(self):
+    def testHiddenLocationsAreHiddenUntilAllAreShown(self):
         self.delegate.hideLocations(["/root/a"])
         self.delegate.processLocationEvents()
         self.assertIn((DELEGATE, "locationEvent", "/root/a", 0), self.plugins.take())
@@ -288,19 +288,19 @@ class BoundsTest(ViewerDelegateTest):
         self.delegate.processLocationEvents()
         self.assertIn((DELEGATE, "locationEvent", "/root/a", 0), self.plugins.take())
 
-    def test_unhidingGivenLocationsIsNotOffered(self):
+    def testUnhidingGivenLocationsIsNotOffered(self):
         for name in ("unhideLocations", "getHiddenLocations"):
             self.assertFalse(hasattr(self.delegate, name))
 
 
 class LifeTest(ViewerDelegateTest):
-    def test_setupFreezeAndThawReachThePlugin(self):
+    def testSetupFreezeAndThawReachThePlugin(self):
         for method in ("setup", "freeze", "thaw"):
             self.assertIsNone(getattr(self.delegate, method)())
         self.assertEqual([(DELEGATE, "setup"), (DELEGATE, "freeze"), (DELEGATE, "thaw")],
                          self.plugins.take())
 
-    def test_cleanupEndsComponentsThenViewportsFromTheLast(self):
+    def testCleanupEndsComponentsThenViewportsFromTheLast(self):
         for name in ("a", "b"):
             self.delegate.addComponent(COMPONENT, name)
         self.delegate.addViewport(VIEWPORT, "v")
@@ -309,13 +309,13 @@ class LifeTest(ViewerDelegateTest):
         self.assertEqual(2 * [(COMPONENT, "cleanup"), (COMPONENT, "destroy")] +
                          [(VIEWPORT, "destroy"), (DELEGATE, "cleanup")], self.plugins.take())
 
-    def test_aDelegateIsUsableAfterCleanup(self):
+    def testADelegateIsUsableAfterCleanup(self):
         self.delegate.cleanup()
         self.assertEqual((0, 0), (self.delegate.getNumberOfComponents(),
                                   self.delegate.getNumberOfViewports()))
         self.delegate.addViewport(VIEWPORT, "v").draw()
 
-    def test_methodsWithoutArgumentsTakeNone(self):
+    def testMethodsWithoutArgumentsTakeNone(self):
         for name in ("setup", "cleanup", "processLocationEvents", "isProcessing", "freeze",
                      "unhideAllLocations", "getNumberOfViewports"):
             self.assertRaises(TypeError, getattr(self.delegate, name), 1)

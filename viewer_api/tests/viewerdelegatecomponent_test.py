@@ -58,13 +58,13 @@ class ViewerDelegateComponentTest(ScriptedTest):
         self.component = None
         ScriptedTest.tearDown(self)
 
-    def test_goodArgumentsReachThePlugin(self):
+    def testGoodArgumentsReachThePlugin(self):
         for method, arguments, call in GOOD:
             result = getattr(self.component, method)(*arguments)
             self.assertEqual(VALUE if method.startswith("get") else None, result, method)
             self.assertEqual([call], self.plugins.take(), method)
 
-    def test_badArgumentsDoNot(self):
+    def testBadArgumentsDoNot(self):
         for method, arguments, expected in BAD:
             error = errorOf(getattr(self.component, method), *arguments)
             call = "%s%r: %r" % (method, arguments, error)
@@ -74,17 +74,17 @@ class ViewerDelegateComponentTest(ScriptedTest):
                 self.assertIs(expected, type(error), call)
         self.assertEqual([], self.plugins.take())
 
-    def test_anIdIsCutTo64Bits(self):
+    def testAnIdIsCutTo64Bits(self):
         for value, optionId in ((-1, 2 ** 64 - 1), (2 ** 64 + 5, 5), (2 ** 64 - 1, 2 ** 64 - 1)):
             self.component.getOption(value)
             self.assertEqual([(COMPONENT, "getOption", optionId)], self.plugins.take())
 
-    def test_anOptionThatIsNotThereIsNone(self):
+    def testAnOptionThatIsNotThereIsNone(self):
         self.plugins.answers[COMPONENT, "getOption"] = None
         self.assertIsNone(self.component.getOption(ID))
         self.assertIsNone(self.component.getOptionByName("nope"))
 
-    def test_everyWrapperReachesTheSamePlugin(self):
+    def testEveryWrapperReachesTheSamePlugin(self):
         self.delegate.insertComponent(COMPONENT, "other", 0)
         hosts = []
         self.plugins.answers[COMPONENT, "getOption"] = lambda host, optionId: hosts.append(host)
@@ -94,7 +94,7 @@ class ViewerDelegateComponentTest(ScriptedTest):
         self.assertEqual(3, hosts.count(hosts[0]))
         self.assertNotEqual(hosts[0], hosts[3])
 
-    def test_thePluginsExceptionsAreRuntimeErrors(self):
+    def testThePluginsExceptionsAreRuntimeErrors(self):
         for method, arguments, call in GOOD:
             self.plugins.answers[COMPONENT, call[1]] = ScriptedPlugins.StandardError("told")
             self.assertError(RuntimeError, "told", getattr(self.component, method), *arguments)
@@ -102,7 +102,7 @@ class ViewerDelegateComponentTest(ScriptedTest):
             self.assertError(RuntimeError, "Unknown C++ exception",
                              getattr(self.component, method), *arguments)
 
-    def test_aComponentThatWasRemovedIsRefusedBeforeItsArgumentsAre(self):
+    def testAComponentThatWasRemovedIsRefusedBeforeItsArgumentsAre(self):
         self.delegate.removeComponent("k")
         for method, arguments, _ in GOOD + BAD:
             self.assertError(RuntimeError, "Underlying C++ component has been destroyed",

@@ -20,7 +20,7 @@ class ViewportTest(ScriptedTest):
 
 
 class EventTest(ViewportTest):
-    def test_anEventIsLentToThePluginOnceThereIsAWindow(self):
+    def testAnEventIsLentToThePluginOnceThereIsAWindow(self):
         window = PyWindowSystem.createOffscreen(16, 16)
         self.addCleanup(PyWindowSystem.destroyOffscreen, window)
         self.viewport.setup(window)
@@ -35,21 +35,21 @@ class EventTest(ViewportTest):
                          [(VIEWPORT, "event", IntAttribute(1))], self.plugins.take())
         self.delegate.cleanup()
 
-    def test_anEventBeforeSetupDoesNotReachThePlugin(self):
+    def testAnEventBeforeSetupDoesNotReachThePlugin(self):
         self.assertIs(False, self.viewport.event(GroupAttribute()))
         self.assertEqual([], self.plugins.take())
 
-    def test_whatIsNoAttributeIsFalseWithoutAnError(self):
+    def testWhatIsNoAttributeIsFalseWithoutAnError(self):
         for value in (None, 1, "text", {}, object()):
             self.assertIsNone(errorOf(self.viewport.event, value))
             self.assertIs(False, self.viewport.event(value))
 
-    def test_wrongArgumentsLeaveATypeErrorPending(self):
+    def testWrongArgumentsLeaveATypeErrorPending(self):
         for arguments in ((), (1, 2)):
             self.assertIs(TypeError, type(errorOf(self.viewport.event, *arguments)))
 
     @unittest.skipIf(IS_PYTHON_3, "Python 3 refuses an answer beside an error")
-    def test_wrongArgumentsAnswerFalseAllTheSame(self):
+    def testWrongArgumentsAnswerFalseAllTheSame(self):
         answers = []
 
         def call():
@@ -58,36 +58,36 @@ class EventTest(ViewportTest):
         self.assertIs(TypeError, type(errorOf(call)))
         self.assertEqual([False], answers)
 
-    def test_hoverNeedsBothCoordinatesOrSaysThatThePointerLeft(self):
+    def testHoverNeedsBothCoordinatesOrSaysThatThePointerLeft(self):
         for arguments, told in (((), (0, 0, 0)), ((1,), (0, 0, 0)), ((3, 4), (1, 3, 4)),
                                 ((-3, True), (1, -3, 1)),
                                 ((2 ** 32 + 5, 2 ** 31), (1, 5, -2 ** 31))):
             self.assertIsNone(self.viewport.hover(*arguments))
             self.assertEqual([(VIEWPORT, "hover") + told], self.plugins.take(), arguments)
 
-    def test_hoverTakesTrueIntsOnly(self):
+    def testHoverTakesTrueIntsOnly(self):
         for arguments in ((1, 2.0), (1.0, 2), ("1",), (None, None), (1, 2, 3)):
             self.assertRaises(TypeError, self.viewport.hover, *arguments)
         self.assertEqual([], self.plugins.take())
 
     @unittest.skipIf(IS_PYTHON_3, "Python 3 has no long")
-    def test_hoverTakesNoLong(self):
+    def testHoverTakesNoLong(self):
         self.assertRaises(TypeError, self.viewport.hover, eval("1L"), eval("2L"))
 
 
 class StateTest(ViewportTest):
-    def test_dirtyIsAFlag(self):
+    def testDirtyIsAFlag(self):
         self.assertIs(False, self.viewport.isDirty())
         for value, isDirty in ((True, True), (0, False), (7, True)):
             self.assertIsNone(self.viewport.setDirty(value))
             self.assertIs(isDirty, self.viewport.isDirty())
 
-    def test_drawingDoesNotClean(self):
+    def testDrawingDoesNotClean(self):
         self.viewport.setDirty(True)
         self.viewport.draw()
         self.assertIs(True, self.viewport.isDirty())
 
-    def test_panAndZoomAreFloats(self):
+    def testPanAndZoomAreFloats(self):
         for name, initial in (("HorizontalOffset", 0.0), ("VerticalOffset", 0.0), ("Zoom", 1.0)):
             get = getattr(self.viewport, "get" + name)
             self.assertEqual(initial, get())
@@ -99,22 +99,22 @@ class StateTest(ViewportTest):
             self.assertRaises(TypeError, getattr(self.viewport, "set" + name), "1")
             self.assertRaises(TypeError, getattr(self.viewport, "set" + name))
 
-    def test_valuesAreNarrowedToSinglePrecision(self):
+    def testValuesAreNarrowedToSinglePrecision(self):
         self.viewport.setZoom(0.1)
         self.assertNotEqual(0.1, self.viewport.getZoom())
         self.assertAlmostEqual(0.1, self.viewport.getZoom(), 7)
 
-    def test_panAndZoomIsActiveWhenTold(self):
+    def testPanAndZoomIsActiveWhenTold(self):
         self.assertIs(False, self.viewport.isPanAndZoomActive())
         self.viewport.setPanAndZoomActive(2)
         self.assertIs(True, self.viewport.isPanAndZoomActive(1, 2, 3))
 
-    def test_theViewIsFrozenWhenTold(self):
+    def testTheViewIsFrozenWhenTold(self):
         self.assertIs(False, self.viewport.isViewFrozen())
         self.assertIsNone(self.viewport.setViewFrozen(5))
         self.assertIs(True, self.viewport.isViewFrozen())
 
-    def test_drawResizeFreezeAndThawReachThePlugin(self):
+    def testDrawResizeFreezeAndThawReachThePlugin(self):
         self.assertIsNone(self.viewport.draw())
         self.assertIsNone(self.viewport.resize(640, 480))
         self.assertIsNone(self.viewport.freeze())
@@ -122,7 +122,7 @@ class StateTest(ViewportTest):
         self.assertEqual([(VIEWPORT, "draw"), (VIEWPORT, "resize", 640, 480),
                           (VIEWPORT, "freeze"), (VIEWPORT, "thaw")], self.plugins.take())
 
-    def test_setupReachesPluginAndLayers(self):
+    def testSetupReachesPluginAndLayers(self):
         self.viewport.addLayer(LAYER, "l")
         self.plugins.take()
         self.assertIsNone(self.viewport.setup(-12345))
@@ -136,19 +136,19 @@ class LayerListTest(ViewportTest):
         return [self.viewport.getLayerName(index)
                 for index in range(self.viewport.getNumberOfLayers())]
 
-    def test_addAndInsert(self):
+    def testAddAndInsert(self):
         for name in ("a", "b"):
             self.assertIs(ViewerAPI.ViewportLayer, type(self.viewport.addLayer(LAYER, name)))
         self.assertIs(ViewerAPI.ViewportLayer, type(self.viewport.insertLayer(LAYER, "c", 1)))
         self.viewport.insertLayer(LAYER, "d", 3)
         self.assertEqual(["a", "c", "b", "d"], self.names())
 
-    def test_insertBeyondTheEndLoadsNothing(self):
+    def testInsertBeyondTheEndLoadsNothing(self):
         for index in (1, 100, -1):
             self.assertIsNone(self.viewport.insertLayer("Nobody", "a", index))
         self.assertEqual([], self.names())
 
-    def test_lookUps(self):
+    def testLookUps(self):
         self.viewport.addLayer(LAYER, "a")
         self.assertIs(ViewerAPI.ViewportLayer, type(self.viewport.getLayer("a")))
         self.assertIs(ViewerAPI.ViewportLayer, type(self.viewport.getLayerByIndex(0)))
@@ -157,7 +157,7 @@ class LayerListTest(ViewportTest):
         self.assertEqual("", self.viewport.getLayerName(1))
         self.assertIsNone(self.viewport.getLayerName(-1))
 
-    def test_removalTakesTheFirstOfAName(self):
+    def testRemovalTakesTheFirstOfAName(self):
         for name in ("a", "b", "a"):
             self.viewport.addLayer(LAYER, name)
         self.assertIsNone(self.viewport.removeLayer("a"))
@@ -174,7 +174,7 @@ class CameraListTest(ViewportTest):
         self.viewport.setActiveCamera(camera)
         return camera
 
-    def test_lookUps(self):
+    def testLookUps(self):
         self.assertIsNone(self.viewport.getActiveCamera())
         self.assertIs(ViewerAPI.ViewportCamera, type(self.viewport.addCamera(CAMERA, "c")))
         self.assertIs(ViewerAPI.ViewportCamera, type(self.viewport.getCameraByName("c")))
@@ -184,12 +184,12 @@ class CameraListTest(ViewportTest):
         self.assertEqual(("c", ""), (self.viewport.getCameraName(0),
                                      self.viewport.getCameraName(1)))
 
-    def test_theActiveCameraIsTheOneThatWasSet(self):
+    def testTheActiveCameraIsTheOneThatWasSet(self):
         self.activate().setFOV(33.0)
         self.assertEqual(33.0, self.viewport.getActiveCamera().getFOV())
         self.assertEqual(33.0, self.viewport.getActiveCamera("ignored", 1).getFOV())
 
-    def test_aCameraThatIsNotActiveIsRemoved(self):
+    def testACameraThatIsNotActiveIsRemoved(self):
         self.activate()
         self.viewport.addCamera(CAMERA, "other")
         self.viewport.addCamera(CAMERA, "third")
@@ -198,31 +198,31 @@ class CameraListTest(ViewportTest):
         self.assertEqual((1, "active"), (self.viewport.getNumberOfCameras(),
                                          self.viewport.getCameraName(0)))
 
-    def test_theActiveCameraIsNotRemoved(self):
+    def testTheActiveCameraIsNotRemoved(self):
         self.activate()
         self.plugins.take()
         self.assertError(ValueError, CANNOT_REMOVE, self.viewport.removeCamera, "active")
         self.assertError(ValueError, CANNOT_REMOVE, self.viewport.removeCameraByIndex, 0)
         self.assertEqual((1, []), (self.viewport.getNumberOfCameras(), self.plugins.take()))
 
-    def test_anUnknownCameraCountsAsActiveWhileNoneIs(self):
+    def testAnUnknownCameraCountsAsActiveWhileNoneIs(self):
         self.viewport.addCamera(CAMERA, "c")
         self.assertError(ValueError, CANNOT_REMOVE, self.viewport.removeCamera, "nope")
         self.assertError(ValueError, CANNOT_REMOVE, self.viewport.removeCameraByIndex, 9)
         self.viewport.removeCamera("c")
         self.assertEqual(0, self.viewport.getNumberOfCameras())
 
-    def test_anUnknownCameraIsIgnoredWhileOneIsActive(self):
+    def testAnUnknownCameraIsIgnoredWhileOneIsActive(self):
         self.activate()
         self.assertIsNone(self.viewport.removeCamera("nope"))
         self.assertIsNone(self.viewport.removeCameraByIndex(2))
 
-    def test_theIndexJustPastTheEndIsAnError(self):
+    def testTheIndexJustPastTheEndIsAnError(self):
         self.activate()
         self.assertError(RuntimeError, "invalid vector<T> subscript",
                          self.viewport.removeCameraByIndex, 1)
 
-    def test_aNewCameraTakesTheActiveRoleOfItsNamesake(self):
+    def testANewCameraTakesTheActiveRoleOfItsNamesake(self):
         self.activate("c")
         self.plugins.take()
         self.viewport.addCamera(CAMERA, "c").setFOV(12.0)
@@ -231,7 +231,7 @@ class CameraListTest(ViewportTest):
         self.assertEqual([(CAMERA, "create"), (CAMERA, "destroy"), (CAMERA, "setDirty", 1)],
                          self.plugins.take())
 
-    def test_aCameraOfAnotherViewportMayBeActive(self):
+    def testACameraOfAnotherViewportMayBeActive(self):
         other = self.delegate.addViewport(VIEWPORT, "other")
         camera = other.addCamera(CAMERA, "c")
         self.viewport.setActiveCamera(camera)

@@ -188,12 +188,12 @@ class EveryMethod(object):
             self.assertIs(expected, type(error), call)
         self.assertEqual(([], before), (self.plugins.take(), self.state()), call)
 
-    def test_everyMethodHasARow(self):
+    def testEveryMethodHasARow(self):
         offered = [name for name in vars(type(self.target))
                    if not name.startswith("__")]
         self.assertEqual(sorted(offered), sorted(row[0] for row in self.rows))
 
-    def test_goodArguments(self):
+    def testGoodArguments(self):
         for method, _, arguments, expected in self.rows:
             self.prepare()
             result = self.call(method, arguments)
@@ -204,35 +204,35 @@ class EveryMethod(object):
             else:
                 self.assertEqual((type(expected), expected), (type(result), result), method)
 
-    def test_everyBadValueOfEveryParameter(self):
+    def testEveryBadValueOfEveryParameter(self):
         for method, parameters, arguments, _ in self.rows:
             for place, refused in enumerate(parameters):
                 for value, expected in refused:
                     bad = arguments[:place] + (value,) + arguments[place + 1:]
                     self.assertRefused(method, bad, expected)
 
-    def test_tooFewArguments(self):
+    def testTooFewArguments(self):
         for method, parameters, arguments, _ in self.rows:
             for count in range(len(parameters) - self.optional.get(method, 0)):
                 self.assertRefused(method, arguments[:count])
 
-    def test_tooManyArguments(self):
+    def testTooManyArguments(self):
         for method, _, arguments, _ in self.rows:
             if method not in self.parseNothing:
                 self.assertRefused(method, arguments + (None,))
 
-    def test_methodsThatParseNothingTakeAnything(self):
+    def testMethodsThatParseNothingTakeAnything(self):
         for method in self.parseNothing:
             function = getattr(self.target, method)
             self.assertEqual(type(function()), type(function(1, None, "x")), method)
 
-    def test_noMethodTakesKeywords(self):
+    def testNoMethodTakesKeywords(self):
         before = self.state()
         for row in self.rows:
             self.assertRaises(TypeError, getattr(self.target, row[0]), name=1)
         self.assertEqual(([], before), (self.plugins.take(), self.state()))
 
-    def test_theLimitsOf32BitsAreIntegers(self):
+    def testTheLimitsOf32BitsAreIntegers(self):
         for method, parameters, arguments, _ in self.rows:
             for place, refused in enumerate(parameters):
                 for value in (2 ** 31 - 1, -2 ** 31) if refused is NO_INT else ():
@@ -248,7 +248,7 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
                     "isPanAndZoomActive")
     plugin = VIEWPORT
 
-    def test_negativeIndicesGiveNoneAndChangeNothing(self):
+    def testNegativeIndicesGiveNoneAndChangeNothing(self):
         before = self.state()
         for method in ("getCameraByIndex", "getCameraName", "getLayerByIndex", "getLayerName",
                        "removeCameraByIndex", "removeLayerByIndex", "getActiveManipulatorByIndex",
@@ -259,7 +259,7 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
             self.assertIsNone(self.target.insertLayer(LAYER, "n", index))
         self.assertEqual(([], before), (self.plugins.take(), self.state()))
 
-    def test_indicesPastTheEnd(self):
+    def testIndicesPastTheEnd(self):
         for index in (2, 3, 2 ** 31 - 1):
             self.assertIsNone(self.target.getCameraByIndex(index))
             self.assertIsNone(self.target.getLayerByIndex(index))
@@ -270,7 +270,7 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
             self.assertIsNone(self.target.removeLayerByIndex(index))
         self.assertEqual([], self.plugins.take())
 
-    def test_pluginsThatCannotBeLoadedRaiseTheirTexts(self):
+    def testPluginsThatCannotBeLoadedRaiseTheirTexts(self):
         before = self.state()
         for method, name, text in (
                 ("addLayer", "Nobody", "Couldn't load ViewportLayer plugin type 'Nobody'."),
@@ -292,7 +292,7 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
                          self.target.insertLayer, "Nobody", "n", 0)
         self.assertEqual(before, self.state())
 
-    def test_createThatAnswersNullRaisesItsText(self):
+    def testCreateThatAnswersNullRaisesItsText(self):
         self.plugins.answers[LAYER, "create"] = self.plugins.answers[CAMERA, "create"] = False
         self.assertError(RuntimeError,
                          "Failed to create ViewportLayer plugin instance for 'ScriptedLayer'.",
@@ -306,7 +306,7 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
                          self.target.activateManipulator, AIM, [], True)
         self.assertEqual(1, self.target.getNumberOfActiveManipulators())
 
-    def test_pathsOfAManipulatorThatAreNoTextRaiseTheirOwnText(self):
+    def testPathsOfAManipulatorThatAreNoTextRaiseTheirOwnText(self):
         for item in (1, None, FOREIGN_TEXT, ["/root"], bytearray(b"/root")):
             for items in ([item], ["/root", item], [item, "/root"]):
                 self.assertRefused("activateManipulator", (AIM, items, 1),
@@ -315,7 +315,7 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
         error = errorOf(self.target.activateManipulator, AIM, ("/root",), 1)
         self.assertNotEqual("Second argument must be a sequence of strings.", str(error))
 
-    def test_numbersBeyondSinglePrecisionAreInfinite(self):
+    def testNumbersBeyondSinglePrecisionAreInfinite(self):
         for name in ("HorizontalOffset", "VerticalOffset", "Zoom"):
             for value in (1e300, float("inf")):
                 getattr(self.target, "set" + name)(value)
@@ -324,7 +324,7 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
             value = getattr(self.target, "get" + name)()
             self.assertNotEqual(value, value)
 
-    def test_namesOfOtherScriptsAndBytes(self):
+    def testNamesOfOtherScriptsAndBytes(self):
         for name in (("\u30d3\u30e5\u30fc", "caf\udce9") if IS_PYTHON_3
                      else (u"\u30d3\u30e5\u30fc".encode("utf-8"), "caf\xe9")):
             self.target.addLayer(LAYER, name)
@@ -338,13 +338,13 @@ class ViewportArgumentsTest(EveryMethod, ScriptedTest):
         self.assertEqual((1, 2), (self.target.getNumberOfLayers(),
                                   self.target.getNumberOfCameras()))
 
-    def test_aRemovedCameraIsNoActiveCamera(self):
+    def testARemovedCameraIsNoActiveCamera(self):
         camera = self.target.addCamera(CAMERA, "gone")
         self.target.removeCamera("gone")
         self.assertError(RuntimeError, "Underlying C++ camera has been destroyed",
                          self.target.setActiveCamera, camera)
 
-    def test_whatThePluginThrowsIsARuntimeError(self):
+    def testWhatThePluginThrowsIsARuntimeError(self):
         self.plugins.answers[VIEWPORT, "draw"] = ValueError("no shader")
         self.assertError(RuntimeError, "no shader", self.target.draw)
         self.plugins.answers[VIEWPORT, "draw"] = ScriptedPlugins.OtherError()
@@ -360,7 +360,7 @@ class ManipulatorArgumentsTest(EveryMethod, ScriptedTest):
     rows = MANIPULATOR_ROWS
     plugin = MOVE
 
-    def test_aDeadManipulatorRaisesThatBeforeArgumentErrors(self):
+    def testADeadManipulatorRaisesThatBeforeArgumentErrors(self):
         self.viewport.deactivateManipulator(MOVE, True)
         self.plugins.take()
         for method, parameters, arguments, _ in self.rows:
@@ -375,7 +375,7 @@ class CameraArgumentsTest(EveryMethod, ScriptedTest):
     rows = CAMERA_ROWS
     plugin = CAMERA
 
-    def test_aMatrixIsAnySequenceOf16Numbers(self):
+    def testAMatrixIsAnySequenceOf16Numbers(self):
         class Number(object):
             def __float__(self):
                 return 2.5
@@ -395,7 +395,7 @@ class CameraArgumentsTest(EveryMethod, ScriptedTest):
                 getattr(self.target, "set" + name)(value)
                 self.assertEqual(expected, getattr(self.target, "get" + name)())
 
-    def test_aMatrixMayHoldWhatIsNoNumber(self):
+    def testAMatrixMayHoldWhatIsNoNumber(self):
         values = (float("inf"), float("-inf"), 1e308) * 5 + (-0.0,)
         self.target.setViewMatrix(values)
         self.assertEqual(values, self.target.getViewMatrix())
@@ -403,16 +403,16 @@ class CameraArgumentsTest(EveryMethod, ScriptedTest):
                        self.target.getLeft()):
             self.assertEqual(3, len(vector))
 
-    def test_sixteenArgumentsAreNoMatrix(self):
+    def testSixteenArgumentsAreNoMatrix(self):
         self.assertRaises(TypeError, self.target.setViewMatrix, *MATRIX)
         self.assertRaises(TypeError, self.target.setProjectionMatrix, *MATRIX)
 
-    def test_dirtyBitsOfAllKindsAreOne(self):
+    def testDirtyBitsOfAllKindsAreOne(self):
         self.assertEqual(ViewerAPI.CameraDirtyBits_AllDirty, ViewerAPI.CameraDirtyBits_DirtyParams)
         self.assertEqual((0, 1), (ViewerAPI.CameraDirtyBits_Clean,
                                   ViewerAPI.CameraDirtyBits_AllDirty))
 
-    def test_aWidthThatIsNoNumberIsStored(self):
+    def testAWidthThatIsNoNumberIsStored(self):
         self.target.setOrthographicWidth(float("nan"))
         width = self.target.getOrthographicWidth()
         self.assertNotEqual(width, width)

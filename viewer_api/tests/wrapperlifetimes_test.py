@@ -12,7 +12,7 @@ from PyVlAttribute import IntAttribute
 
 
 class OwnershipTest(ScriptedTest):
-    def test_theDelegateLivesAsLongAsItsWrapper(self):
+    def testTheDelegateLivesAsLongAsItsWrapper(self):
         before = instanceCount()
         delegate = ViewerAPI.CreateViewerDelegate(DELEGATE)
         self.assertEqual(before + 1, instanceCount())
@@ -22,7 +22,7 @@ class OwnershipTest(ScriptedTest):
         self.assertEqual(before, instanceCount())
         self.assertEqual([(DELEGATE, "destroy")], self.plugins.take())
 
-    def test_aDelegateThatEndsWithoutCleanupDestroysComponentsViewportsAndItself(self):
+    def testADelegateThatEndsWithoutCleanupDestroysComponentsViewportsAndItself(self):
         self.createDelegate()
         self.delegate.addComponent(COMPONENT, "a")
         self.delegate.addViewport(VIEWPORT, "v")
@@ -31,7 +31,7 @@ class OwnershipTest(ScriptedTest):
         self.assertEqual([(COMPONENT, "destroy"), (VIEWPORT, "destroy"), (DELEGATE, "destroy")],
                          self.plugins.take())
 
-    def test_weakReferencesAreClearedBeforeTheHostEnds(self):
+    def testWeakReferencesAreClearedBeforeTheHostEnds(self):
         self.createDelegate()
         reference = weakref.ref(self.delegate)
         alive = []
@@ -39,7 +39,7 @@ class OwnershipTest(ScriptedTest):
         self.delegate = None
         self.assertEqual([None], alive)
 
-    def test_callbacksAreReleasedBeforeTheHostEnds(self):
+    def testCallbacksAreReleasedBeforeTheHostEnds(self):
         viewport = self.createViewport()
         counts = []
 
@@ -60,29 +60,29 @@ class OwnershipTest(ScriptedTest):
                           (LAYER, "setOption", 1, IntAttribute(1)), (LAYER, "destroy"),
                           (VIEWPORT, "destroy"), (DELEGATE, "destroy")], self.plugins.take())
 
-    def test_aViewportDoesNotKeepItsDelegate(self):
+    def testAViewportDoesNotKeepItsDelegate(self):
         viewport = self.createViewport()
         self.delegate = None
         self.assertIn((DELEGATE, "destroy"), self.plugins.take())
         self.assertIsNone(viewport.getViewerDelegate())
 
-    def test_getViewerDelegateGivesTheWrapperItself(self):
+    def testGetViewerDelegateGivesTheWrapperItself(self):
         viewport = self.createViewport()
         self.assertIs(self.delegate, viewport.getViewerDelegate())
         self.assertIs(self.delegate, self.delegate.getViewport("v").getViewerDelegate())
 
-    def test_getViewerDelegateIsNoneOnceTheDelegateHasGone(self):
+    def testGetViewerDelegateIsNoneOnceTheDelegateHasGone(self):
         self.createViewport("v")
         viewport = self.delegate.getViewport("v")
         self.delegate = None
         self.assertIsNone(viewport.getViewerDelegate())
 
-    def test_getViewerDelegateOfARemovedViewportIsNone(self):
+    def testGetViewerDelegateOfARemovedViewportIsNone(self):
         viewport = self.createViewport()
         self.delegate.removeViewport("v")
         self.assertIsNone(viewport.getViewerDelegate())
 
-    def test_everyCallMakesAWrapperOfItsOwn(self):
+    def testEveryCallMakesAWrapperOfItsOwn(self):
         viewport = self.createViewport()
         layer = viewport.addLayer(LAYER, "l")
         camera = viewport.addCamera(CAMERA, "c")
@@ -93,7 +93,7 @@ class OwnershipTest(ScriptedTest):
         self.assertIsNot(camera, viewport.getCameraByName("c"))
         self.assertIsNot(component, self.delegate.getComponent("k"))
 
-    def test_wrappersMayOutliveEverything(self):
+    def testWrappersMayOutliveEverything(self):
         viewport = self.createViewport()
         wrappers = [viewport, viewport.addLayer(LAYER, "l"),
                     self.delegate.addComponent(COMPONENT, "k"), viewport.addCamera(CAMERA, "c")]
@@ -102,7 +102,7 @@ class OwnershipTest(ScriptedTest):
         del viewport
         gc.collect()
 
-    def test_aCallbackThatDropsTheDelegateDoesNotEndItUnderItsOwnCall(self):
+    def testACallbackThatDropsTheDelegateDoesNotEndItUnderItsOwnCall(self):
         viewport = self.createViewport()
         holder = [self.delegate]
         self.delegate = None
@@ -126,7 +126,7 @@ class OwnershipTest(ScriptedTest):
         self.assertEqual([(VIEWPORT, "draw"), (VIEWPORT, "destroy"), (DELEGATE, "destroy")],
                          self.plugins.take())
 
-    def test_callsOfLayersCamerasAndComponentsHoldTheDelegateToo(self):
+    def testCallsOfLayersCamerasAndComponentsHoldTheDelegateToo(self):
         for plugin in (LAYER, CAMERA, COMPONENT):
             viewport = self.createViewport()
             target = {LAYER: lambda: viewport.addLayer(LAYER, "x"),
@@ -150,7 +150,7 @@ class OwnershipTest(ScriptedTest):
             self.assertEqual(([before], [IntAttribute(1)]), (counts, told), plugin)
             self.assertEqual(before - 1, instanceCount(), plugin)
 
-    def test_aDelegateMethodThatLosesTheLastOtherReferenceGoesOn(self):
+    def testADelegateMethodThatLosesTheLastOtherReferenceGoesOn(self):
         holder = [self.createDelegate()]
         self.delegate = None
         self.plugins.answers[DELEGATE, "setup"] = lambda host: holder.pop()
@@ -158,7 +158,7 @@ class OwnershipTest(ScriptedTest):
         holder[0].setup()
         self.assertEqual(before - 1, instanceCount())
 
-    def test_anErrorOnItsWaySurvivesADelegatesEnd(self):
+    def testAnErrorOnItsWaySurvivesADelegatesEnd(self):
         def fails():
             delegate = ViewerAPI.CreateViewerDelegate(DELEGATE)
             delegate.registerCallback("x", len)
@@ -187,60 +187,60 @@ class GoneHostTest(ScriptedTest):
             self.assertIs(RuntimeError, type(error), "%s: %r" % (name, error))
             self.assertEqual(self.TEXTS[kind], str(error), name)
 
-    def test_aRemovedViewport(self):
+    def testARemovedViewport(self):
         viewport = self.createViewport()
         self.delegate.removeViewport("v")
         self.assertGone("viewport", viewport)
 
-    def test_aViewportWhoseDelegateHasGone(self):
+    def testAViewportWhoseDelegateHasGone(self):
         viewport = self.createViewport()
         self.delegate = None
         self.assertGone("viewport", viewport)
 
-    def test_aRemovedLayer(self):
+    def testARemovedLayer(self):
         viewport = self.createViewport()
         layer = viewport.addLayer(LAYER, "l")
         viewport.removeLayer("l")
         self.assertGone("layer", layer)
 
-    def test_aLayerWhoseViewportHasGone(self):
+    def testALayerWhoseViewportHasGone(self):
         layer = self.createViewport().addLayer(LAYER, "l")
         self.delegate.removeViewport("v")
         self.assertGone("layer", layer)
 
-    def test_aRemovedCamera(self):
+    def testARemovedCamera(self):
         viewport = self.createViewport()
         camera = viewport.addCamera(CAMERA, "c")
         viewport.setActiveCamera(viewport.addCamera(CAMERA, "other"))
         viewport.removeCamera("c")
         self.assertGone("camera", camera)
 
-    def test_aCameraThatWasReplacedUnderItsName(self):
+    def testACameraThatWasReplacedUnderItsName(self):
         viewport = self.createViewport()
         camera = viewport.addCamera(CAMERA, "c")
         viewport.addCamera(CAMERA, "c")
         self.assertGone("camera", camera)
 
-    def test_aCameraOutlivesItsViewport(self):
+    def testACameraOutlivesItsViewport(self):
         camera = self.createViewport().addCamera(CAMERA, "c")
         camera.setFOV(30.0)
         self.delegate = None
         self.assertEqual(30.0, camera.getFOV())
         self.assertEqual(16, len(camera.getProjectionMatrix()))
 
-    def test_aGoneCameraCannotBecomeActive(self):
+    def testAGoneCameraCannotBecomeActive(self):
         viewport = self.createViewport()
         camera = viewport.addCamera(CAMERA, "c")
         viewport.addCamera(CAMERA, "c")
         self.assertError(RuntimeError, self.TEXTS["camera"], viewport.setActiveCamera, camera)
 
-    def test_aRemovedComponent(self):
+    def testARemovedComponent(self):
         self.createDelegate()
         component = self.delegate.addComponent(COMPONENT, "k")
         self.delegate.removeComponent("k")
         self.assertGone("component", component)
 
-    def test_aNewObjectInTheMemoryOfAGoneOneIsNotTakenForIt(self):
+    def testANewObjectInTheMemoryOfAGoneOneIsNotTakenForIt(self):
         self.createDelegate()
         gone = []
         for _ in range(50):
@@ -250,7 +250,7 @@ class GoneHostTest(ScriptedTest):
         for component in gone:
             self.assertError(RuntimeError, self.TEXTS["component"], component.getOption, 1)
 
-    def test_aViewportThatRemovesItselfInItsDrawIsGoneAfterwards(self):
+    def testAViewportThatRemovesItselfInItsDrawIsGoneAfterwards(self):
         viewport = self.createViewport()
         host = self.host()
         self.plugins.answers[VIEWPORT, "draw"] = (
@@ -261,7 +261,7 @@ class GoneHostTest(ScriptedTest):
         self.assertGone("viewport", viewport)
 
 
-    def test_anObjectThatIsRemovedInItsOwnCallEndsWhenTheCallReturns(self):
+    def testAnObjectThatIsRemovedInItsOwnCallEndsWhenTheCallReturns(self):
         viewport = self.createViewport()
         layer = viewport.addLayer(LAYER, "x")
         camera = viewport.addCamera(CAMERA, "x")
@@ -288,7 +288,7 @@ class GoneHostTest(ScriptedTest):
 class ReferenceTest(ScriptedTest):
     ROUNDS = 2000
 
-    def test_noMethodLosesOrTakesReferencesToItsAnswer(self):
+    def testNoMethodLosesOrTakesReferencesToItsAnswer(self):
         viewport = self.createViewport()
         layer = viewport.addLayer(LAYER, "l")
         camera = viewport.addCamera(CAMERA, "c")
@@ -332,7 +332,7 @@ class ReferenceTest(ScriptedTest):
                 self.assertLess(abs(last - first), self.ROUNDS // 4,
                                 "%s: %r" % (call[0].__name__, item))
 
-    def test_wrappersAreReleased(self):
+    def testWrappersAreReleased(self):
         viewport = self.createViewport()
         before = sys.getrefcount(viewport), sys.getrefcount(self.delegate)
         for _ in range(100):
