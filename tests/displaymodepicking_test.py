@@ -48,7 +48,7 @@ class DisplayModePickingTest(unittest.TestCase):
         self.assertTrue(self.hits("points") is None)
         self.assertEqual((first, last, count), self.hits("shaded"))
 
-    def check_that_back_sides_are_not_hit_but_for_their_wires(self):
+    def checkBackSidesAreHitByTheirWiresAlone(self):
         front = {}
         for mode in ("shaded", "wireframe", "wireframeOnShaded"):
             front[mode] = self.hits(mode)
@@ -61,12 +61,12 @@ class DisplayModePickingTest(unittest.TestCase):
 
     def testPolygonsThatTheLayerLeavesOutAreNotHitButForTheirWires(self):
         self.view.viewport.getLayer("meshes").setOptionByName("cullBackFaces", IntAttribute(1))
-        self.check_that_back_sides_are_not_hit_but_for_their_wires()
+        self.checkBackSidesAreHitByTheirWiresAlone()
 
     def testPolygonsThatTheMaterialLeavesOutAreNotHitButForTheirWires(self):
         self.session.setAttribute(QUAD, "material.doubleSided", IntAttribute(0))
         self.session.pump()
-        self.check_that_back_sides_are_not_hit_but_for_their_wires()
+        self.checkBackSidesAreHitByTheirWiresAlone()
 
 
 if __name__ == "__main__":
