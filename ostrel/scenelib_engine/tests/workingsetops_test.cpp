@@ -239,6 +239,17 @@ TEST_F(WorkingSetOps, severalSetsAreToldApartAndKeepWhatAnyOfThemKeeps) {
     EXPECT_EQ(flagsAt("/root/b", "two"), "i");
 }
 
+TEST_F(WorkingSetOps, ofSeveralSetsWithExclusionsEachKeepsWhatItDoesNotExclude) {
+    makeChain(createSmallScene(),
+              {{"outputGroupName", StringAttribute(kOutput)},
+               {"workingSetsInfo",
+                GroupAttribute{{"one", makeSet({{"/root"}, {"/root/a/x", "/root/b"}})},
+                               {"two", makeSet({{"/root"}, {"/root/a/x", "/root/a/y"}})}}}});
+    client = openAll(pruneOp);
+    EXPECT_THAT(scene.fetch(client),
+                ElementsAre("+/root", "+/root/a", "+/root/b", "+/root/a/y", "+/root/b/z"));
+}
+
 // ---- what it costs
 
 class WorkingSetCosts : public WorkingSetOps {
