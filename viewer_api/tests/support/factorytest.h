@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/attributetext.h"
 #include "vlproxyfactorylist.h"
 
 #include "VlAttribute/DoubleAttribute.h"

@@ -1,5 +1,7 @@
 #include "support/pickingtest.h"
 
+#include "VlAttribute/IntAttribute.h"
+
 namespace ViewerAPI::test {
 
 using VlAttribute::GroupAttribute;
