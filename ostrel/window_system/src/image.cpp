@@ -46,9 +46,7 @@ std::array<unsigned char, 4> bigEndian(std::size_t value) {
 // A part of a file, with its length, its type of four letters, and a check sum.
 class Chunk {
 public:
-    explicit Chunk(std::string_view type) : bytes(8) {
-        std::ranges::copy(type, &bytes[4]);
-    }
+    explicit Chunk(std::string_view type) : bytes(8) { std::ranges::copy(type, &bytes[4]); }
 
     void append(std::span<const unsigned char> more) {
         bytes.insert(bytes.end(), more.begin(), more.end());
@@ -173,8 +171,9 @@ private:
         std::ranges::for_each(others, &std::future<void>::get);
     }
 
-    // Each row stands behind a byte that names its filter, 1 for differences to the neighbour on
-    // the left.
+    // In numbers that the compiler knows, as pixels are many. Each row stands behind a byte that
+    // names its filter, 1 for differences to the neighbour on the left.
+    template <std::size_t kChannels>
     std::span<unsigned char> filter(std::size_t firstRow, Bytes& rows) const {
         const auto width = static_cast<std::size_t>(image.width);
         const std::size_t end =
@@ -183,9 +182,9 @@ private:
         for (std::size_t y = firstRow; y < end; ++y) {
             const std::uint8_t* from = image.rgba.data() + y * width * 4;
             *to++ = 1;
-            to = std::copy_n(from, channels, to);
+            to = std::copy_n(from, kChannels, to);
             for (std::size_t x = 1; x < width; ++x, from += 4) {
-                for (std::size_t channel = 0; channel < channels; ++channel) {
+                for (std::size_t channel = 0; channel < kChannels; ++channel) {
                     *to++ = static_cast<unsigned char>(from[channel + 4] - from[channel]);
                 }
             }
@@ -194,7 +193,8 @@ private:
     }
 
     void packBand(std::size_t index, Bytes& rows) {
-        const std::span<unsigned char> filtered = filter(index * rowsOfBand, rows);
+        const std::size_t firstRow = index * rowsOfBand;
+        const auto filtered = channels == 4 ? filter<4>(firstRow, rows) : filter<3>(firstRow, rows);
         Band& band = bands[index];
         band.size = filtered.size();
         band.sum = isal_adler32(1, filtered.data(), filtered.size());
