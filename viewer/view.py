@@ -8,7 +8,7 @@ import os
 import sys
 
 #: How long to wait for the scene to tell of its models, so that reading them begins, in seconds.
-_HEAD_START = 0.003
+_HEAD_START = 0.0005
 #: How many cameras are told to a user who named another one.
 _MOST_CAMERAS = 5
 #: Columns of the line on a terminal that tells of it.
