@@ -38,7 +38,7 @@ TYPES = (ViewerAPI.ViewerDelegate, ViewerAPI.ViewerDelegateComponent, ViewerAPI.
          ViewerAPI.ViewportLayer, ViewerAPI.ViewportCamera, ViewerAPI.Manipulator)
 PATHS = ("/root", "/root/a", "/root/a/thing", "/root/b", "/root/light", "/root/camera",
          "/root/a/__VlOst_bbox", "/root/set_0", "/root/nowhere", "", "/", "//", "/root/", "no path",
-         "/root/" + 9999 * "a/" + "a", "/root/" + "b" * 100000)
+         "/root/" + 999 * "a/" + "a", "/root/" + "b" * 100000)
 NUMBERS = (0.0, -0.0, 1.0, 1.0, -1.5, 45.0, 180.0, 1e-30, 1e30, float("inf"), float("nan"))
 INTEGERS = (-2 ** 31, -1, 0, 0, 1, 1, 2, 7, 40, 2 ** 31 - 1)
 PLUGINS = {
