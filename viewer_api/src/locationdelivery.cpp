@@ -25,8 +25,9 @@ void LocationDelivery::flush(bool notifyFactories) {
     if (!notifyFactories) {
         isTakeDownWanted_ = true;
         for (Batch& batch : batches_) {
-            if (batch.factories == Factories::Told)
+            if (batch.factories == Factories::Told) {
                 batch.factories = Factories::PassedOver;
+            }
         }
     }
     if (isKeptStill()) {
@@ -36,14 +37,17 @@ void LocationDelivery::flush(bool notifyFactories) {
     isFlushWanted_ = false;
     // Most pumps bring nothing.
     if (batches_.empty() && !isTakeDownWanted_ && !delegate_.locationTree.isDirty() &&
-        !delegate_.sourceLocationTree.isDirty())
+        !delegate_.sourceLocationTree.isDirty()) {
         return;
+    }
     Batch& added = batches_.emplace_back();
-    if (std::exchange(isTakeDownWanted_, false))
+    if (std::exchange(isTakeDownWanted_, false)) {
         added.factories = Factories::Emptied;
+    }
     delegate_.locationTree.collect(added.changes);
-    if (isDelivering_)
+    if (isDelivering_) {
         return;
+    }
     while (!batches_.empty()) {
         {
             const RaisedFlag delivering(isDelivering_);
@@ -51,8 +55,9 @@ void LocationDelivery::flush(bool notifyFactories) {
         }
         const bool hadChanges = !batches_.front().changes.empty();
         batches_.pop_front();
-        if (hadChanges && !delegate_.isFrozenDueToManipulation())
+        if (hadChanges && !delegate_.isFrozenDueToManipulation()) {
             delegate_.callPythonCallback("__SELECTED_ENABLED_LOCATIONS_CHANGED", {});
+        }
     }
 }
 
@@ -61,13 +66,15 @@ void LocationDelivery::deliver(Batch& batch) {
     // what comes behind for ever.
     ComponentList::Snapshot components = delegate_.components.snapshot();
     while (batch.next < batch.changes.size()) {
-        if (!delegate_.components.isCurrent(components))
+        if (!delegate_.components.isCurrent(components)) {
             components = delegate_.components.snapshot();
+        }
         deliverToPlugins(batch.changes[batch.next++], *components);
     }
     deliverToFactories(batch);
-    if (!std::exchange(batch.hasCollectedSources, true))
+    if (!std::exchange(batch.hasCollectedSources, true)) {
         delegate_.sourceLocationTree.collect(batch.sourceChanges);
+    }
     while (batch.nextSource < batch.sourceChanges.size()) {
         const ViewerLocationEvent event = toEvent(batch.sourceChanges[batch.nextSource++]);
         delegate_.suite->sourceLocationEvent(delegate_.instance, &event);
@@ -92,8 +99,9 @@ void LocationDelivery::deliverToPlugins(const LocationChange& change,
     const ViewerLocationEvent event = toEvent(change);
     bool handled = false;
     for (auto place = components.rbegin(); place != components.rend(); ++place) {
-        if (delegate_.components.contains(*place))
+        if (delegate_.components.contains(*place)) {
             handled = (*place)->locationEvent(event, handled) || handled;
+        }
     }
     delegate_.suite->locationEvent(delegate_.instance, &event, handled ? 1 : 0);
 }

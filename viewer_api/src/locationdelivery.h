@@ -46,8 +46,9 @@ public:
     void keepStill(const Walk& walk) {
         ++walks_;
         callBoth(walk, [this] {
-            if (--walks_ == 0 && isFlushWanted_)
+            if (--walks_ == 0 && isFlushWanted_) {
                 flush(true);
+            }
         });
     }
 

@@ -27,8 +27,10 @@ GroupAttribute collectTags(const Predicate& isListed) {
     for (const std::string& name : names) {
         const ManipulatorPluginSuite* const suite = loadManipulatorSuite(name);
         // One that no instance can be made of must not keep the others from being listed.
-        if (suite && getMissingEntries(PluginKind::Manipulator, suite).empty() && isListed(*suite))
+        if (suite && getMissingEntries(PluginKind::Manipulator, suite).empty() &&
+            isListed(*suite)) {
             info.set(name, GroupAttribute(Attribute::CreateAndSteal(suite->getTags())));
+        }
     }
     return info.build();
 }

@@ -84,10 +84,12 @@ std::string getMissingEntries(PluginKind kind, const void* suite) {
         Entry entry;
         std::memcpy(&entry, slot, sizeof entry);
         slot += sizeof entry;
-        if (entry || name == kReserved)
+        if (entry || name == kReserved) {
             continue;
-        if (!missing.empty())
+        }
+        if (!missing.empty()) {
             missing += ", ";
+        }
         missing += name;
     }
     return missing;

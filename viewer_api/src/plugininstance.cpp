@@ -61,18 +61,21 @@ const void* loadPluginSuite(PluginKind kind, std::string_view pluginName) {
     const PluginKindInfo& info = pluginKindInfo(kind);
     const VlPluginRecord* const plugin =
         PluginManager::getPlugin(info.typeName, pluginName, info.apiVersion);
-    if (!plugin)
+    if (!plugin) {
         throwText(info.notLoadedPrefix, pluginName, info.notLoadedSuffix);
+    }
     return PluginManager::getPluginSuite(plugin);
 }
 
 const void* findPluginSuite(PluginKind kind, std::string_view pluginName) {
     const void* const suite = loadPluginSuite(kind, pluginName);
     const char* const prefix = pluginKindInfo(kind).noSuitePrefix;
-    if (!suite)
+    if (!suite) {
         throwText(prefix, pluginName, kQuoteStop);
-    if (const std::string missing = getMissingEntries(kind, suite); !missing.empty())
+    }
+    if (const std::string missing = getMissingEntries(kind, suite); !missing.empty()) {
         throwText(prefix, pluginName, ("': it lacks the functions " + missing + ".").c_str());
+    }
     return suite;
 }
 
@@ -83,9 +86,10 @@ void throwPluginCreateFailed(PluginKind kind, std::string_view pluginName) {
 void logPluginDestroyFailed(const char* reason) noexcept {
     try {
         static const VlLoggerGlue logger("ViewerAPI.PluginInstance");
-        if (logger.errorEnabled())
+        if (logger.errorEnabled()) {
             logger.error(std::string("A plug-in threw from its destroy entry: ") + reason,
                          "viewer_api/src/plugininstance", __LINE__);
+        }
     } catch (...) {
         // A destructor is under way: there is nobody left to tell.
     }

@@ -59,16 +59,18 @@ void createPluginInstance(PluginKind kind, std::string_view pluginName, void* ho
     instance = nullptr;
     suite = static_cast<const Suite*>(findPluginSuite(kind, pluginName));
     instance = suite->create(host);
-    if (!instance)
+    if (!instance) {
         throwPluginCreateFailed(kind, pluginName);
+    }
 }
 
 /// Gives an instance back through the suite's destroy entry, from a host object's destructor.
 /// Nothing happens without an instance. An exception ends here, with a logged line. [ui-thread]
 template <class Suite>
 void destroyPluginInstance(const Suite* suite, void*& instance) noexcept {
-    if (!suite || !instance)
+    if (!suite || !instance) {
         return;
+    }
     void* const ended = instance;
     instance = nullptr;
     try {

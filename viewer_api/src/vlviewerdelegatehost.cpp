@@ -83,10 +83,12 @@ void VlViewerDelegateHostStruct::setup() {
 
 void VlViewerDelegateHostStruct::cleanup() {
     const HostCall call(*this);
-    for (std::uint32_t index = getNumberOfComponents(); index-- > 0;)
+    for (std::uint32_t index = getNumberOfComponents(); index-- > 0;) {
         removeComponentByIndex(index);
-    for (std::uint32_t index = getNumberOfViewports(); index-- > 0;)
+    }
+    for (std::uint32_t index = getNumberOfViewports(); index-- > 0;) {
         removeViewportByIndex(index);
+    }
     suite->cleanup(instance);
 }
 
@@ -125,8 +127,9 @@ void VlViewerDelegateHostStruct::processLocationEvents() {
     // than what waits in the clients, and must come first. And no plug-in is told of anything while
     // the tree is kept still: if the scene were taken down then, what this pump brings would hide
     // that it ever went.
-    if (!manipulationFreeze.isFrozen() && !isHandlingEvents_ && !delivery_.isKeptStill())
+    if (!manipulationFreeze.isFrozen() && !isHandlingEvents_ && !delivery_.isKeptStill()) {
         fetchAndHandleEvents();
+    }
     flushLocationChanges(true);
     // What plug-ins change while they are told, such as a location that one opens on hearing of it,
     // reaches the factories before they make anything of what it was.
@@ -140,17 +143,19 @@ void VlViewerDelegateHostStruct::processLocationEvents() {
 void VlViewerDelegateHostStruct::applyFactoryProducts() {
     // Products are for the tree that the factories know. While a delivery is under way or put off
     // they know an older one; and a collection may lead back here through the user interface.
-    if (!delivery_.isIdle() || isCollectingProducts_)
+    if (!delivery_.isIdle() || isCollectingProducts_) {
         return;
+    }
     const RaisedFlag collecting(isCollectingProducts_);
     std::vector<FactoryProduct> products;
     const auto apply = [&] {
         for (FactoryProduct& product : products) {
             // The tree passes over what has no cooked parent, and what it doesn't know.
-            if (product.kind == kFactoryProductProduced)
+            if (product.kind == kFactoryProductProduced) {
                 locationTree.cook(product.path, std::move(product.attrs), {}, true, false);
-            else
+            } else {
                 locationTree.deleteLocation(product.path);
+            }
         }
     };
     // The factories count as delivered what they gave before one failed.
@@ -176,8 +181,9 @@ void VlViewerDelegateHostStruct::handlePrimaryEvents(std::vector<LocationEvent>&
     std::string path;
     for (std::size_t index = 0; index < events.size(); ++index) {
         LocationEvent& event = events[index];
-        if (index + kAhead < events.size())
+        if (index + kAhead < events.size()) {
             locationTree.expect(events[index + kAhead].getLocationPath());
+        }
         path = event.getLocationPath();
         // Before the cook: what the runtime tells supersedes every value set on top.
         liveValues.forget(path);
@@ -208,22 +214,25 @@ bool VlViewerDelegateHostStruct::hasActiveManipulators() const {
 
 void VlViewerDelegateHostStruct::tellManipulators(const std::string& path,
                                                   const GroupAttribute& attributes) {
-    if (!hasActiveManipulators())
+    if (!hasActiveManipulators()) {
         return;
+    }
     const std::vector<VlViewportHostStruct*> snapshot = viewports.viewports;
     for (VlViewportHostStruct* const viewport : snapshot) {
-        if (viewports.contains(viewport))
+        if (viewports.contains(viewport)) {
             viewport->onLocationChanged(path, attributes);
+        }
     }
 }
 
 void VlViewerDelegateHostStruct::handleSourceEvents(std::vector<LocationEvent>& events) {
     for (const LocationEvent& event : events) {
         const LocationData& data = event.getLocationData();
-        if (data.doesLocationExist())
+        if (data.doesLocationExist()) {
             sourceLocationTree.cook(event.getLocationPath(), data.getAttrs());
-        else
+        } else {
             sourceLocationTree.deleteLocation(event.getLocationPath());
+        }
     }
 }
 
@@ -244,12 +253,14 @@ void VlViewerDelegateHostStruct::flushLocationChanges(bool notifyFactories) {
 bool VlViewerDelegateHostStruct::isProcessing() {
     const HostCall call(*this);
     if (factories.hasPendingWork() || scene.runtime->isProcessing() || scene.hasEvents() ||
-        lookThrough.hasUnchanged())
+        lookThrough.hasUnchanged()) {
         return true;
+    }
     const ComponentList::Snapshot snapshot = components.snapshot();
     for (VlViewerDelegateComponentHostStruct* const component : *snapshot) {
-        if (components.contains(component) && component->isProcessing())
+        if (components.contains(component) && component->isProcessing()) {
             return true;
+        }
     }
     return suite->isProcessing(instance) != 0;
 }
@@ -275,8 +286,9 @@ void VlViewerDelegateHostStruct::setVisibilityWorkingSet(const GroupAttribute& w
 }
 
 void VlViewerDelegateHostStruct::setWorkingSetVisibilityEnabled(bool isEnabled) {
-    if (isEnabled == scene.workingSetVisibilityEnabled)
+    if (isEnabled == scene.workingSetVisibilityEnabled) {
         return;
+    }
     locationTree.setMode(isEnabled);
     scene.setWorkingSetVisibilityEnabled(isEnabled);
 }
@@ -302,8 +314,9 @@ void VlViewerDelegateHostStruct::setProxyGeometryEnabled(bool isEnabled) {
 // ---- Upward calls
 
 Attribute VlViewerDelegateHostStruct::callPythonCallback(const char* name, const Attribute& value) {
-    if (!name)
+    if (!name) {
         return {};
+    }
     const HostCall call(*this);
     return dispatchChannel(hostedPythonObject, name, value);
 }
@@ -319,8 +332,9 @@ GroupAttribute VlViewerDelegateHostStruct::getAttributes(std::string_view path,
         return sourceLocationTree.getAttributes(path, true);
     case kVlViewerDelegateLookThrough: {
         const auto& merged = liveValues.lookThroughMergedAttributes;
-        if (const auto found = merged.find(path); found != merged.end())
+        if (const auto found = merged.find(path); found != merged.end()) {
             return found->second;
+        }
         const auto [data, isFound] = scene.lookThroughClient->getCachedLocation(std::string(path));
         return isFound ? data.getAttrs() : GroupAttribute();
     }
@@ -331,8 +345,9 @@ GroupAttribute VlViewerDelegateHostStruct::getAttributes(std::string_view path,
 
 GroupAttribute VlViewerDelegateHostStruct::getCookedAttributes(std::string_view path,
                                                                int sceneView) const {
-    if (const LiveEntry* const entry = liveValues.findEntry(path, sceneView))
+    if (const LiveEntry* const entry = liveValues.findEntry(path, sceneView)) {
         return entry->base;
+    }
     return getAttributes(path, sceneView);
 }
 

@@ -52,8 +52,9 @@ protected:
     void onceAt(const char* path, std::function<void()> action) {
         plugin.onCall = [path, action, isDone = false](std::string_view entry,
                                                        std::string_view subject) mutable {
-            if (entry == "locationEvent" && subject == path && !std::exchange(isDone, true))
+            if (entry == "locationEvent" && subject == path && !std::exchange(isDone, true)) {
                 action();
+            }
         };
     }
 };
@@ -82,8 +83,9 @@ TEST_F(GeneratedLocations, componentsHearOfABoxFirst) {
 
 TEST_F(GeneratedLocations, aBoxHasNoBoxOfItsOwn) {
     showTwoBoxes();
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         pump();
+    }
     EXPECT_THAT(plugin.takeEventLines(), IsEmpty());
     EXPECT_EQ(textOf(delegate->getDescendantLocations("/root/a")), "\"/root/a/__VlOst_bbox\"");
 }
@@ -333,8 +335,9 @@ TEST_F(FlushedLocations, haveTheirBoxesWhenAPluginPumpsThatIsTold) {
 TEST_F(FlushedLocations, haveTheirBoxesWhenTheListenerPumpsThatHearsOfIt) {
     showTwoBoxes();
     channels.onFire = [this, isDone = false](const std::string& name) mutable -> Attribute {
-        if (name == "__SELECTED_ENABLED_LOCATIONS_CHANGED" && !std::exchange(isDone, true))
+        if (name == "__SELECTED_ENABLED_LOCATIONS_CHANGED" && !std::exchange(isDone, true)) {
             bringBack();
+        }
         return {};
     };
     delegate->flushCaches();
@@ -359,12 +362,14 @@ TEST_F(FlushedLocations, haveTheirBoxesWhenTheTreeIsWalkedMeanwhile) {
 TEST_F(FlushedLocations, haveTheirBoxesWhenAPumpWithinAWalkIsWhatTakesThemDown) {
     showTwoBoxes();
     bridge.onCall = [this, isDone = false](const std::string& call) mutable {
-        if (call == "cleanupLiveAttributes /root" && !std::exchange(isDone, true))
+        if (call == "cleanupLiveAttributes /root" && !std::exchange(isDone, true)) {
             delegate->flushCaches();
+        }
     };
     plugin.onCall = [this, isDone = false](std::string_view entry, std::string_view) mutable {
-        if (entry == "getBounds" && !std::exchange(isDone, true))
+        if (entry == "getBounds" && !std::exchange(isDone, true)) {
             bringBack();
+        }
     };
     const char* const path = "/root";
     static_cast<void>(delegate->computeMergedExtent(&path, 1, ""));
@@ -545,8 +550,9 @@ TEST_F(GeneratedProxies, aProxyThatCannotBeLoadedReachesPluginsAsAWarning) {
 TEST_F(GeneratedProxies, aListenersErrorLeavesThePumpAndTheBoxesCome) {
     client(kPrimaryClient).report("/root", fileProxied());
     channels.onFire = [](const std::string& name) -> Attribute {
-        if (name == "getViewerProxyLoaderOp")
+        if (name == "getViewerProxyLoaderOp") {
             throw std::runtime_error("listener");
+        }
         return {};
     };
     EXPECT_THROW(pump(), std::runtime_error);
@@ -558,8 +564,9 @@ TEST_F(GeneratedProxies, aListenersErrorLeavesThePumpAndTheBoxesCome) {
 TEST_F(GeneratedProxies, aListenerMayPump) {
     client(kPrimaryClient).report("/root", fileProxied());
     channels.onFire = [this](const std::string& name) -> Attribute {
-        if (name != "getViewerProxyLoaderOp")
+        if (name != "getViewerProxyLoaderOp") {
             return {};
+        }
         client(kPrimaryClient).reportGone("/root");
         pump();
         return GroupAttribute{{"opType", StringAttribute("Load")}};

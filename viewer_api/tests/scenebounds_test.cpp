@@ -339,8 +339,9 @@ TEST_F(SceneBoundsTest, aFlushFromAPluginWaitsUntilTheWalkIsOver) {
     populate({{"/root/a", named("a")}, {"/root/b", placed(1, box(0, 1))}});
     plugin.onCall = [this](std::string_view entry, std::string_view path) {
         if (entry == "getBounds" && path == "/root/a") {
-            for (const char* gone : {"/root/a", "/root/b"})
+            for (const char* gone : {"/root/a", "/root/b"}) {
                 delegate->locationTree.deleteLocation(gone);
+            }
             delegate->flushLocationChanges(true);
             EXPECT_NE(delegate->locationTree.find("/root/a"), nullptr);
         }
@@ -376,8 +377,9 @@ protected:
         std::vector<std::pair<std::string, GroupAttribute>> locations;
         for (const std::string group : {"/root/a", "/root/b"}) {
             locations.emplace_back(group, GroupAttribute::Empty());
-            for (int leaf = 0; leaf < kLeaves; ++leaf)
+            for (int leaf = 0; leaf < kLeaves; ++leaf) {
                 locations.emplace_back(group + "/" + std::to_string(leaf), placed(leaf, box(0, 1)));
+            }
         }
         populate(locations);
     }
@@ -386,13 +388,15 @@ protected:
     Lines kept() {
         Lines paths;
         for (const std::string group : {"/root", "/root/a", "/root/b"}) {
-            if (delegate->locationTree.find(group)->extents)
+            if (delegate->locationTree.find(group)->extents) {
                 paths.push_back(group);
+            }
             for (int leaf = 0; leaf < kLeaves; ++leaf) {
                 const LocationNode* const node =
                     delegate->locationTree.find(group + "/" + std::to_string(leaf));
-                if (node && node->extents)
+                if (node && node->extents) {
                     paths.push_back(node->path.str());
+                }
             }
         }
         return paths;
