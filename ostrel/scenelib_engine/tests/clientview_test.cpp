@@ -94,6 +94,14 @@ protected:
         }
         return paths;
     }
+    /// The root with its first child is told; the others have become work.
+    void openWhereOneIsShown() {
+        view.setActive("/root/a", true);
+        settle();
+        EXPECT_EQ(fetch(), (std::vector<std::string>{"/root", "/root/a"}));
+        view.setOpen("/root", true);
+        view.update();
+    }
     ClientNode* find(std::string_view path) {
         return view.getTree().find(*VlScenelibEngine::splitPath(path));
     }
@@ -119,11 +127,7 @@ TEST_F(ClientViewTest, aLocationThatChangesLeavesItsChildrenAlone) {
 }
 
 TEST_F(ClientViewTest, aChildThatIsAddedWhileOthersAreToBeCookedIsShown) {
-    view.setActive("/root/a", true);
-    settle();
-    EXPECT_EQ(fetch(), (std::vector<std::string>{"/root", "/root/a"}));
-    view.setOpen("/root", true);
-    view.update();
+    openWhereOneIsShown();
     ClientWork piece;
     ASSERT_TRUE(view.takeWork(1, piece));
     cook(piece);
@@ -134,11 +138,7 @@ TEST_F(ClientViewTest, aChildThatIsAddedWhileOthersAreToBeCookedIsShown) {
 }
 
 TEST_F(ClientViewTest, whatWasClosedWhileItWasCookedIsShownWhenItIsOpenedAgain) {
-    view.setActive("/root/a", true);
-    settle();
-    EXPECT_EQ(fetch(), (std::vector<std::string>{"/root", "/root/a"}));
-    view.setOpen("/root", true);
-    view.update();
+    openWhereOneIsShown();
     ClientWork piece;
     ASSERT_TRUE(view.takeWork(16, piece));
     cook(piece);
@@ -150,11 +150,7 @@ TEST_F(ClientViewTest, whatWasClosedWhileItWasCookedIsShownWhenItIsOpenedAgain) 
 }
 
 TEST_F(ClientViewTest, whatWasClosedBeforeItWasCookedIsShownWhenItIsOpenedAgain) {
-    view.setActive("/root/a", true);
-    settle();
-    EXPECT_EQ(fetch(), (std::vector<std::string>{"/root", "/root/a"}));
-    view.setOpen("/root", true);
-    view.update();
+    openWhereOneIsShown();
     view.setOpen("/root", false);
     ClientWork piece;
     EXPECT_FALSE(view.takeWork(16, piece));
